@@ -1,0 +1,30 @@
+# Language level, warnings, sanitizers and build speed, the same for every target of the project.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(TALLY_CCACHE ccache)
+if(TALLY_CCACHE)
+  # Without the sloppiness ccache refuses to share objects that use a precompiled header.
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+      ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${TALLY_CCACHE})
+endif()
+
+add_library(tally_options INTERFACE)
+target_compile_options(
+  tally_options
+  INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wnon-virtual-dtor
+            -Woverloaded-virtual -Werror)
+# Texts say which encoding they are in: an implicit conversion from or to char would hide it.
+target_compile_definitions(
+  tally_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY
+                          QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND TALLY_PCH)
+  target_compile_options(tally_options INTERFACE -fpch-preprocess)
+endif()
+
+if(TALLY_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()

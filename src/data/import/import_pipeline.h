@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+
+#include <atomic>
+#include <functional>
+
+namespace tally::data {
+
+class TallyDb;
+
+struct ImportStats {
+    qint32 scanned = 0;  ///< files that the walk finished, successfully or not
+    qint32 imported = 0; ///< files of which at least one report was stored
+    qint32 errors = 0;   ///< files whose import threw; 1 if the path is no folder
+};
+
+/// Called with (scanned, total, imported) on the importing thread.
+using ImportProgress = std::function<void(qint32, qint32, qint32)>;
+
+/// Whether a file of this name is a mail of the game.
+bool is_mail_file(const QString &name);
+
+/// Stores every report of one mail file that the store does not know yet. The file's name is the
+/// report's identity; the caller has tested it with `is_mail_file`. A copy of the file is kept in
+/// `raw_dir` unless that is empty.
+/// \return whether at least one report was stored by this call.
+/// \throws std::runtime_error if the store cannot tell what it knows.
+bool import_file(const QString &path, const QString &raw_dir, TallyDb &db);
+
+/// Imports a folder's mail files in the order of their names and then links forts to their chains.
+/// `progress` may be empty and is called every 200 files and once at the end; `cancel` may be null
+/// and is read between files.
+ImportStats import_dir(const QString &dir, const QString &raw_dir, TallyDb &db,
+                       const ImportProgress &progress, const std::atomic<bool> *cancel);
+
+} // namespace tally::data

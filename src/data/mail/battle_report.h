@@ -1,0 +1,54 @@
+#pragma once
+
+#include "mail/loot_entry.h"
+
+#include <QByteArrayView>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace tally::data {
+
+/// One fight of a barbarian chain.
+struct BattleRound {
+    std::optional<double> npc_btype;
+    std::optional<double> npc_type;
+    std::optional<double> level;
+    std::optional<double> npc_ctid; ///< rounds with the same value fought the same barbarian
+    std::optional<double> disappear_tick;
+    std::optional<double> damage_taken;
+    std::optional<double> damage_dealt;
+    std::optional<double> ets;
+    qint32 is_fort_round = 0; ///< 0 or 1
+    std::vector<LootEntry> loot;
+};
+
+/// Everything one chain mail tells about a run of barbarian fights.
+/// Absent numbers reach the store as NULL. Times are seconds since the Unix epoch, except
+/// `report_time`, which is kept as the mail writes it.
+struct BattleReport {
+    std::optional<double> result;
+    std::optional<double> report_time;
+    std::optional<double> chain_start_time;
+    std::optional<double> chain_end_time;
+    std::optional<double> hero_id_1;
+    std::optional<double> hero_id_2;
+    std::optional<double> player_id;
+    QString player_name;
+    QString alliance_name;
+    bool is_square_rally = false;
+    std::vector<BattleRound> rounds; ///< sorted: largest `ets` first
+};
+
+/// Rebuilds the chain from the raw bytes of one mail file.
+/// \return nothing if the bytes are no usable battle mail; never throws on bad input.
+std::optional<BattleReport> parse_battle(QByteArrayView mail);
+/// The same for a file; one that cannot be read counts as empty.
+std::optional<BattleReport> parse_battle(const QString &path);
+
+/// Reads the loot map whose tag stands at `pos`. Reading ends at the first byte that does not fit,
+/// with the entries completed so far.
+std::vector<LootEntry> read_loot(QByteArrayView bytes, qsizetype pos);
+
+} // namespace tally::data

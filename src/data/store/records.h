@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace tally::data {
+
+/// Rows and sums as the store hands them out.
+
+struct HonorLogRow {
+    double log_time = 0.0;
+    std::optional<int> base_honor;
+    std::optional<int> new_honor;
+    std::optional<int> delta_reports;
+    std::optional<int> estimated;
+    std::optional<int> discrepancy;
+};
+
+struct PlayerRow {
+    std::optional<double> player_id;
+    QString name;
+    int n = 0; ///< chains or mails of this account
+};
+
+} // namespace tally::data

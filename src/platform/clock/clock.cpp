@@ -1,0 +1,12 @@
+#include "clock/clock.h"
+
+#include <QDateTime>
+
+namespace tally::platform {
+
+double system_time()
+{
+    return static_cast<double>(QDateTime::currentMSecsSinceEpoch()) / 1000.0;
+}
+
+} // namespace tally::platform

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QFile>
+#include <QString>
+#include <QStringList>
+
+namespace tally::platform {
+
+/// Files by their exact names. A file's name is the identity of a report, but a Linux file name is
+/// a run of bytes that need not be UTF-8, and Qt neither lists nor opens such a file. Here every
+/// byte that is not part of valid UTF-8 becomes one character of a private range, so that each name
+/// has exactly one text and each text leads back to its file. On Windows names are UTF-16 already.
+
+/// The text of a name or path given in the system's bytes, and the way back.
+QString text_of_native_name(QByteArrayView name);
+QByteArray native_name_of_text(QStringView text);
+
+/// The names of a folder's regular files, symbolic links excluded, in ascending order of their
+/// UTF-16 code units. A folder that is missing or unreadable has none.
+QStringList regular_file_names(const QString &dir);
+
+bool file_exists(const QString &path);
+
+/// Opens `file` for unbuffered reading. \return false if the file cannot be opened.
+bool open_for_reading(QFile &file, const QString &path);
+
+/// The whole content of a file; empty if it cannot be read.
+QByteArray read_file(const QString &path);
+
+/// Copies a file so that the copy is whole or absent and an existing file is never replaced.
+/// \return whether this call made the copy.
+bool copy_file(const QString &from, const QString &to);
+
+} // namespace tally::platform
