@@ -1,0 +1,43 @@
+#include "command_line.h"
+#include "console_mode.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+namespace {
+
+using namespace tally::app;
+
+int run_mode(const Command &command)
+{
+    switch (command.mode) {
+    case Mode::test_db:
+        return test_db();
+    case Mode::test_parser:
+        return test_parser();
+    case Mode::test_master:
+        return test_master();
+    case Mode::import_only:
+        return import_only(QString::fromLocal8Bit(command.folder));
+    case Mode::import_only_without_folder:
+        std::fputs("--import-only requires a mailcache directory path\n", stderr);
+        return 2;
+    case Mode::help:
+        std::fputs(usage_text().toLocal8Bit().constData(), stderr);
+        return 0;
+    case Mode::graphical:
+        break;
+    }
+    std::fputs("[main] no window is built into this program yet; try --help\n", stderr);
+    return 1;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const std::span<const char *const> arguments(argv, static_cast<size_t>(argc));
+    return run_mode(parse_command_line(arguments.subspan(std::min(arguments.size(), size_t{1}))));
+}

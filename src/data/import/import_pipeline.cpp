@@ -1,0 +1,182 @@
+#include "import/import_pipeline.h"
+
+#include "files/exact_files.h"
+#include "import/mail_file.h"
+#include "mail/battle_report.h"
+#include "mail/field_report.h"
+#include "mail/fort_report.h"
+#include "mail/key_marker.h"
+#include "mail/trial_report.h"
+#include "store/tally_db.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLoggingCategory>
+
+namespace tally::data {
+namespace {
+
+Q_LOGGING_CATEGORY(log_import, "tally.import")
+
+constexpr qint32 progress_step = 200; // files
+
+constexpr QByteArrayView kill_loot("NpcKillLoot");
+constexpr QByteArrayView trial_word("BarCanyonKillBoss");
+constexpr QByteArrayView fort_word("Barbarian Fort");
+
+QByteArrayView battle_tag()
+{
+    static const QByteArray tag = key_marker("Battle");
+    return tag;
+}
+
+QByteArrayView attacks_tag()
+{
+    static const QByteArray tag = key_marker("Attacks");
+    return tag;
+}
+
+/// One way in which a mail can be a report. Stages are tried in turn and know nothing of each other.
+struct Stage {
+    bool (TallyDb::*exists)(const QString &) const;
+    bool (*looks_right)(MailFile &);
+    /// Extracts and stores the report. \return whether there was one.
+    bool (*store)(MailFile &, TallyDb &);
+};
+
+bool store_battle(MailFile &mail, TallyDb &db)
+{
+    const auto report = parse_battle(mail.all());
+    if (!report || report->rounds.empty())
+        return false;
+    db.insert_report(mail.name(), *report, mail.modified());
+    return true;
+}
+
+bool store_field(MailFile &mail, TallyDb &db)
+{
+    const auto attacks = parse_field(mail.all());
+    if (!attacks || attacks->isEmpty())
+        return false;
+    db.insert_field_report(mail.name(), *attacks, mail.modified());
+    return true;
+}
+
+bool store_trial(MailFile &mail, TallyDb &db)
+{
+    const auto report = parse_trial(mail.all());
+    if (!report || report->participants.empty())
+        return false;
+    db.insert_trial_report(mail.name(), *report, mail.modified());
+    return true;
+}
+
+bool store_fort(MailFile &mail, TallyDb &db)
+{
+    const auto report = parse_fort(mail.all());
+    if (!report || report->loot.empty())
+        return false;
+    db.insert_fort_report(mail.name(), *report, mail.modified());
+    return true;
+}
+
+bool looks_like_field(MailFile &mail)
+{
+    // The head alone often settles the whole file's question, and spares reading the rest.
+    if (holds(mail.head(), kill_loot))
+        return false;
+    const QByteArrayView all = mail.all();
+    return !holds(all, kill_loot) && holds(all, battle_tag()) && holds(all, attacks_tag());
+}
+
+constexpr Stage stages[] = {
+    {&TallyDb::report_exists,
+     [](MailFile &mail) { return holds(mail.head(), kill_loot) && holds(mail.head(), battle_tag()); },
+     store_battle},
+    {&TallyDb::field_report_exists, looks_like_field, store_field},
+    {&TallyDb::trial_report_exists, [](MailFile &mail) { return holds(mail.head(), trial_word); },
+     store_trial},
+    {&TallyDb::fort_report_exists, [](MailFile &mail) { return holds(mail.head(), fort_word); },
+     store_fort},
+};
+
+/// A stage that fails leaves no rows, and the file is offered again at the next import.
+bool run_stage(const Stage &stage, MailFile &mail, TallyDb &db)
+{
+    try {
+        return stage.looks_right(mail) && stage.store(mail, db);
+    } catch (const std::exception &) {
+        return false;
+    }
+}
+
+void keep_raw_copy(const QString &path, const QString &name, const QString &raw_dir)
+{
+    const QString copy = QDir(raw_dir).filePath(name);
+    if (platform::file_exists(copy))
+        return;
+    if (!platform::copy_file(path, copy) && QDir().mkpath(raw_dir))
+        platform::copy_file(path, copy);
+}
+
+void link_forts(TallyDb &db)
+{
+    try {
+        const int linked = db.link_fort_to_chains();
+        if (linked > 0)
+            qCInfo(log_import) << "link_fort_to_chains linked" << linked << "forts";
+    } catch (const std::exception &failure) {
+        qCWarning(log_import) << "link_fort_to_chains EXC:" << failure.what();
+    }
+}
+
+} // namespace
+
+bool is_mail_file(const QString &name)
+{
+    return name.startsWith(u"Persistent.Mail.");
+}
+
+bool import_file(const QString &path, const QString &raw_dir, TallyDb &db)
+{
+    MailFile mail(path);
+    if (!raw_dir.isEmpty())
+        keep_raw_copy(path, mail.name(), raw_dir);
+    bool stored = false;
+    for (const Stage &stage : stages) {
+        if (!(db.*stage.exists)(mail.name()))
+            stored |= run_stage(stage, mail, db);
+    }
+    return stored;
+}
+
+ImportStats import_dir(const QString &dir, const QString &raw_dir, TallyDb &db,
+                       const ImportProgress &progress, const std::atomic<bool> *cancel)
+{
+    if (!QFileInfo(dir).isDir())
+        return {.errors = 1};
+    QStringList names = platform::regular_file_names(dir);
+    names.removeIf([](const QString &name) { return !is_mail_file(name); });
+    const auto total = static_cast<qint32>(names.size());
+
+    ImportStats stats;
+    for (const QString &name : names) {
+        if (cancel && *cancel)
+            break;
+        try {
+            if (import_file(QDir(dir).filePath(name), raw_dir, db))
+                ++stats.imported;
+        } catch (...) {
+            ++stats.errors;
+        }
+        ++stats.scanned;
+        if (progress && stats.scanned % progress_step == 0)
+            progress(stats.scanned, total, stats.imported);
+    }
+    if (progress)
+        progress(stats.scanned, total, stats.imported);
+    link_forts(db);
+    return stats;
+}
+
+} // namespace tally::data

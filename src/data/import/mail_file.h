@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QFile>
+#include <QString>
+
+namespace tally::data {
+
+/// One mail file, opened when it is first needed, read no further than asked and never twice.
+/// A file that cannot be opened counts as empty, and so does one larger than any mail can be.
+class MailFile {
+public:
+    static constexpr qint64 head_size = 32768;            ///< bytes
+    static constexpr qint64 max_size = 64 * 1024 * 1024; ///< bytes
+
+    explicit MailFile(QString path);
+
+    const QString &name() const { return name_; } ///< without the folder
+
+    /// The first `head_size` bytes.
+    QByteArrayView head();
+    QByteArrayView all();
+    /// When the file was last modified, in seconds since the Unix epoch, whole milliseconds.
+    double modified();
+
+private:
+    void read_up_to(qint64 end);
+    bool open();
+
+    QString path_;
+    QString name_;
+    QFile file_;
+    qint64 size_ = 0;
+    QByteArray content_;
+    bool tried_to_open_ = false;
+};
+
+} // namespace tally::data

@@ -1,0 +1,88 @@
+#include "mail/hero_texts.h"
+
+#include "mail/tree_reading.h"
+
+#include <QMap>
+
+#include <algorithm>
+
+namespace tally::data {
+namespace {
+
+const QString separator = QStringLiteral("; ");
+
+/// Adds the strengths of one slot, "1204_0.125;31_0.03", to the sums by buff. A part that is not an
+/// id, "_" and a number adds nothing.
+void add_buffs(QMap<QString, double> &strength_by_buff, const QString &buffs)
+{
+    for (const QStringView part : QStringView(buffs).split(u';')) {
+        const qsizetype underscore = part.indexOf(u'_');
+        if (underscore < 0)
+            continue;
+        bool is_id = false;
+        bool is_strength = false;
+        const int id = part.first(underscore).toInt(&is_id);
+        const double strength = part.sliced(underscore + 1).toDouble(&is_strength);
+        if (is_id && is_strength)
+            strength_by_buff[QStringLiteral("buff%1").arg(id)] += strength;
+    }
+}
+
+/// Slot numbers in their order, before slots whose keys are no numbers in the order of their texts.
+bool slot_before(const QString &a, const QString &b)
+{
+    bool a_is_number = false;
+    bool b_is_number = false;
+    const int a_number = a.toInt(&a_is_number);
+    const int b_number = b.toInt(&b_is_number);
+    if (a_is_number && b_is_number)
+        return a_number < b_number;
+    // Comparing a number with a text as texts would give an order that runs in circles.
+    if (a_is_number != b_is_number)
+        return a_is_number;
+    return a < b;
+}
+
+} // namespace
+
+QString format_skills(const QVariant &slots_by_key)
+{
+    const QVariantMap slots_map = slots_by_key.toMap();
+    QStringList skills;
+    for (const QString &key : keys_by_number(slots_map)) {
+        const QVariantMap slot = slots_map.value(key).toMap();
+        const QVariant id = value_of(slot, u"SkillId");
+        const QVariant level = value_of(slot, u"SkillLevel");
+        if (id.isValid() && level.isValid())
+            skills += QStringLiteral("#%1 L%2").arg(id.toInt()).arg(level.toInt());
+    }
+    return skills.join(separator);
+}
+
+QString format_buffs(const QVariant &slots_by_key)
+{
+    QMap<QString, double> strength_by_buff;
+    const QVariantMap slots_map = slots_by_key.toMap();
+    for (const QVariant &slot : slots_map)
+        add_buffs(strength_by_buff, text_of(slot.toMap(), u"Buffs"));
+    QStringList buffs;
+    for (auto it = strength_by_buff.cbegin(); it != strength_by_buff.cend(); ++it)
+        buffs += QStringLiteral("%1: %2%").arg(it.key(), QString::number(it.value() * 100, 'f', 1));
+    return buffs.join(separator);
+}
+
+QString format_inscriptions(const QVariant &slots_by_key)
+{
+    const QVariantMap slots_map = slots_by_key.toMap();
+    QStringList keys = slots_map.keys();
+    std::stable_sort(keys.begin(), keys.end(), slot_before);
+    QStringList inscriptions;
+    for (const QString &key : keys) {
+        const QString affix = text_of(slots_map.value(key).toMap(), u"Affix");
+        if (!affix.isEmpty())
+            inscriptions += QStringLiteral("S%1:#%2").arg(key, affix);
+    }
+    return inscriptions.join(separator);
+}
+
+} // namespace tally::data

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QString>
+#include <QVariant>
+
+#include <array>
+#include <deque>
+#include <map>
+#include <vector>
+
+namespace tally::data {
+
+/// What a QVariantMap is made of.
+using Tree = std::map<QString, QVariant>;
+
+/// The list of keys of a map that the decoder has met: a mail repeats the same few lists of keys
+/// many times (every troop, skill or buff has the same fields).
+struct MapShape {
+    std::vector<QByteArrayView> keys; ///< encoded, in the order of the file
+    std::vector<quint32> ranks;       ///< for each of `keys`, its place in the ordered map
+    Tree blank;                       ///< the ordered map with invalid values
+};
+
+/// Remembers the shape met last in each context of one mail. Copying a blank map of the right shape
+/// and filling in its values spares the decoder what costs most: comparing keys to find their place,
+/// and finding the text of each key.
+class MapShapes {
+public:
+    /// The shape expected in a context, or null. It stays valid as long as this object.
+    const MapShape *expected(quint64 context) const { return slots_[slot_of(context)].shape; }
+
+    void confirm(quint64 context) { slots_[slot_of(context)].trusted = true; }
+
+    /// After a map of another shape: a new shape to fill in, which will be expected from now on.
+    /// Null if the old one was right before and gets one more chance, or if the new one is not worth
+    /// keeping.
+    MapShape *replace_expected(quint64 context, size_t key_count)
+    {
+        Slot &slot = slots_[slot_of(context)];
+        const bool give_chance = std::exchange(slot.trusted, false);
+        if (give_chance || key_count == 0 || key_count > max_keys || shapes_.size() >= max_shapes)
+            return nullptr;
+        // The old shape is kept too: a map around this one may be in the middle of it.
+        MapShape &shape = shapes_.emplace_back();
+        slot.shape = &shape;
+        return &shape;
+    }
+
+private:
+    struct Slot {
+        const MapShape *shape = nullptr;
+        bool trusted = false;
+    };
+    static constexpr size_t slot_count = 128;
+    // Bounds what is kept of a mail that changes its shapes all the time.
+    static constexpr size_t max_keys = 48;
+    static constexpr size_t max_shapes = 512;
+
+    static size_t slot_of(quint64 context) { return (context * 0x9e3779b97f4a7c15u) >> 57; }
+
+    std::array<Slot, slot_count> slots_;
+    std::deque<MapShape> shapes_;
+};
+
+} // namespace tally::data
