@@ -14,6 +14,9 @@ namespace {
 
 Q_LOGGING_CATEGORY(store_log, "tally.store")
 
+const QString prepare_failed = QStringLiteral("prepare failed for [%1]");
+const QString exec_failed = QStringLiteral("exec failed for [%1]");
+
 constexpr const char *pragmas[] = {
     "PRAGMA foreign_keys = ON",
     "PRAGMA journal_mode = WAL",
@@ -81,11 +84,11 @@ QSqlQuery TallyDb::exec_prepared(const QSqlDatabase &db, const QString &sql,
     QSqlQuery query(db);
     query.setForwardOnly(true);
     if (!query.prepare(sql))
-        fatal(QStringLiteral("prepare failed for [%1]").arg(sql), query.lastError());
+        fatal(prepare_failed.arg(sql), query.lastError());
     for (const QVariant &param : params)
         query.addBindValue(param);
     if (!query.exec())
-        fatal(QStringLiteral("exec failed for [%1]").arg(sql), query.lastError());
+        fatal(exec_failed.arg(sql), query.lastError());
     return query;
 }
 
@@ -94,14 +97,9 @@ QSqlQuery &TallyDb::KeptStatement::exec(const QVariantList &params)
     for (int i = 0; i < params.size(); ++i)
         query_.bindValue(i, params.at(i));
     if (!query_.exec())
-        fatal(exec_failure_, query_.lastError());
+        fatal(exec_failure_.isEmpty() ? exec_failed.arg(query_.lastQuery()) : exec_failure_,
+              query_.lastError());
     return query_;
-}
-
-TallyDb::KeptStatement TallyDb::kept(const QString &sql) const
-{
-    return kept(sql, QStringLiteral("prepare failed for [%1]").arg(sql),
-                QStringLiteral("exec failed for [%1]").arg(sql));
 }
 
 TallyDb::KeptStatement TallyDb::kept(const QString &sql, const QString &prepare_failure,
@@ -113,7 +111,8 @@ TallyDb::KeptStatement TallyDb::kept(const QString &sql, const QString &prepare_
     QSqlQuery query(own.db);
     query.setForwardOnly(true);
     if (!query.prepare(sql))
-        fatal(prepare_failure, query.lastError());
+        fatal(prepare_failure.isEmpty() ? prepare_failed.arg(sql) : prepare_failure,
+              query.lastError());
     return {own.kept.emplace(sql, std::move(query)).first->second, exec_failure};
 }
 

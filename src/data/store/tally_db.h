@@ -110,9 +110,9 @@ private:
         QSqlQuery &query_;
         QString exec_failure_;
     };
-    KeptStatement kept(const QString &sql) const;
-    KeptStatement kept(const QString &sql, const QString &prepare_failure,
-                       const QString &exec_failure) const;
+    /// Without texts of its own a statement fails with those of `exec_prepared`.
+    KeptStatement kept(const QString &sql, const QString &prepare_failure = {},
+                       const QString &exec_failure = {}) const;
 
     /// One write transaction: rolls back by itself unless it was committed. It takes the write lock
     /// of the file at its start, so what it reads cannot be changed by another process before it
