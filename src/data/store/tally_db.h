@@ -23,8 +23,8 @@ struct FortReport;
 struct ThreadConnection;
 struct TrialReport;
 
-/// The one gateway to the SQLite store. Every failing statement throws `std::runtime_error` with the
-/// text "TallyDb fatal: %1: %2" (what was tried, what the database said).
+/// The one gateway to the SQLite store. Every failing statement throws `std::runtime_error` with
+/// the text "TallyDb fatal: %1: %2" (what was tried, what the database said).
 ///
 /// Any thread may call any member: each thread gets a connection of its own at first use, writers
 /// take `write_mutex_`, readers take nothing and see the last commit. The object outlives all who
@@ -41,7 +41,8 @@ public:
     QSqlDatabase connection() const;
 
     /// Brings the database to the present schema; to be called once, before any other member.
-    /// \return whether a table of an old shape was dropped, so that its mails will be imported anew.
+    /// \return whether a table of an old shape was dropped, so that its mails will be imported
+    /// anew.
     bool init_schema();
 
     // Reports. An insert replaces all rows that its mail left before.
@@ -95,7 +96,9 @@ private:
     /// when the lease ends; do not lease one text twice at a time.
     class KeptStatement {
     public:
-        KeptStatement(QSqlQuery &query, QString sql) : query_(query), sql_(std::move(sql)) {}
+        KeptStatement(QSqlQuery &query, QString exec_failure)
+            : query_(query), exec_failure_(std::move(exec_failure))
+        {}
         ~KeptStatement() { query_.finish(); }
         KeptStatement(const KeptStatement &) = delete;
         KeptStatement &operator=(const KeptStatement &) = delete;
@@ -105,11 +108,15 @@ private:
 
     private:
         QSqlQuery &query_;
-        QString sql_;
+        QString exec_failure_;
     };
-    KeptStatement kept(const QString &sql) const;
+    /// Without texts of its own a statement fails with those of `exec_prepared`.
+    KeptStatement kept(const QString &sql, const QString &prepare_failure = {},
+                       const QString &exec_failure = {}) const;
 
-    /// One write transaction: rolls back by itself unless it was committed.
+    /// One write transaction: rolls back by itself unless it was committed. It takes the write lock
+    /// of the file at its start, so what it reads cannot be changed by another process before it
+    /// writes.
     class Transaction {
     public:
         explicit Transaction(QSqlDatabase db);
@@ -117,6 +124,7 @@ private:
         Transaction(const Transaction &) = delete;
         Transaction &operator=(const Transaction &) = delete;
 
+        /// \throws std::runtime_error of the text `failure`, after a roll-back
         void commit(const QString &failure);
 
     private:
@@ -129,8 +137,17 @@ private:
     static bool migrate_structure(const QSqlDatabase &db);
     static void run_schema_script(const QSqlDatabase &db);
     static void add_missing_columns(const QSqlDatabase &db);
+    static void create_late_indexes(const QSqlDatabase &db);
     static void backfill_fort_flags(const QSqlDatabase &db);
 
+    struct UnlinkedFort {
+        QString file_name;
+        double event_time;
+    };
+    static std::vector<UnlinkedFort> unlinked_forts(const QSqlDatabase &db);
+    static std::optional<QString> chain_for_fort(const QSqlDatabase &db, double event_time);
+
+    /// Keeps the statement prepared.
     bool any_row(const QString &sql, const QVariantList &params) const;
     int single_int(const QString &sql, const QVariantList &params = {}) const;
 

@@ -1,0 +1,164 @@
+#include "store/tally_db.h"
+
+namespace tally::data {
+
+namespace {
+
+struct AddedColumn {
+    const char *table;
+    const char *column;
+    const char *type;
+};
+
+constexpr AddedColumn added_columns[] = {
+    {"reports", "chain_start_time", "REAL"},
+    {"reports", "chain_end_time", "REAL"},
+    {"reports", "hero_id_1", "REAL"},
+    {"reports", "hero_id_2", "REAL"},
+    {"reports", "npc_ctid", "REAL"},
+    {"reports", "disappear_tick", "REAL"},
+    {"reports", "damage_taken", "REAL"},
+    {"reports", "damage_dealt", "REAL"},
+    {"reports", "ets", "REAL"},
+    {"reports", "player_id", "REAL"},
+    {"reports", "player_name", "TEXT"},
+    {"reports", "alliance_name", "TEXT"},
+    {"reports", "is_free_ap", "INTEGER DEFAULT 0"},
+    {"reports", "is_fort_round", "INTEGER DEFAULT 0"},
+    {"fort_reports", "battle_file_name", "TEXT"},
+    {"field_reports", "is_rally", "INTEGER"},
+    {"field_reports", "my_ct", "REAL"},
+    {"field_reports", "enemy_ct", "REAL"},
+    {"field_reports", "my_kill_score", "INTEGER"},
+    {"field_reports", "enemy_kill_score", "INTEGER"},
+    {"field_reports", "my_death", "INTEGER"},
+    {"field_reports", "enemy_death", "INTEGER"},
+    {"field_reports", "my_power", "INTEGER"},
+    {"field_reports", "enemy_power", "INTEGER"},
+    {"field_reports", "my_bad_hurt", "INTEGER"},
+    {"field_reports", "enemy_bad_hurt", "INTEGER"},
+    {"field_reports", "my_hurt", "INTEGER"},
+    {"field_reports", "enemy_hurt", "INTEGER"},
+    {"field_reports", "my_hlv", "REAL"},
+    {"field_reports", "my_hlv2", "REAL"},
+    {"field_reports", "my_hst", "REAL"},
+    {"field_reports", "my_hst2", "REAL"},
+    {"field_reports", "my_haw", "INTEGER"},
+    {"field_reports", "my_haw2", "INTEGER"},
+    {"field_reports", "my_cosid", "REAL"},
+    {"field_reports", "my_formation", "REAL"},
+    {"field_reports", "my_hss", "TEXT"},
+    {"field_reports", "my_hss2", "TEXT"},
+    {"field_reports", "my_heq", "TEXT"},
+    {"field_reports", "my_heq2", "TEXT"},
+    {"field_reports", "my_hwbs", "TEXT"},
+    {"field_reports", "my_hwbs2", "TEXT"},
+    {"field_reports", "enemy_hlv", "REAL"},
+    {"field_reports", "enemy_hlv2", "REAL"},
+    {"field_reports", "enemy_hst", "REAL"},
+    {"field_reports", "enemy_hst2", "REAL"},
+    {"field_reports", "enemy_haw", "INTEGER"},
+    {"field_reports", "enemy_haw2", "INTEGER"},
+    {"field_reports", "enemy_cosid", "REAL"},
+    {"field_reports", "enemy_formation", "REAL"},
+    {"field_reports", "enemy_hss", "TEXT"},
+    {"field_reports", "enemy_hss2", "TEXT"},
+    {"field_reports", "enemy_heq", "TEXT"},
+    {"field_reports", "enemy_heq2", "TEXT"},
+    {"field_reports", "enemy_hwbs", "TEXT"},
+    {"field_reports", "enemy_hwbs2", "TEXT"},
+    {"field_reports", "my_inscriptions", "TEXT"},
+    {"field_reports", "my_inscriptions2", "TEXT"},
+    {"field_reports", "enemy_inscriptions", "TEXT"},
+    {"field_reports", "enemy_inscriptions2", "TEXT"},
+};
+
+} // namespace
+
+bool TallyDb::table_exists(const QSqlDatabase &db, const QString &table)
+{
+    return exec_prepared(
+               db, QStringLiteral("SELECT name FROM sqlite_master WHERE type='table' AND name=?"),
+               {table})
+        .next();
+}
+
+QSet<QString> TallyDb::table_columns(const QSqlDatabase &db, const QString &table)
+{
+    QSet<QString> columns;
+    auto rows = exec_prepared(db, QStringLiteral("PRAGMA table_info(%1)").arg(table));
+    while (rows.next())
+        columns.insert(rows.value(1).toString());
+    return columns;
+}
+
+bool TallyDb::migrate_structure(const QSqlDatabase &db)
+{
+    const auto lacks = [&db](const QString &table, const QString &column) {
+        return table_exists(db, table) && !table_columns(db, table).contains(column);
+    };
+    const auto run = [&db](const QString &sql) {
+        exec_prepared(db, sql);
+    };
+    bool dropped = false;
+    if (lacks(QStringLiteral("reports"), QStringLiteral("round_no"))) {
+        run(QStringLiteral("DROP TABLE IF EXISTS loot"));
+        run(QStringLiteral("DROP TABLE IF EXISTS reports"));
+        dropped = true;
+    }
+    if (lacks(QStringLiteral("field_reports"), QStringLiteral("attack_id"))) {
+        run(QStringLiteral("DROP TABLE IF EXISTS field_reports"));
+        dropped = true;
+    }
+    if (lacks(QStringLiteral("field_reports"), QStringLiteral("tour_id"))) {
+        run(QStringLiteral("DROP TABLE IF EXISTS field_reports"));
+        if (table_exists(db, QStringLiteral("settings")))
+            run(QStringLiteral("DELETE FROM settings WHERE key='npc_migration_v4_done'"));
+        dropped = true;
+    }
+    return dropped;
+}
+
+void TallyDb::add_missing_columns(const QSqlDatabase &db)
+{
+    for (const auto &[table_text, column_text, type_text] : added_columns) {
+        const auto table = QString::fromLatin1(table_text);
+        const auto column = QString::fromLatin1(column_text);
+        const auto columns = table_columns(db, table);
+        if (columns.isEmpty() || columns.contains(column))
+            continue;
+        exec_prepared(db, QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3")
+                              .arg(table, column, QLatin1StringView(type_text)));
+    }
+}
+
+void TallyDb::create_late_indexes(const QSqlDatabase &db)
+{
+    const auto run = [&db](const QString &sql) {
+        exec_prepared(db, sql);
+    };
+    run(QStringLiteral(
+        "CREATE INDEX IF NOT EXISTS idx_reports_heros ON reports(hero_id_1, hero_id_2)"));
+    run(QStringLiteral("CREATE INDEX IF NOT EXISTS idx_reports_ctid  ON reports(npc_ctid)"));
+    // The time of a chain, by which forts look for it.
+    run(QStringLiteral("CREATE INDEX IF NOT EXISTS idx_reports_chain_time "
+                       "ON reports(COALESCE(chain_start_time, file_mtime))"));
+}
+
+void TallyDb::backfill_fort_flags(const QSqlDatabase &db)
+{
+    exec_prepared(db, QStringLiteral(R"sql(
+        UPDATE reports SET is_fort_round = 1
+        WHERE COALESCE(is_fort_round, 0) = 0
+          AND damage_dealt IS NOT NULL
+          AND damage_dealt >= 1500000)sql"));
+    exec_prepared(db, QStringLiteral(R"sql(
+        UPDATE reports SET is_free_ap = 1
+        WHERE COALESCE(is_free_ap, 0) = 0
+          AND COALESCE(is_fort_round, 0) = 0
+          AND file_name IN (
+            SELECT DISTINCT file_name FROM reports
+            WHERE COALESCE(is_fort_round, 0) = 1))sql"));
+}
+
+} // namespace tally::data

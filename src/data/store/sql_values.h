@@ -1,0 +1,45 @@
+#pragma once
+
+#include "mail/numbers.h"
+
+#include <QString>
+#include <QVariant>
+
+#include <optional>
+
+namespace tally::data {
+
+/// Between optional fields and the values of a statement: nothing is NULL.
+
+template <typename T>
+QVariant nullable(const std::optional<T> &value)
+{
+    return value ? QVariant(*value) : QVariant();
+}
+
+inline QVariant null_if_empty(const QString &text)
+{
+    return text.isEmpty() ? QVariant() : QVariant(text);
+}
+
+/// A text that is always there: Qt binds a null `QString` as NULL.
+inline QVariant not_null(const QString &text)
+{
+    return text.isNull() ? QVariant(QStringLiteral("")) : QVariant(text);
+}
+
+/// Nothing for NULL and for what is no number.
+inline std::optional<double> number_in(const QVariant &value)
+{
+    bool ok = false;
+    const double number = value.toDouble(&ok);
+    return ok && !value.isNull() ? std::optional(number) : std::nullopt;
+}
+
+/// Nothing for NULL, for what is no number and for what an `int` cannot hold.
+inline std::optional<int> int_in(const QVariant &value)
+{
+    return to_int(number_in(value));
+}
+
+} // namespace tally::data
