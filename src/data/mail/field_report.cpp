@@ -106,7 +106,7 @@ void apply(QVariantMap &row, const ColumnRule (&rules)[N], const QVariantMap &so
            const QString &prefix = {})
 {
     for (const ColumnRule &rule : rules)
-        row.insert(prefix + rule.column, rule.convert(value_of(source, rule.key)));
+        row.insert(prefix + literal(rule.column), rule.convert(value_of(source, rule.key)));
 }
 
 const QString mine = QStringLiteral("my_");
