@@ -154,7 +154,7 @@ std::string fill_until_failure(TempStore &store)
     for (int i = 0; i < 1000; ++i) {
         const QString before = store_dump(store.db);
         const auto failure = failure_of([&] {
-            std::vector<data::TrialParticipant> people(30, participant(u"Bo"_s, much_loot()));
+            std::vector<data::TrialParticipant> people(200, participant(u"Bo"_s, much_loot()));
             store.db.insert_trial_report(u"big-%1"_s.arg(i), trial(people), 1.0);
         });
         if (failure.empty())
@@ -201,10 +201,10 @@ TEST(StoreFaults, FlippedBytesGiveErrorsOrAnswersNotCrashes)
 {
     const QByteArray whole = whole_store();
     int damaged = 0;
-    for (quint32 seed = 0; seed < 25; ++seed) {
+    for (quint32 seed = 0; seed < 25; ++seed) { // few flips, then more and more
         QRandomGenerator random(seed);
         QByteArray bytes = whole;
-        for (int i = 0; i < 400; ++i)
+        for (quint32 i = 0; i <= seed * seed; ++i)
             bytes[random.bounded(100, int(bytes.size()))] = static_cast<char>(random.bounded(256));
         const FileOf file(bytes);
         data::TallyDb db(file.path);
@@ -255,6 +255,23 @@ TEST(StoreFaults, AReadOnlyStoreCanBeReadAndRefusesToBeWritten)
     }
     EXPECT_EQ(store_dump(store.db), before);
     EXPECT_EQ(store.db.get_setting(u"theme"_s), u"light"_s);
+}
+
+// Even reading needs files beside the store that may be made.
+TEST(StoreFaults, AReadOnlyFolderGivesErrorsAndTheStoreStaysAsItIs)
+{
+    const FileOf file(whole_store());
+    const QByteArray before = file.bytes();
+    ASSERT_EQ(chmod(qPrintable(file.path), 0444), 0);
+    ASSERT_EQ(chmod(qPrintable(file.folder.path()), 0555), 0);
+    {
+        const Unprivileged user;
+        data::TallyDb db(file.path);
+        EXPECT_THAT(failures_of_all_members(db),
+                    AllOf(testing::SizeIs(19), testing::Each(StartsWith("TallyDb fatal: "))));
+    }
+    ASSERT_EQ(chmod(qPrintable(file.folder.path()), 0755), 0);
+    EXPECT_EQ(file.bytes(), before);
 }
 
 TEST(StoreFaults, AFullStoreKeepsWhatItHasAndGoesOnWhenThereIsRoom)
