@@ -119,8 +119,8 @@ INSTANTIATE_TEST_SUITE_P(
         MailCase{"chain with its loot behind the head", chain_mail(padding()), nullptr},
         MailCase{"no mail", "garbage no marker", nullptr}, MailCase{"empty", {}, nullptr},
         MailCase{"torn chain", chain_mail().chopped(1), nullptr}),
-    [](const auto &info) {
-        return QString::fromLatin1(info.param.what).replace(u' ', u'_').toStdString();
+    [](const auto &test_case) {
+        return QString::fromLatin1(test_case.param.what).replace(u' ', u'_').toStdString();
     });
 
 TEST(ImportDir, TakesMailFilesOnlyAndCallsBackEvery200FilesAndAtTheEnd)
