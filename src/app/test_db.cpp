@@ -34,8 +34,8 @@ void test_settings(RunLog &log, data::TallyDb &db)
 
 void test_empty_counts(RunLog &log, const data::TallyDb &db)
 {
-    require(db.report_count(std::nullopt) == 0 && db.field_report_count() == 0
-                && db.chain_file_count() == 0,
+    require(db.report_count(std::nullopt) == 0 && db.field_report_count() == 0 &&
+                db.chain_file_count() == 0,
             QStringLiteral("fresh DB counts should be zero"));
     log.line(QStringLiteral("empty-DB counts OK"));
 }
@@ -60,8 +60,8 @@ void remove_database(const QString &path)
 int test_db()
 {
     return run_console_mode(QStringLiteral("./smoke-test-db.log"), [](RunLog &log) {
-        log.line(QStringLiteral("== TallyDb smoke test — %1 ==")
-                     .arg(platform::application_version));
+        log.line(
+            QStringLiteral("== TallyDb smoke test — %1 ==").arg(platform::application_version));
         const QString path = new_database_path();
         log.line(QStringLiteral("db_path = %1").arg(path));
         {

@@ -28,8 +28,8 @@ constexpr double chain_start = 1.7e9;
 
 QByteArray loot_map()
 {
-    return array({map({entry("Type", number(4)), entry("SubType", number(1)),
-                       entry("Value", number(30))})});
+    return array(
+        {map({entry("Type", number(4)), entry("SubType", number(1)), entry("Value", number(30))})});
 }
 
 QByteArray chain_round()
@@ -39,33 +39,30 @@ QByteArray chain_round()
 
 QByteArray chain_mail(const QByteArray &before_loot = {}, double start = chain_start)
 {
-    return sample::mail(entry("type", text("Battle")) + entry("Bts", number(start)) + chain_round()
-                        + before_loot + entry("NpcKillLoot", loot_map()));
+    return sample::mail(entry("type", text("Battle")) + entry("Bts", number(start)) +
+                        chain_round() + before_loot + entry("NpcKillLoot", loot_map()));
 }
 
 QByteArray field_mail(const QByteArray &before_attacks = {})
 {
     const QByteArray attack = map({entry("CIdt", map({entry("PId", number(7))}))});
-    return sample::mail(
-        entry("type", text("Battle"))
-        + entry("content", map(before_attacks + entry("Attacks", array({attack})))));
+    return sample::mail(entry("type", text("Battle")) +
+                        entry("content", map(before_attacks + entry("Attacks", array({attack})))));
 }
 
 QByteArray trial_mail()
 {
     const QByteArray content = map({entry("infos", array({map({entry("playerId", number(1))})}))});
-    return sample::mail(entry("type", text("BarCanyonKillBoss"))
-                        + entry("body", map({entry("content", content)})));
+    return sample::mail(entry("type", text("BarCanyonKillBoss")) +
+                        entry("body", map({entry("content", content)})));
 }
 
 QByteArray fort_mail(double event_time = chain_start, bool with_loot = true)
 {
-    const QByteArray attachments =
-        with_loot ? array({map({entry("loot", loot_map())})}) : map();
-    return sample::mail(entry("type", text("System"))
-                        + entry("time", number(event_time * 1e6))
-                        + entry("body", map({entry("title", text("Barbarian Fort destroyed"))}))
-                        + entry("attachments", attachments));
+    const QByteArray attachments = with_loot ? array({map({entry("loot", loot_map())})}) : map();
+    return sample::mail(entry("type", text("System")) + entry("time", number(event_time * 1e6)) +
+                        entry("body", map({entry("title", text("Barbarian Fort destroyed"))})) +
+                        entry("attachments", attachments));
 }
 
 /// More bytes than the head of a file that most stages look at.
@@ -109,16 +106,17 @@ TEST_P(OneMail, IsStoredOnceAndOnlyInItsTable)
 
 INSTANTIATE_TEST_SUITE_P(
     , OneMail,
-    testing::Values(
-        MailCase{"chain", chain_mail(), "reports"},
-        MailCase{"field fight", field_mail(), "field_reports"},
-        MailCase{"field fight with its attacks far behind", field_mail(padding()), "field_reports"},
-        MailCase{"boss kill", trial_mail(), "trial_reports"},
-        MailCase{"fort", fort_mail(), "fort_reports"},
-        MailCase{"fort without loot", fort_mail(chain_start, false), nullptr},
-        MailCase{"chain with its loot behind the head", chain_mail(padding()), nullptr},
-        MailCase{"no mail", "garbage no marker", nullptr}, MailCase{"empty", {}, nullptr},
-        MailCase{"torn chain", chain_mail().chopped(1), nullptr}),
+    testing::Values(MailCase{"chain", chain_mail(), "reports"},
+                    MailCase{"field fight", field_mail(), "field_reports"},
+                    MailCase{"field fight with its attacks far behind", field_mail(padding()),
+                             "field_reports"},
+                    MailCase{"boss kill", trial_mail(), "trial_reports"},
+                    MailCase{"fort", fort_mail(), "fort_reports"},
+                    MailCase{"fort without loot", fort_mail(chain_start, false), nullptr},
+                    MailCase{"chain with its loot behind the head", chain_mail(padding()), nullptr},
+                    MailCase{"no mail", "garbage no marker", nullptr},
+                    MailCase{"empty", {}, nullptr},
+                    MailCase{"torn chain", chain_mail().chopped(1), nullptr}),
     [](const auto &test_case) {
         return QString::fromLatin1(test_case.param.what).replace(u' ', u'_').toStdString();
     });

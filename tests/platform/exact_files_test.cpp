@@ -61,8 +61,8 @@ TEST(CopyFile, MakesAWholeCopyAndNeverReplacesOne)
     write(native_name_of_text(from), "second");
     EXPECT_FALSE(copy_file(from, to));
     EXPECT_EQ(read_file(to), "first");
-    EXPECT_FALSE(copy_file(dir.filePath(QStringLiteral("missing")),
-                           dir.filePath(QStringLiteral("copy"))));
+    EXPECT_FALSE(
+        copy_file(dir.filePath(QStringLiteral("missing")), dir.filePath(QStringLiteral("copy"))));
     EXPECT_FALSE(copy_file(from, dir.filePath(QStringLiteral("missing/copy"))));
     EXPECT_EQ(regular_file_names(dir.path()).size(), 2) << "a failed copy must leave nothing";
 }

@@ -21,9 +21,9 @@ public:
     {
         QFile out(file(name));
         const bool written =
-            out.open(QIODevice::WriteOnly) && out.write(content) == content.size() && out.flush()
-            && out.setFileTime(QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(mtime * 1000)),
-                               QFileDevice::FileModificationTime);
+            out.open(QIODevice::WriteOnly) && out.write(content) == content.size() && out.flush() &&
+            out.setFileTime(QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(mtime * 1000)),
+                            QFileDevice::FileModificationTime);
         if (!written)
             throw std::runtime_error("cannot write a test mail");
         return out.fileName();

@@ -38,7 +38,8 @@ QVariant as_number(const QVariant &value)
     return value.toDouble();
 }
 
-template <QString (*Format)(const QVariant &)> QVariant formatted(const QVariant &value)
+template <QString (*Format)(const QVariant &)>
+QVariant formatted(const QVariant &value)
 {
     return Format(value);
 }
@@ -75,8 +76,10 @@ constexpr ColumnRule army_rules[] = {
 
 /// Read from "Damage" into the "my" columns and from "Kill" into the "enemy" columns.
 constexpr ColumnRule score_rules[] = {
-    {u"kill_score", u"KillScore", as_score}, {u"death", u"Death", as_score},
-    {u"power", u"Power", as_score},          {u"bad_hurt", u"BadHurt", as_score},
+    {u"kill_score", u"KillScore", as_score},
+    {u"death", u"Death", as_score},
+    {u"power", u"Power", as_score},
+    {u"bad_hurt", u"BadHurt", as_score},
     {u"hurt", u"Hurt", as_score},
 };
 
