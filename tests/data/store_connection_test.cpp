@@ -130,7 +130,9 @@ TEST(StoreConnection, ObjectsOnOneFileLoseNoRowsToEachOther)
     });
     std::vector<std::thread> threads;
     for (int writer = 0; writer < writers; ++writer)
-        threads.emplace_back(write, std::ref(writer % 2 ? second : store.db), writer);
+        threads.emplace_back([&, writer] {
+            EXPECT_EQ(failure_of([&] { write(writer % 2 ? second : store.db, writer); }), "");
+        });
     for (std::thread &thread : threads)
         thread.join();
     done = true;

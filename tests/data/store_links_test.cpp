@@ -63,6 +63,11 @@ struct LinkEdge {
     bool links;
 };
 
+void PrintTo(const LinkEdge &edge, std::ostream *out)
+{
+    *out << edge.start;
+}
+
 class StoreLinkEdge : public testing::TestWithParam<LinkEdge> {};
 
 TEST_P(StoreLinkEdge, ThreeHundredSecondsAreIncluded)

@@ -209,6 +209,11 @@ struct OldFieldTable {
     bool mark_survives;
 };
 
+void PrintTo(const OldFieldTable &table, std::ostream *out)
+{
+    *out << table.columns;
+}
+
 class StoreMigrationOfFields : public testing::TestWithParam<OldFieldTable> {};
 
 // The first rule leaves the second no table to look at, so the mark stays.
