@@ -97,7 +97,7 @@ QByteArray large_field_mail()
     FieldFight fight;
     fight.head = random_head(random);
     fight.attacks = 12;
-    fight.ticks_each = 150;
+    fight.ticks_each = 165;
     fight.buffs_each = 50;
     fight.start = fight.head.time - 1500.0;
     return field_mail(random, fight);

@@ -13,7 +13,7 @@ QByteArray fort_mail(Random &random, const FortReward &reward)
                                    " % of the damage. " + prose(random, random.integer(100, 400))),
          entry("position",
                map({entry_of("X", random.whole(0, 7200)), entry_of("Y", random.whole(0, 7200))})),
-         entry("joined", roster(random, random.integer(8, 24)))});
+         entry("joined", roster(random, random.integer(14, 40)))});
     const QByteArray attachments = array({map(
         {entry("loot", loot(random, random.integer(3, 9))), entry("claimed", small_value(1))})});
     return finish_mail(random, head_entries(random, reward.head, "System") + entry("body", body) +

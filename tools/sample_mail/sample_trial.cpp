@@ -41,7 +41,7 @@ QByteArray trial_mail(Random &random, const BossKill &kill)
          entry("pos",
                map({entry_of("x", random.whole(0, 7200)), entry_of("y", random.whole(0, 7200))})),
          entry("infos", array(infos)),
-         entry("damageLog", fight_log(random, random.integer(20, 90)))});
+         entry("damageLog", fight_log(random, random.integer(30, 90)))});
     return finish_mail(random, head_entries(random, kill.head, "BarCanyonKillBoss") +
                                    entry("body", map({text_entry("title", "Boss defeated"),
                                                       entry("content", content)})));

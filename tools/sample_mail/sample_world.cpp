@@ -53,8 +53,8 @@ QByteArray field_fight(Random &random, const PlannedMail &mail, MailHead &head)
     fight.head = head;
     const double lot = random.real(0.0, 1.0);
     fight.kind = lot < 0.6 ? FieldKind::Open : lot < 0.8 ? FieldKind::Rally : FieldKind::Garrison;
-    fight.ticks_each = static_cast<int>(std::min(random.skewed(14.0, 1.5), 1500.0 / fight.attacks));
-    fight.ticks_each = std::min(fight.ticks_each, 140);
+    fight.ticks_each = static_cast<int>(std::min(random.skewed(14.0, 1.5), 1900.0 / fight.attacks));
+    fight.ticks_each = std::min(fight.ticks_each, 160);
     fight.buffs_each = std::min(fight.ticks_each / 3 + 2, 40);
     return field_mail(random, fight);
 }

@@ -37,11 +37,11 @@ public:
         for (int i = near; i < forts; ++i)
             plan_far_fort();
         for (int i = share(field_share); i > 0; --i)
-            add(any_time(), any_player(), MailKind::Field);
+            add_any(MailKind::Field);
         plan_boss_sessions(share(trial_share));
         plan_keeps(share(keep_share));
         while (std::ssize(mails_) < options_.count)
-            add(any_time(), any_player(), MailKind::Other);
+            add_any(MailKind::Other);
         std::stable_sort(
             mails_.begin(), mails_.end(),
             [](const PlannedMail &a, const PlannedMail &b) { return a.time < b.time; });
@@ -76,6 +76,19 @@ private:
         mails_.push_back({time, random_.bits(), group_seed, player, kind});
     }
 
+    // Arguments are evaluated in no fixed order, so that at most one of a call draws from the
+    // source.
+    void add_any(MailKind kind)
+    {
+        const double time = any_time();
+        add(time, any_player(), kind);
+    }
+
+    MailKind chain_kind(double fort_probability)
+    {
+        return random_.chance(fort_probability) ? MailKind::FortChain : MailKind::Chain;
+    }
+
     /// All slots in a random order in which busy hours tend to come first.
     std::vector<int> shuffled_slots()
     {
@@ -101,9 +114,10 @@ private:
             const int wanted =
                 without_fort / options_.players + (player < without_fort % options_.players);
             const std::size_t size = std::min(slots.size(), static_cast<std::size_t>(wanted));
-            for (std::size_t i = 0; i < size; ++i)
-                add(slot_start(slots[i]) + random_.real(0.0, latest_chain_start), player,
-                    random_.chance(0.05) ? MailKind::FortChain : MailKind::Chain);
+            for (std::size_t i = 0; i < size; ++i) {
+                const double start = slot_start(slots[i]) + random_.real(0.0, latest_chain_start);
+                add(start, player, chain_kind(0.05));
+            }
             random_.shuffle(slots);
         }
     }
@@ -113,14 +127,15 @@ private:
         const double start = slot_start(slot) + random_.real(0.0, latest_chain_start);
         const int player = any_player();
         // Where no round is marked in the mail, linking marks one.
-        add(start, player, random_.chance(0.7) ? MailKind::FortChain : MailKind::Chain);
+        add(start, player, chain_kind(0.7));
         add(start + random_.real(5.0, 295.0), player, MailKind::Fort);
     }
 
     void plan_far_fort()
     {
         const double start = slot_start(random_.integer(0, slots_ - 1));
-        add(start + random_.real(605.0, 695.0), any_player(), MailKind::Fort);
+        const double time = start + random_.real(605.0, 695.0);
+        add(time, any_player(), MailKind::Fort);
     }
 
     void plan_boss_sessions(int kills)
