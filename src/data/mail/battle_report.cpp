@@ -22,28 +22,37 @@ constexpr double type_of_level_zero = 149968.0;
 constexpr qsizetype hero_reach = 20000;
 constexpr qsizetype player_reach = 20480;
 
-QByteArrayView clipped(QByteArrayView bytes, qsizetype from, qsizetype count)
+/// Where keys are looked for. Their values may reach beyond its end, not beyond the mail's.
+struct Stretch {
+    QByteArrayView mail;
+    qsizetype begin = 0;
+    qsizetype size = 0;
+
+    QByteArrayView bytes() const { return mail.sliced(begin, std::min(size, mail.size() - begin)); }
+};
+
+Stretch whole(QByteArrayView mail)
 {
-    return bytes.sliced(from, std::min(count, bytes.size() - from));
+    return {mail, 0, mail.size()};
 }
 
-/// Offset of what stands behind the first marker of a key, or -1.
-qsizetype value_pos(QByteArrayView bytes, QByteArrayView key)
+/// Offset in the mail of what stands behind the first marker of a key, or -1.
+qsizetype value_pos(const Stretch &stretch, QByteArrayView key)
 {
     const QByteArray marker = key_marker(key);
-    const qsizetype offset = find_offset(bytes, marker);
-    return offset < 0 ? -1 : offset + marker.size();
+    const qsizetype offset = find_offset(stretch.bytes(), marker);
+    return offset < 0 ? -1 : stretch.begin + offset + marker.size();
 }
 
-std::optional<double> first_number(QByteArrayView bytes, QByteArrayView key)
+std::optional<double> first_number(const Stretch &stretch, QByteArrayView key)
 {
-    return double_at(bytes, value_pos(bytes, key));
+    return double_at(stretch.mail, value_pos(stretch, key));
 }
 
-QString first_text(QByteArrayView bytes, QByteArrayView key)
+QString first_text(const Stretch &stretch, QByteArrayView key)
 {
     constexpr quint32 max_name_length = 200;
-    const auto text = text_at(bytes, value_pos(bytes, key), max_name_length);
+    const auto text = text_at(stretch.mail, value_pos(stretch, key), max_name_length);
     return text ? QString::fromUtf8(*text) : QString();
 }
 
@@ -98,8 +107,8 @@ std::vector<double> unix_times(QByteArrayView mail)
 
 void read_chain_times(BattleReport &report, QByteArrayView mail)
 {
-    report.chain_start_time = first_number(mail, "Bts");
-    if (const auto microseconds = first_number(mail, "time"))
+    report.chain_start_time = first_number(whole(mail), "Bts");
+    if (const auto microseconds = first_number(whole(mail), "time"))
         report.chain_end_time = *microseconds / 1e6;
     if (!report.chain_start_time || !report.chain_end_time) {
         const std::vector<double> times = unix_times(mail);
@@ -117,16 +126,16 @@ void read_chain_times(BattleReport &report, QByteArrayView mail)
 
 void read_player(BattleReport &report, QByteArrayView mail)
 {
-    const qsizetype self = value_pos(mail, "SelfChar");
+    const qsizetype self = value_pos(whole(mail), "SelfChar");
     if (self < 0)
         return;
-    const QByteArrayView player = clipped(mail, self, player_reach);
+    const Stretch player{mail, self, player_reach};
     report.player_id = first_number(player, "PId");
     report.player_name = first_text(player, "PName");
     report.alliance_name = first_text(player, "AName");
-    if (player.isEmpty() || player.front() != '\x05')
+    if (self == mail.size() || mail[self] != '\x05')
         return;
-    const QByteArrayView heroes = clipped(mail, self, hero_reach);
+    const Stretch heroes{mail, self, hero_reach};
     report.hero_id_1 = first_number(heroes, "HId");
     report.hero_id_2 = first_number(heroes, "HId2");
 }

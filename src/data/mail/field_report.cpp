@@ -25,12 +25,12 @@ QVariant as_text(const QVariant &value)
 
 QVariant as_flag(const QVariant &value)
 {
-    return value.toInt() != 0 || value.toBool() ? 1 : 0;
+    return value.toBool() ? 1 : 0;
 }
 
 QVariant as_score(const QVariant &value)
 {
-    return value.toInt();
+    return int_of(value).value_or(0);
 }
 
 QVariant as_number(const QVariant &value)

@@ -54,7 +54,9 @@ QString format_skills(const QVariant &slots_by_key)
         const QVariant id = value_of(slot, u"SkillId");
         const QVariant level = value_of(slot, u"SkillLevel");
         if (id.isValid() && level.isValid())
-            skills += QStringLiteral("#%1 L%2").arg(id.toInt()).arg(level.toInt());
+            skills += QStringLiteral("#%1 L%2")
+                          .arg(int_of(id).value_or(0))
+                          .arg(int_of(level).value_or(0));
     }
     return skills.join(separator);
 }

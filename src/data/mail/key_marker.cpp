@@ -46,7 +46,7 @@ qsizetype find_offset(QByteArrayView bytes, QByteArrayView needle, qsizetype fro
     const auto load = [&bytes](qsizetype at) {
         return _mm_loadu_si128(reinterpret_cast<const __m128i *>(bytes.data() + at));
     };
-    for (; pos + 15 <= last_start; pos += 16) {
+    for (; pos <= last_start - 15; pos += 16) {
         const __m128i both = _mm_and_si128(_mm_cmpeq_epi8(load(pos + middle), middle_byte),
                                            _mm_cmpeq_epi8(load(pos + last), last_byte));
         auto candidates = static_cast<unsigned>(_mm_movemask_epi8(both));

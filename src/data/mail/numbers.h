@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QVariant>
+
+#include <cmath>
 #include <limits>
 #include <optional>
 
@@ -19,6 +22,19 @@ constexpr std::optional<int> to_int(double value)
 constexpr std::optional<int> to_int(std::optional<double> value)
 {
     return value ? to_int(*value) : std::nullopt;
+}
+
+/// What `QVariant::toInt` makes of a value (numbers are rounded), or nothing where it fails or
+/// would wrap around.
+inline std::optional<int> int_of(const QVariant &value)
+{
+    bool ok = false;
+    if (value.typeId() == QMetaType::QString) {
+        const int number = value.toString().toInt(&ok);
+        return ok ? std::optional(number) : std::nullopt;
+    }
+    const double number = value.toDouble(&ok);
+    return ok ? to_int(std::round(number)) : std::nullopt;
 }
 
 } // namespace tally::data

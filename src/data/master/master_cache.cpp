@@ -124,13 +124,11 @@ BarbInfo MasterCache::barb(std::optional<double> npc_type) const
         kinds_.value(QStringLiteral("barbs")).toMap().value(QStringLiteral("types")).toList();
     for (const QVariant &entry : families) {
         const QVariantMap family = entry.toMap();
-        bool has_min = false;
-        bool has_max = false;
-        const int min = family.value(QStringLiteral("npc_type_min"), -1).toInt(&has_min);
-        const int max = family.value(QStringLiteral("npc_type_max"), -1).toInt(&has_max);
-        if (!has_min || !has_max || *type < min || *type > max)
+        const auto min = int_of(family.value(QStringLiteral("npc_type_min"), -1));
+        const auto max = int_of(family.value(QStringLiteral("npc_type_max"), -1));
+        if (!min || !max || *type < *min || *type > *max)
             continue;
-        const double offset = family.value(QStringLiteral("level_offset"), 0).toInt();
+        const double offset = int_of(family.value(QStringLiteral("level_offset"))).value_or(0);
         return {family.value(QStringLiteral("name"), unknown.name).toString(),
                 to_int(*type + offset)};
     }
