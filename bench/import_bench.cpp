@@ -62,7 +62,6 @@ double seconds_of(const std::function<void()> &work)
 struct ImportRuns {
     std::vector<double> first_ratios;
     std::vector<double> again_ratios;
-    double peak_megabytes = 0.0;
 };
 
 ProgramRun import(const QString &folder, const QString &mails)
@@ -76,13 +75,18 @@ void make_mails(const QString &mails, int count)
                                       "--days", "60", "--players", "4", mails.toLocal8Bit()});
 }
 
-ImportRuns measure(const QString &scratch, const QString &mails)
+/// The larger peak of a first and a second import. To be asked while this program is still small:
+/// the system counts what a new process shares with it before it becomes the other program.
+double peak_megabytes(const QString &folder, const QString &mails)
+{
+    QDir().mkpath(folder);
+    const double first = import(folder, mails).peak_megabytes;
+    return std::max(first, import(folder, mails).peak_megabytes);
+}
+
+ImportRuns measure(const QString &scratch, const ImportFloor &floor, const QString &mails)
 {
     ImportRuns result;
-    const QString first = QDir(scratch).filePath(QStringLiteral("reference"));
-    QDir().mkpath(first);
-    import(first, mails);
-    const ImportFloor floor(QDir(first).filePath(QStringLiteral("tally-import.db")), mails);
     for (int run = 0; run < runs; ++run) {
         const QTemporaryDir ours(scratch + QStringLiteral("/ours-XXXXXX"));
         const QTemporaryDir theirs(scratch + QStringLiteral("/floor-XXXXXX"));
@@ -90,15 +94,11 @@ ImportRuns measure(const QString &scratch, const QString &mails)
         const double floor_run = seconds_of([&] { floor.import(theirs.path()); });
         const ProgramRun again_run = import(ours.path(), mails);
         const double again_floor = seconds_of([&] { floor.look_up_again(ours.path()); });
-        std::printf("first import %.2f s, floor %.2f s; again %.3f s, floor %.3f s; "
-                    "peak %.0f and %.0f MB\n",
-                    import_run.seconds, floor_run, again_run.seconds, again_floor,
-                    import_run.peak_megabytes, again_run.peak_megabytes);
+        std::printf("first import %.2f s, floor %.2f s; again %.3f s, floor %.3f s\n",
+                    import_run.seconds, floor_run, again_run.seconds, again_floor);
         std::fflush(stdout);
         result.first_ratios.push_back(import_run.seconds / floor_run);
         result.again_ratios.push_back(again_run.seconds / again_floor);
-        result.peak_megabytes =
-            std::max({result.peak_megabytes, import_run.peak_megabytes, again_run.peak_megabytes});
     }
     return result;
 }
@@ -116,14 +116,15 @@ int main(int argc, char *argv[])
     const QString many = scratch.filePath(QStringLiteral("many"));
     make_mails(few, count / 4);
     make_mails(many, count);
-    const QString few_store = scratch.filePath(QStringLiteral("few-store"));
-    QDir().mkpath(few_store);
-    const double few_peak = import(few_store, few).peak_megabytes;
-    const ImportRuns result = measure(scratch.path(), many);
+    const double few_peak = peak_megabytes(scratch.filePath(QStringLiteral("few-store")), few);
+    const QString store = scratch.filePath(QStringLiteral("many-store"));
+    const double many_peak = peak_megabytes(store, many);
+    const ImportFloor floor(QDir(store).filePath(QStringLiteral("tally-import.db")), many);
+    const ImportRuns result = measure(scratch.path(), floor, many);
 
     print_figure("import_first", median(result.first_ratios), Goal::at_most, 2.0);
     print_figure("import_again", median(result.again_ratios), Goal::at_most, 1.5);
-    print_figure("import_peak_megabytes", result.peak_megabytes, Goal::at_most, 120.0);
-    print_figure("import_peak_megabytes_more_than_for_a_quarter_of_the_files",
-                 result.peak_megabytes - few_peak, Goal::at_most, 10.0);
+    print_figure("import_peak_megabytes", many_peak, Goal::at_most, 120.0);
+    print_figure("import_peak_megabytes_more_than_for_a_quarter_of_the_files", many_peak - few_peak,
+                 Goal::at_most, 10.0);
 }

@@ -39,7 +39,7 @@ QByteArrayView attacks_tag()
 /// One way in which a mail can be a report. Stages are tried in turn and know nothing of each
 /// other.
 struct Stage {
-    bool (TallyDb::*exists)(const QString &) const;
+    bool StoredKinds::*is_stored;
     bool (*looks_right)(MailFile &);
     /// Extracts and stores the report. \return whether there was one.
     bool (*store)(MailFile &, TallyDb &);
@@ -91,16 +91,15 @@ bool looks_like_field(MailFile &mail)
 }
 
 constexpr Stage stages[] = {
-    {&TallyDb::report_exists,
+    {&StoredKinds::battle,
      [](MailFile &mail) {
          return holds(mail.head(), kill_loot) && holds(mail.head(), battle_tag());
      },
      store_battle},
-    {&TallyDb::field_report_exists, looks_like_field, store_field},
-    {&TallyDb::trial_report_exists, [](MailFile &mail) { return holds(mail.head(), trial_word); },
+    {&StoredKinds::field, looks_like_field, store_field},
+    {&StoredKinds::trial, [](MailFile &mail) { return holds(mail.head(), trial_word); },
      store_trial},
-    {&TallyDb::fort_report_exists, [](MailFile &mail) { return holds(mail.head(), fort_word); },
-     store_fort},
+    {&StoredKinds::fort, [](MailFile &mail) { return holds(mail.head(), fort_word); }, store_fort},
 };
 
 /// A stage that fails leaves no rows, and the file is offered again at the next import.
@@ -145,9 +144,10 @@ bool import_file(const QString &path, const QString &raw_dir, TallyDb &db)
     MailFile mail(path);
     if (!raw_dir.isEmpty())
         keep_raw_copy(path, mail.name(), raw_dir);
+    const StoredKinds known = db.stored_kinds(mail.name());
     bool stored = false;
     for (const Stage &stage : stages) {
-        if (!(db.*stage.exists)(mail.name()))
+        if (!(known.*stage.is_stored))
             stored |= run_stage(stage, mail, db);
     }
     return stored;

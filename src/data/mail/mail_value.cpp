@@ -45,13 +45,31 @@ QString text_of_key(QByteArrayView encoded)
     }
 }
 
+/// Of a key that lies inside a mail, whose root marker guarantees eight bytes before its end.
 quint64 hash_of(QByteArrayView key)
 {
     // Length and last bytes tell keys apart best: "HId" from "HId2", 1.0 from 2.0.
-    quint64 tail = 0;
-    const qsizetype count = std::min<qsizetype>(key.size(), sizeof tail);
-    std::memcpy(&tail, key.data() + key.size() - count, static_cast<size_t>(count));
-    return (tail ^ static_cast<quint64>(key.size()) << 56) * 0x9e3779b97f4a7c15u;
+    constexpr qsizetype word = sizeof(quint64);
+    const auto tail = qFromLittleEndian<quint64>(key.data() + key.size() - word);
+    const auto foreign_bits = 8 * std::max<qsizetype>(0, word - key.size());
+    return (tail >> foreign_bits ^ static_cast<quint64>(key.size()) << 56) * 0x9e3779b97f4a7c15u;
+}
+
+/// Whether `size` bytes are the same. Keys are so short that a call costs more than the comparison,
+/// which goes word by word; the last word may overlap the one before.
+bool same_bytes(const char *a, const char *b, qsizetype size)
+{
+    constexpr qsizetype word = sizeof(quint64);
+    const auto same_word = [a, b](qsizetype pos) {
+        return qFromUnaligned<quint64>(a + pos) == qFromUnaligned<quint64>(b + pos);
+    };
+    if (size < word)
+        return std::memcmp(a, b, static_cast<size_t>(size)) == 0;
+    for (qsizetype pos = 0; pos < size - word; pos += word) {
+        if (!same_word(pos))
+            return false;
+    }
+    return same_word(size - word);
 }
 
 /// The texts of keys met before in this mail, found by their encoded bytes. A mail repeats few keys
@@ -62,7 +80,8 @@ public:
     const QString &text_of(QByteArrayView encoded)
     {
         Slot &slot = slots_[hash_of(encoded) >> 56];
-        if (slot.encoded != encoded)
+        if (slot.encoded.size() != encoded.size() ||
+            !same_bytes(slot.encoded.data(), encoded.data(), encoded.size()))
             slot = {encoded, text_of_key(encoded)};
         return slot.text;
     }
@@ -84,8 +103,8 @@ public:
         : data_(bytes.data()), size_(bytes.size()), pos_(pos)
     {}
 
-    /// Reads one value into an invalid variant.
-    void read_value(QVariant &value, int depth, quint64 context)
+    /// Reads the value of `key` into an invalid variant. `context` is that of the map around it.
+    void read_value(QVariant &value, int depth, quint64 context, QByteArrayView key)
     {
         if (pos_ >= size_)
             throw ParseError(QStringLiteral("EOF reading tag at pos %1").arg(pos_));
@@ -104,7 +123,7 @@ public:
             std::construct_at(&value, QString::fromUtf8(take_text()));
             return;
         case map_tag:
-            read_map(value, depth + 1, context);
+            read_map(value, depth + 1, context_below(context, key));
             return;
         default:
             throw ParseError(QStringLiteral("unknown tag 0x%1 at pos %2")
@@ -131,6 +150,7 @@ private:
     /// without a shape from the first other key.
     void read_known_entries(Tree &tree, const MapShape &shape, int depth, quint64 context)
     {
+        const bool has_equal_keys = shape.keys.size() != tree.size();
         const qsizetype first = values_.size();
         for (auto &entry : tree)
             values_.append(&entry.second);
@@ -139,9 +159,9 @@ private:
             const QByteArrayView key = shape.keys[known];
             pos_ += key.size();
             QVariant &value = *values_[first + shape.ranks[known]];
-            if (value.isValid())
+            if (has_equal_keys)
                 value.clear(); // of equal keys the last one wins
-            read_value(value, depth, context_below(context, key));
+            read_value(value, depth, context, key);
         }
         values_.resize(first);
         if (known == shape.keys.size() && at_map_end()) {
@@ -160,28 +180,27 @@ private:
         while (!at_map_end()) {
             const QByteArrayView key = read_key(depth);
             map_keys_.append(key);
-            QVariant &value = tree[key_texts_.text_of(key)];
-            if (value.isValid())
-                value.clear(); // of equal keys the last one wins
-            read_value(value, depth, context_below(context, key));
+            const auto [place, is_new] = tree.try_emplace(key_texts_.text_of(key));
+            if (!is_new)
+                place->second.clear(); // of equal keys the last one wins
+            read_value(place->second, depth, context, key);
         }
         const std::span keys(map_keys_.cbegin() + first, map_keys_.cend());
         if (MapShape *shape = shapes_.replace_expected(context, keys.size()))
-            *shape = shape_of(keys, tree);
+            fill_shape(*shape, keys, tree);
         map_keys_.resize(first);
     }
 
-    MapShape shape_of(std::span<const QByteArrayView> keys, const Tree &tree)
+    void fill_shape(MapShape &shape, std::span<const QByteArrayView> keys, const Tree &tree)
     {
-        MapShape shape;
         for (const auto &[text, value] : tree)
             shape.blank.emplace_hint(shape.blank.end(), text, QVariant());
         shape.keys.assign(keys.begin(), keys.end());
+        shape.ranks.reserve(keys.size());
         for (const QByteArrayView key : keys) {
             const auto place = tree.find(key_texts_.text_of(key));
             shape.ranks.push_back(static_cast<quint32>(std::distance(tree.begin(), place)));
         }
-        return shape;
     }
 
     /// Maps below the same named key look alike, and so do all the elements of an array.
@@ -235,9 +254,9 @@ private:
     [[noreturn]] void refuse_key(int depth)
     {
         QVariant key;
-        read_value(key, depth, 0);
+        read_value(key, depth, 0, root_marker);
         QVariant value;
-        read_value(value, depth, 0);
+        read_value(value, depth, 0, root_marker);
         throw ParseError(
             QStringLiteral("unsupported key type: %1").arg(QLatin1StringView(key.typeName())));
     }
@@ -289,7 +308,7 @@ QVariantMap parse_bytes(QByteArrayView bytes)
         throw ParseError(QStringLiteral("mailScene marker not found"));
     MailReader reader(bytes, root);
     QVariant value;
-    reader.read_value(value, 0, 0);
+    reader.read_value(value, 0, 0, root_marker);
     return value.toMap();
 }
 

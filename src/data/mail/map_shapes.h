@@ -5,8 +5,10 @@
 #include <QVariant>
 
 #include <array>
+#include <cstddef>
 #include <deque>
 #include <map>
+#include <memory_resource>
 #include <vector>
 
 namespace tally::data {
@@ -17,9 +19,11 @@ using Tree = std::map<QString, QVariant>;
 /// The list of keys of a map that the decoder has met: a mail repeats the same few lists of keys
 /// many times (every troop, skill or buff has the same fields).
 struct MapShape {
-    std::vector<QByteArrayView> keys; ///< encoded, in the order of the file
-    std::vector<quint32> ranks;       ///< for each of `keys`, its place in the ordered map
-    Tree blank;                       ///< the ordered map with invalid values
+    explicit MapShape(std::pmr::memory_resource *memory) : keys(memory), ranks(memory) {}
+
+    std::pmr::vector<QByteArrayView> keys; ///< encoded, in the order of the file
+    std::pmr::vector<quint32> ranks;       ///< for each of `keys`, its place in the ordered map
+    Tree blank;                            ///< the ordered map with invalid values
 };
 
 /// Remembers the shape met last in each context of one mail. Copying a blank map of the right shape
@@ -42,7 +46,7 @@ public:
         if (give_chance || key_count == 0 || key_count > max_keys || shapes_.size() >= max_shapes)
             return nullptr;
         // The old shape is kept too: a map around this one may be in the middle of it.
-        MapShape &shape = shapes_.emplace_back();
+        MapShape &shape = shapes_.emplace_back(&memory_);
         slot.shape = &shape;
         return &shape;
     }
@@ -60,7 +64,10 @@ private:
     static size_t slot_of(quint64 context) { return (context * 0x9e3779b97f4a7c15u) >> 57; }
 
     std::array<Slot, slot_count> slots_;
-    std::deque<MapShape> shapes_;
+    // Enough for all shapes of most mails: see MailReader's lists about large allocations.
+    std::array<std::byte, 65536> first_memory_;
+    std::pmr::monotonic_buffer_resource memory_{first_memory_.data(), first_memory_.size()};
+    std::pmr::deque<MapShape> shapes_{&memory_};
 };
 
 } // namespace tally::data

@@ -8,6 +8,14 @@ namespace tally::data {
 
 /// Rows and sums as the store hands them out.
 
+/// Which kinds of report of one mail the store holds.
+struct StoredKinds {
+    bool battle = false;
+    bool field = false;
+    bool trial = false;
+    bool fort = false;
+};
+
 struct HonorLogRow {
     double log_time = 0.0;
     std::optional<int> base_honor;

@@ -56,6 +56,8 @@ public:
     bool field_report_exists(const QString &file_name) const;
     bool trial_report_exists(const QString &file_name) const;
     bool fort_report_exists(const QString &file_name) const;
+    /// All four at once, for little more than the price of one.
+    StoredKinds stored_kinds(const QString &file_name) const;
 
     /// Ties each fort without a link to the chain whose start lies nearest, at most 300 seconds
     /// away; chains with a known fort round come first. \return how many forts were linked.
