@@ -83,11 +83,11 @@ bool store_fort(MailFile &mail, TallyDb &db)
 
 bool looks_like_field(MailFile &mail)
 {
-    // The head alone often settles the whole file's question, and spares reading the rest.
-    if (holds(mail.head(), kill_loot))
+    // The head of a long file often settles the question, and spares reading the rest.
+    if (mail.is_longer_than_head() && holds(mail.head(), kill_loot))
         return false;
     const QByteArrayView all = mail.all();
-    return !holds(all, kill_loot) && holds(all, battle_tag()) && holds(all, attacks_tag());
+    return holds(all, battle_tag()) && holds(all, attacks_tag()) && !holds(all, kill_loot);
 }
 
 constexpr Stage stages[] = {

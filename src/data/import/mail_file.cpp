@@ -1,12 +1,8 @@
 #include "import/mail_file.h"
 
-#include "files/exact_files.h"
-
-#include <QDateTime>
 #include <QFileInfo>
 
 #include <algorithm>
-#include <utility>
 
 namespace tally::data {
 
@@ -24,29 +20,27 @@ QByteArrayView MailFile::all()
     return content_;
 }
 
+bool MailFile::is_longer_than_head()
+{
+    return file().size() > head_size;
+}
+
 double MailFile::modified()
 {
-    if (!open())
-        return 0.0;
-    const QDateTime time = file_.fileTime(QFileDevice::FileModificationTime);
-    return static_cast<double>(time.toMSecsSinceEpoch()) / 1000.0;
+    return file().modified();
 }
 
 void MailFile::read_up_to(qint64 end)
 {
-    if (!open())
-        return;
-    const qint64 missing = std::min(end, size_) - content_.size();
-    if (missing > 0)
-        content_ += file_.read(missing);
+    const qint64 size = file().size();
+    const qint64 missing = std::min(end, size) - content_.size();
+    if (missing > 0 && size <= max_size)
+        content_ += file().read(missing);
 }
 
-bool MailFile::open()
+platform::InputFile &MailFile::file()
 {
-    if (!std::exchange(tried_to_open_, true) && platform::open_for_reading(file_, path_) &&
-        file_.size() <= max_size)
-        size_ = file_.size();
-    return file_.isOpen();
+    return file_ ? *file_ : file_.emplace(path_);
 }
 
 } // namespace tally::data

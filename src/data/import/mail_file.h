@@ -1,9 +1,12 @@
 #pragma once
 
+#include "files/exact_files.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
-#include <QFile>
 #include <QString>
+
+#include <optional>
 
 namespace tally::data {
 
@@ -21,19 +24,18 @@ public:
     /// The first `head_size` bytes.
     QByteArrayView head();
     QByteArrayView all();
+    bool is_longer_than_head();
     /// When the file was last modified, in seconds since the Unix epoch, whole milliseconds.
     double modified();
 
 private:
+    platform::InputFile &file();
     void read_up_to(qint64 end);
-    bool open();
 
     QString path_;
     QString name_;
-    QFile file_;
-    qint64 size_ = 0;
+    std::optional<platform::InputFile> file_;
     QByteArray content_;
-    bool tried_to_open_ = false;
 };
 
 } // namespace tally::data

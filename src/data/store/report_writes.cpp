@@ -69,11 +69,11 @@ bool TallyDb::fort_report_exists(const QString &file_name) const
 StoredKinds TallyDb::stored_kinds(const QString &file_name) const
 {
     auto statement = kept(QStringLiteral(R"sql(
-        SELECT EXISTS(SELECT 1 FROM reports WHERE file_name = ?1),
-               EXISTS(SELECT 1 FROM field_reports WHERE file_name = ?1),
-               EXISTS(SELECT 1 FROM trial_reports WHERE file_name = ?1),
-               EXISTS(SELECT 1 FROM fort_reports WHERE file_name = ?1))sql"));
-    QSqlQuery &row = statement.exec({file_name});
+        SELECT EXISTS(SELECT 1 FROM reports WHERE file_name = ?),
+               EXISTS(SELECT 1 FROM field_reports WHERE file_name = ?),
+               EXISTS(SELECT 1 FROM trial_reports WHERE file_name = ?),
+               EXISTS(SELECT 1 FROM fort_reports WHERE file_name = ?))sql"));
+    QSqlQuery &row = statement.exec({file_name, file_name, file_name, file_name});
     row.next();
     return {row.value(0).toBool(), row.value(1).toBool(), row.value(2).toBool(),
             row.value(3).toBool()};

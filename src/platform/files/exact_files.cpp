@@ -67,8 +67,8 @@ QByteArray native_name_of_text(QStringView text)
 
 QByteArray read_file(const QString &path)
 {
-    QFile file;
-    return open_for_reading(file, path) ? file.readAll() : QByteArray();
+    InputFile file(path);
+    return file.read(file.size());
 }
 
 } // namespace tally::platform

@@ -2,9 +2,10 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
-#include <QFile>
 #include <QString>
 #include <QStringList>
+
+#include <memory>
 
 namespace tally::platform {
 
@@ -23,8 +24,24 @@ QStringList regular_file_names(const QString &dir);
 
 bool file_exists(const QString &path);
 
-/// Opens `file` for unbuffered reading. \return false if the file cannot be opened.
-bool open_for_reading(QFile &file, const QString &path);
+/// A file opened for unbuffered reading, once and for all. One that cannot be opened is empty.
+class InputFile {
+public:
+    explicit InputFile(const QString &path);
+    ~InputFile();
+    InputFile(const InputFile &) = delete;
+    InputFile &operator=(const InputFile &) = delete;
+
+    qint64 size() const; ///< bytes, when it was opened
+    /// When it was last modified, in seconds since the Unix epoch, whole milliseconds.
+    double modified() const;
+    /// Up to `count` further bytes.
+    QByteArray read(qint64 count);
+
+private:
+    struct Native;
+    std::unique_ptr<Native> native_;
+};
 
 /// The whole content of a file; empty if it cannot be read.
 QByteArray read_file(const QString &path);

@@ -72,16 +72,48 @@ bool file_exists(const QString &path)
     return ::access(native_name_of_text(path).constData(), F_OK) == 0;
 }
 
-bool open_for_reading(QFile &file, const QString &path)
+struct InputFile::Native {
+    int descriptor = -1;
+    struct stat status = {};
+};
+
+InputFile::InputFile(const QString &path) : native_(std::make_unique<Native>())
 {
-    const int descriptor = open_file(native_name_of_text(path), O_RDONLY);
-    if (descriptor < 0)
-        return false;
-    if (file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered,
-                  QFileDevice::AutoCloseHandle))
-        return true;
-    ::close(descriptor);
-    return false;
+    native_->descriptor = open_file(native_name_of_text(path), O_RDONLY);
+    if (native_->descriptor >= 0)
+        ::fstat(native_->descriptor, &native_->status);
+}
+
+InputFile::~InputFile()
+{
+    if (native_->descriptor >= 0)
+        ::close(native_->descriptor);
+}
+
+qint64 InputFile::size() const
+{
+    return S_ISREG(native_->status.st_mode) ? native_->status.st_size : 0;
+}
+
+double InputFile::modified() const
+{
+    const timespec &time = native_->status.st_mtim;
+    return static_cast<double>(qint64{time.tv_sec} * 1000 + time.tv_nsec / 1'000'000) / 1000.0;
+}
+
+QByteArray InputFile::read(qint64 count)
+{
+    QByteArray bytes(count, Qt::Uninitialized);
+    qint64 filled = 0;
+    while (filled < count) {
+        const ssize_t got =
+            ::read(native_->descriptor, bytes.data() + filled, static_cast<size_t>(count - filled));
+        if (got <= 0)
+            break;
+        filled += got;
+    }
+    bytes.truncate(filled);
+    return bytes;
 }
 
 bool copy_file(const QString &from, const QString &to)
