@@ -1,0 +1,2 @@
+// Must not compile: the floor below cannot see the store.
+#include "store/tally_db.h"
