@@ -1,0 +1,23 @@
+#include "fuzz_input.h"
+#include "mail/field_report.h"
+
+#include <QVariantMap>
+
+using namespace tally;
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    const auto report = data::parse_field(fuzz::input_of(data, size));
+    if (!report)
+        return 0;
+    fuzz::require(!report->isEmpty());
+    int attack_seq = 0;
+    for (const QVariant &attack : *report) {
+        const QVariantMap row = attack.toMap();
+        const double id = row.value(QStringLiteral("attack_id")).toDouble();
+        fuzz::require(id == id);
+        fuzz::require(row.value(QStringLiteral("attack_seq")).toInt() == ++attack_seq);
+        fuzz::require(row.value(QStringLiteral("n_attacks")).toInt() == report->size());
+    }
+    return 0;
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QByteArrayView>
+
+#include <cstddef>
+#include <cstdint>
+
+/// Called by libFuzzer with one input after the other.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
+
+namespace tally::fuzz {
+
+inline QByteArrayView input_of(const std::uint8_t *data, std::size_t size)
+{
+    return {data, static_cast<qsizetype>(size)};
+}
+
+/// Stops the fuzzer with the input at hand where a law does not hold.
+inline void require(bool holds)
+{
+    if (!holds)
+        __builtin_trap();
+}
+
+} // namespace tally::fuzz

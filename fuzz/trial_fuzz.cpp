@@ -1,0 +1,11 @@
+#include "fuzz_input.h"
+#include "mail/trial_report.h"
+
+using namespace tally;
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    if (const auto report = data::parse_trial(fuzz::input_of(data, size)))
+        fuzz::require(!report->participants.empty());
+    return 0;
+}
