@@ -14,6 +14,9 @@ namespace {
 std::optional<RollStart> start_at(platform::ProcessMemory &process, const MarkerHit &hit,
                                   const std::stop_token &stop)
 {
+    char still_there = 0;
+    if (process.read(hit.name_address, &still_there, 1) == 0)
+        return std::nullopt;
     // Nothing that a read can use lies farther from the hit.
     constexpr std::uint64_t reach = SiteCollector::roll_reach + roll_window.before;
     const std::uint64_t begin = address_below(hit.name_address, reach);

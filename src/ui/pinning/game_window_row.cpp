@@ -1,9 +1,9 @@
 #include "game_window_row.h"
 
 #include "window_row_text.h"
+#include "wrapped_text.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QMouseEvent>
 #include <QRadioButton>
 
@@ -18,9 +18,7 @@ GameWindowRow::GameWindowRow(const platform::GameWindowInfo &window, QWidget *pa
     radio_->setStyleSheet(QStringLiteral("QRadioButton { padding: 4px; }"));
     radio_->setAccessibleName(window_row_spoken(window));
 
-    auto *label = new QLabel{window_row_html(window), this};
-    label->setTextFormat(Qt::RichText);
-    label->setWordWrap(true);
+    auto *label = new WrappedText{window_row_html(window), this};
     // A label is a frame as well; without this it would draw a second box inside the row's.
     label->setStyleSheet(QStringLiteral("background: transparent; border: none; padding: 0;"));
 

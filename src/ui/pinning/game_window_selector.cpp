@@ -54,6 +54,9 @@ GameWindowSelector::GameWindowSelector(QList<platform::GameWindowInfo> windows,
     scroll->setWidget(build_rows(current_exe));
     layout->addWidget(scroll);
     layout->addWidget(build_buttons());
+    // Else "Cancel" would have the focus, and the Enter key with it.
+    if (QAbstractButton *checked = radios_.checkedButton())
+        checked->setFocus();
 }
 
 QWidget *GameWindowSelector::build_rows(const QString &current_exe)
@@ -73,8 +76,6 @@ QWidget *GameWindowSelector::build_rows(const QString &current_exe)
     layout->addStretch();
     if (radios_.checkedButton() == nullptr && radios_.button(0) != nullptr)
         radios_.button(0)->setChecked(true);
-    if (QAbstractButton *checked = radios_.checkedButton())
-        checked->setFocus();
     return rows;
 }
 
