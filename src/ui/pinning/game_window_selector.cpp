@@ -27,7 +27,7 @@ QLabel *text_label(const QString &text, const QString &style)
 
 GameWindowSelector::GameWindowSelector(QList<platform::GameWindowInfo> windows,
                                        const QString &current_exe, QWidget *parent)
-    : QDialog(parent), windows_(std::move(windows))
+    : QDialog(parent), windows_(std::move(windows)), scroll_(new QScrollArea{this})
 {
     setWindowTitle(QStringLiteral("Select game window"));
     setModal(true);
@@ -46,17 +46,30 @@ GameWindowSelector::GameWindowSelector(QList<platform::GameWindowInfo> windows,
     explanation->setWordWrap(true);
     layout->addWidget(explanation);
 
-    auto *scroll = new QScrollArea;
-    scroll->setAccessibleName(QStringLiteral("Game windows"));
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
-    scroll->setMaximumHeight(320);
-    scroll->setWidget(build_rows(current_exe));
-    layout->addWidget(scroll);
+    scroll_->setAccessibleName(QStringLiteral("Game windows"));
+    scroll_->setFrameShape(QFrame::NoFrame);
+    scroll_->setWidgetResizable(true);
+    scroll_->setMaximumHeight(320);
+    scroll_->setWidget(build_rows(current_exe));
+    layout->addWidget(scroll_);
     layout->addWidget(build_buttons());
     // Else "Cancel" would have the focus, and the Enter key with it.
     if (QAbstractButton *checked = radios_.checkedButton())
         checked->setFocus();
+    connect(&radios_, &QButtonGroup::buttonToggled, this, &GameWindowSelector::scroll_to_checked);
+}
+
+void GameWindowSelector::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    scroll_to_checked();
+}
+
+/// The arrow keys may check a row that is out of sight.
+void GameWindowSelector::scroll_to_checked()
+{
+    if (QAbstractButton *checked = radios_.checkedButton())
+        scroll_->ensureWidgetVisible(checked->parentWidget());
 }
 
 QWidget *GameWindowSelector::build_rows(const QString &current_exe)
@@ -81,7 +94,7 @@ QWidget *GameWindowSelector::build_rows(const QString &current_exe)
 
 QWidget *GameWindowSelector::build_buttons()
 {
-    auto *bar = new QWidget;
+    auto *bar = new QWidget{this};
     auto *layout = new QHBoxLayout{bar};
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addStretch();
@@ -89,11 +102,11 @@ QWidget *GameWindowSelector::build_buttons()
     auto *select = new QPushButton{QStringLiteral("Select")};
     cancel->setAccessibleName(cancel->text());
     select->setAccessibleName(select->text());
-    select->setDefault(true);
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(select, &QPushButton::clicked, this, &GameWindowSelector::on_ok);
     layout->addWidget(cancel);
     layout->addWidget(select);
+    select->setDefault(true); // once it is in the dialog, which else makes "Cancel" the default
     return bar;
 }
 

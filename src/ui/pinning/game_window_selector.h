@@ -7,6 +7,8 @@
 #include <QList>
 #include <QString>
 
+class QScrollArea;
+
 namespace tally::ui {
 
 /// Lets the user choose among several windows of the game. The choice is an image path: windows of
@@ -22,15 +24,20 @@ public:
     /// Valid once the dialog was accepted.
     const QString &chosen_exe_path() const { return chosen_exe_path_; }
 
+protected:
+    void showEvent(QShowEvent *event) override;
+
 private Q_SLOTS:
     void on_ok();
 
 private:
     QWidget *build_rows(const QString &current_exe);
     QWidget *build_buttons();
+    void scroll_to_checked();
 
     QList<platform::GameWindowInfo> windows_;
     QButtonGroup radios_;
+    QScrollArea *scroll_;
     QString chosen_exe_path_;
 };
 
