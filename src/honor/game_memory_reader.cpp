@@ -21,8 +21,7 @@ constexpr std::size_t cache_size = 10;
 
 GameMemoryReader::GameMemoryReader(platform::Host &host, QString target_exe, platform::Clock clock)
     : host_(host), target_exe_(std::move(target_exe)), clock_(std::move(clock))
-{
-}
+{}
 
 void GameMemoryReader::set_markers(const QString &player, const QString &enemy1,
                                    const QString &enemy2)
@@ -133,8 +132,8 @@ GameMemoryReader::Candidates GameMemoryReader::find_candidates()
     if (!address_cache_.empty()) {
         const auto [least, most] =
             std::minmax_element(address_cache_.begin(), address_cache_.end());
-        Candidates near = candidates_between(address_below(*least, search_margin),
-                                             *most + search_margin);
+        Candidates near =
+            candidates_between(address_below(*least, search_margin), *most + search_margin);
         if (!near.empty())
             return near;
     }
@@ -163,8 +162,8 @@ std::optional<std::uint64_t> GameMemoryReader::best_candidate(const Candidates &
     std::int64_t most_honor = 0;
     int best_score = 0;
     for (const std::uint64_t address : candidates) {
-        const auto honor = find_own_honor(address, player_name, plausible_own_honor.low,
-                                          plausible_own_honor.high);
+        const auto honor =
+            find_own_honor(address, player_name, plausible_own_honor.low, plausible_own_honor.high);
         const int score = score_candidate(address);
         if (honor && *honor > most_honor) {
             richest = address;

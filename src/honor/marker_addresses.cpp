@@ -33,7 +33,9 @@ std::vector<std::uint64_t> find_marker_addresses(platform::ProcessMemory &proces
 {
     const MarkerScan scan{markers};
     SiteCollector collector;
-    const auto on_hit = [&](const MarkerHit &hit) { collector.add(hit); };
+    const auto on_hit = [&](const MarkerHit &hit) {
+        collector.add(hit);
+    };
     MemoryWalk walk{process, static_cast<std::size_t>(scan.longest_record()), stop};
     walk.run(low, high, [&](QByteArrayView bytes, std::uint64_t address) {
         scan.find(bytes, address, on_hit);

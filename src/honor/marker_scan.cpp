@@ -24,9 +24,9 @@ bool may_hold_record(const unsigned char *block, const std::array<unsigned char,
     for (qsizetype i = 0; i < block_size; ++i) {
         const auto tag = static_cast<unsigned char>(block[i] == record_tag);
         const unsigned char next = block[i + 1];
-        const auto length = static_cast<unsigned char>(
-            static_cast<unsigned char>(next == first) | static_cast<unsigned char>(next == second) |
-            static_cast<unsigned char>(next == third));
+        const auto length = static_cast<unsigned char>(static_cast<unsigned char>(next == first) |
+                                                       static_cast<unsigned char>(next == second) |
+                                                       static_cast<unsigned char>(next == third));
         found = static_cast<unsigned char>(found | (tag & length));
     }
     return found != 0;
@@ -88,8 +88,8 @@ void MarkerScan::test_tag(QByteArrayView bytes, qsizetype tag, std::uint64_t add
         if (length != lengths_[i] ||
             std::memcmp(bytes.data() + name_at, markers_[i].constData(), length) != 0)
             continue;
-        on_hit({i, address + static_cast<std::uint64_t>(name_at),
-                plausible_honor_before(bytes, tag)});
+        on_hit(
+            {i, address + static_cast<std::uint64_t>(name_at), plausible_honor_before(bytes, tag)});
     }
 }
 

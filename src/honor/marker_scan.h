@@ -20,8 +20,8 @@ struct MarkerHit {
     std::int64_t honor = 0; ///< where a record has its honor; 0 if implausible or out of view
 };
 
-/// Looks for all markers in one pass over the bytes. What makes it fast is that the two bytes before
-/// a name are rare as a pair: a name that stands in running text is never even compared.
+/// Looks for all markers in one pass over the bytes. What makes it fast is that the two bytes
+/// before a name are rare as a pair: a name that stands in running text is never even compared.
 class MarkerScan {
 public:
     explicit MarkerScan(const Markers &markers);

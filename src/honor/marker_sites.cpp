@@ -41,7 +41,8 @@ void SiteCollector::add(const MarkerHit &hit)
 /// Settles the cells whose whole neighbourhood is known.
 void SiteCollector::settle_before(std::uint64_t cell)
 {
-    for (auto it = recent_.lower_bound(settled_upto_); it != recent_.end() && it->first < cell; ++it)
+    for (auto it = recent_.lower_bound(settled_upto_); it != recent_.end() && it->first < cell;
+         ++it)
         settle(it->first, it->second);
     settled_upto_ = cell;
     const std::uint64_t still_near = cell > reach_in_cells ? cell - reach_in_cells : 0;

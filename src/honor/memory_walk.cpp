@@ -12,8 +12,7 @@ namespace tally::honor {
 MemoryWalk::MemoryWalk(platform::ProcessMemory &memory, std::size_t overlap, std::stop_token stop)
     : memory_(memory), overlap_(overlap), stop_(std::move(stop)),
       buffer_(static_cast<qsizetype>(overlap + chunk_size), Qt::Uninitialized)
-{
-}
+{}
 
 void MemoryWalk::run(std::uint64_t low, std::uint64_t high, const OnBytes &on_bytes)
 {

@@ -35,9 +35,9 @@ private:
     platform::ProcessMemory &memory_;
     std::size_t overlap_;
     std::stop_token stop_;
-    QByteArray buffer_;          ///< the bytes carried over, then the present piece
-    std::size_t carried_ = 0;    ///< how many bytes are carried over
-    std::uint64_t reached_ = 0;  ///< end of what was shown or passed over
+    QByteArray buffer_;         ///< the bytes carried over, then the present piece
+    std::size_t carried_ = 0;   ///< how many bytes are carried over
+    std::uint64_t reached_ = 0; ///< end of what was shown or passed over
     unsigned empty_chunks_ = 0;
 };
 

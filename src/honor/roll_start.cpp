@@ -33,8 +33,7 @@ EntryIt entry_at(const Entries &entries, std::uint64_t address)
     const EntryIt found = std::lower_bound(
         entries.begin(), entries.end(), address,
         [](const LeaderboardEntry &entry, std::uint64_t a) { return entry.address < a; });
-    return found != entries.end() && found->address - address <= widest_gap ? found
-                                                                            : entries.end();
+    return found != entries.end() && found->address - address <= widest_gap ? found : entries.end();
 }
 
 /// The highest honor of each name from `from` on, as far as the records hang together.
@@ -73,8 +72,8 @@ QByteArrayView view_of(const WindowShape &shape, std::uint64_t address, QByteArr
     const std::uint64_t begin =
         std::max(address_below(address, shape.before), memory_address) - memory_address;
     const auto offset = std::min(static_cast<qsizetype>(begin), memory.size());
-    return memory.sliced(offset, std::min(static_cast<qsizetype>(shape.size),
-                                          memory.size() - offset));
+    return memory.sliced(offset,
+                         std::min(static_cast<qsizetype>(shape.size), memory.size() - offset));
 }
 
 std::int64_t honor_sum(QByteArrayView roll)
@@ -117,7 +116,9 @@ std::optional<RollStart> roll_start_around(const MarkerHit &hit, QByteArrayView 
 std::vector<std::uint64_t> best_addresses(const std::vector<RollStart> &starts)
 {
     using Worth = std::pair<std::int64_t, std::int64_t>;
-    const auto worth = [](const RollStart &s) { return Worth{s.own_honor, s.honor_sum}; };
+    const auto worth = [](const RollStart &s) {
+        return Worth{s.own_honor, s.honor_sum};
+    };
     Worth most{0, 0};
     for (const RollStart &start : starts)
         most = std::max(most, worth(start));

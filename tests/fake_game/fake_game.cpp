@@ -26,8 +26,12 @@ using Options = std::map<std::string, std::string>;
 
 Options options_of(int argc, char **argv)
 {
-    Options options{{"title", "Rise of Kingdoms"}, {"records", "1000"}, {"rank", "500"},
-                    {"stride", "192"},             {"noise-mib", "0"},  {"honor-off", "0"}};
+    Options options{{"title", "Rise of Kingdoms"},
+                    {"records", "1000"},
+                    {"rank", "500"},
+                    {"stride", "192"},
+                    {"noise-mib", "0"},
+                    {"honor-off", "0"}};
     for (int i = 1; i + 1 < argc; i += 2)
         options[argv[i] + 2] = argv[i + 1];
     return options;

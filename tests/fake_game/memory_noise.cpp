@@ -15,8 +15,7 @@ constexpr std::size_t block_mib = 16;
 
 char *map(std::size_t size)
 {
-    void *memory =
-        mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    void *memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     return memory == MAP_FAILED ? nullptr : static_cast<char *>(memory);
 }
 
@@ -78,7 +77,9 @@ MemoryNoise::MemoryNoise(std::size_t size_in_mib, const std::vector<RollPerson> 
             strew(block, size, done % (8 * block_mib) == 0 ? old_roll : torn_roll, 4 * mib);
     }
     if (churning)
-        churner_ = std::thread{[this] { churn(); }};
+        churner_ = std::thread{[this] {
+            churn();
+        }};
 }
 
 MemoryNoise::~MemoryNoise()

@@ -9,8 +9,7 @@
 namespace tally::test {
 
 /// An image of a process with content at some addresses.
-inline std::shared_ptr<platform::FakeImage>
-image_of(std::map<std::uint64_t, std::string> regions)
+inline std::shared_ptr<platform::FakeImage> image_of(std::map<std::uint64_t, std::string> regions)
 {
     auto image = std::make_shared<platform::FakeImage>();
     image->regions = std::move(regions);

@@ -43,10 +43,11 @@ TEST(GameMemoryReader, TheStateTellsWhyThereIsNoProcess)
         bool window, rights_missing, elevated;
         ReaderState state;
     };
-    for (const Case &c : {Case{"no window", false, true, false, ReaderState::GameNotFound},
-                          {"refused", true, true, false, ReaderState::NeedsAdmin},
-                          {"refused to an administrator", true, true, true, ReaderState::OpenFailed},
-                          {"gone meanwhile", true, false, false, ReaderState::OpenFailed}}) {
+    for (const Case &c :
+         {Case{"no window", false, true, false, ReaderState::GameNotFound},
+          {"refused", true, true, false, ReaderState::NeedsAdmin},
+          {"refused to an administrator", true, true, true, ReaderState::OpenFailed},
+          {"gone meanwhile", true, false, false, ReaderState::OpenFailed}}) {
         FakeHost host = host_with(nullptr);
         host.processes[game_pid].rights_missing = c.rights_missing;
         host.is_elevated = c.elevated;
@@ -238,7 +239,9 @@ TEST_P(GameMemoryReaderCut, AReadThatIsStoppedOrLosesTheGameGivesNothing)
     EXPECT_TRUE(stopped.address_cache().empty());
 
     image->reads = 0;
-    image->on_read = [&] { image->gone = image->reads >= GetParam(); };
+    image->on_read = [&] {
+        image->gone = image->reads >= GetParam();
+    };
     GameMemoryReader bereft = reader_on(host);
     EXPECT_FALSE(bereft.read_honor_roll(player).has_value());
 }

@@ -11,11 +11,12 @@ using tally::test::roll_tag_offset;
 using tally::test::RollPerson;
 
 /// A lone record: its tag at `tag_at`, the honor before it if there is room, `size` bytes in all.
-QByteArray lone_record(qsizetype tag_at, const QByteArray &name, quint64 honor, qsizetype size = 256)
+QByteArray lone_record(qsizetype tag_at, const QByteArray &name, quint64 honor,
+                       qsizetype size = 256)
 {
     QByteArray buffer(size, '\0');
-    const QByteArray record = QByteArray::fromStdString(
-        roll_record({name.toStdString(), honor, 0}, roll_tag_offset + 2 + std::size_t(name.size())));
+    const QByteArray record = QByteArray::fromStdString(roll_record(
+        {name.toStdString(), honor, 0}, roll_tag_offset + 2 + std::size_t(name.size())));
     const qsizetype skipped = std::max<qsizetype>(qsizetype(roll_tag_offset) - tag_at, 0);
     const QByteArray shown = record.mid(skipped);
     buffer.replace(tag_at - (qsizetype(roll_tag_offset) - skipped), shown.size(), shown);
@@ -37,7 +38,10 @@ TEST(HonorRoll, NamesAreTakenByLengthAndContent)
         {"thirty-one bytes", QByteArray(31, 'n'), false},
         {"four bytes of two units", "\xC3\xA4\xC3\xB6", false},
         {"a tab", "a\tb", true},
-        {"another control character", "a\x1f" "b", false},
+        {"another control character",
+         "a\x1f"
+         "b",
+         false},
         {"an emoji, which takes surrogates", "abc\xF0\x9F\x98\x80", false},
         {"private use", "abc\xEE\x80\x80", false},
         {"behind private use", "abc\xEF\xA4\x80", true},
@@ -69,10 +73,11 @@ TEST(HonorRoll, HonorNeedsThirtyTwoBytesBeforeTheTag)
 
 TEST(HonorRoll, ImplausibleHonorLeavesTheEntryWithoutHonor)
 {
-    const std::pair<quint64, std::optional<std::int64_t>> cases[] = {
-        {999, std::nullopt},       {1'000, 1'000},
-        {2'000'000, 2'000'000},    {2'000'001, std::nullopt},
-        {~quint64{0}, std::nullopt}};
+    const std::pair<quint64, std::optional<std::int64_t>> cases[] = {{999, std::nullopt},
+                                                                     {1'000, 1'000},
+                                                                     {2'000'000, 2'000'000},
+                                                                     {2'000'001, std::nullopt},
+                                                                     {~quint64{0}, std::nullopt}};
     for (const auto &[stored, told] : cases) {
         const auto entries = parse_entries(lone_record(64, "abc", stored), 0);
         ASSERT_EQ(entries.size(), 1U) << stored;
@@ -99,11 +104,17 @@ TEST(HonorRoll, TheSmallestPlausibleNumberIsTheKingdom)
 TEST(HonorRoll, OverlappingRecordsCountButAreNotParsedTwice)
 {
     QByteArray buffer(80, '\0');
-    buffer.replace(10, 9, "\n\x07" "a\tb\n\x03" "xyz", 9);
+    buffer.replace(10, 9,
+                   "\n\x07"
+                   "a\tb\n\x03"
+                   "xyz",
+                   9);
     buffer[12 + 6] = 'z';
     const QByteArray inner = "\n\x03xyz";
     QByteArray nested(80, '\0');
-    nested.replace(10, 4, "\n\x09" "\t\t");
+    nested.replace(10, 4,
+                   "\n\x09"
+                   "\t\t");
     nested.replace(14, inner.size(), inner);
     // The outer name holds a control character, so that only the inner record counts.
     EXPECT_EQ(count_records(nested), 1);

@@ -125,8 +125,10 @@ TEST(MarkerAddresses, AnOlderCopyNearbyStaysOutOfTheWindowsStart)
     const auto people = roll_people(500, 250);
     const std::string now = roll_image(people);
     const std::string older = roll_image(earlier(people, 30'000));
-    for (const CopiesCase &c : {CopiesCase{"adjoining", 0, true}, {"apart", 0x20000, true},
-                                {"adjoining, behind", 0, false}, {"apart, behind", 0x20000, false}}) {
+    for (const CopiesCase &c : {CopiesCase{"adjoining", 0, true},
+                                {"apart", 0x20000, true},
+                                {"adjoining, behind", 0, false},
+                                {"apart, behind", 0x20000, false}}) {
         const std::string gap(c.gap, '\0');
         const std::string both = c.older_first ? older + gap + now : now + gap + older;
         const std::size_t now_at = 0x8000 + (c.older_first ? older.size() + gap.size() : 0);
@@ -188,7 +190,9 @@ TEST(MarkerAddresses, RegionsThatVanishAreLeftBehindAtOnce)
 TEST(MarkerAddresses, AProcessThatEndsEndsTheWalk)
 {
     const auto image = image_of({{base, std::string(64 * mib, 'x')}, {base + 128 * mib, "x"}});
-    image->on_read = [&] { image->gone = image->reads >= 5; };
+    image->on_read = [&] {
+        image->gone = image->reads >= 5;
+    };
     EXPECT_TRUE(addresses_in(image).empty());
     EXPECT_LE(image->reads, 80U);
 }

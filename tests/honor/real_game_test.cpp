@@ -80,8 +80,8 @@ TEST_P(RealGameRolls, AreReadWholeFromTheFirstRecordOn)
     const auto result = reader.read_honor_roll(QString::fromUtf8(player_name));
 
     ASSERT_TRUE(result.has_value());
-    const auto people = roll_people(QByteArray{roll.records}.toULongLong(),
-                                    QByteArray{roll.rank}.toULongLong());
+    const auto people =
+        roll_people(QByteArray{roll.records}.toULongLong(), QByteArray{roll.rank}.toULongLong());
     ASSERT_EQ(result->entries.size(), people.size());
     for (std::size_t i = 0; i < people.size(); ++i) {
         const LeaderboardEntry &entry = result->entries[i];
@@ -95,21 +95,18 @@ TEST_P(RealGameRolls, AreReadWholeFromTheFirstRecordOn)
     EXPECT_EQ(reader.state(), ReaderState::Ok);
 }
 
-INSTANTIATE_TEST_SUITE_P(WhereverThePlayerStands, RealGameRolls,
-                         testing::Values(RollCase{"1000", "1", "192", "64"},
-                                         RollCase{"1000", "500", "192", "320"},
-                                         RollCase{"1000", "1000", "192", "64"},
-                                         RollCase{"1000", "1000", "480", "64"},
-                                         RollCase{"100", "99", "192", "64"},
-                                         RollCase{"80", "40", "3000", "64"}));
+INSTANTIATE_TEST_SUITE_P(
+    WhereverThePlayerStands, RealGameRolls,
+    testing::Values(RollCase{"1000", "1", "192", "64"}, RollCase{"1000", "500", "192", "320"},
+                    RollCase{"1000", "1000", "192", "64"}, RollCase{"1000", "1000", "480", "64"},
+                    RollCase{"100", "99", "192", "64"}, RollCase{"80", "40", "3000", "64"}));
 
 /// Reads a process and calls `on_read` before each read.
 class WatchedMemory : public platform::ProcessMemory {
 public:
     WatchedMemory(std::unique_ptr<ProcessMemory> inner, const std::function<void()> &on_read)
         : inner_(std::move(inner)), on_read_(on_read)
-    {
-    }
+    {}
 
     std::size_t read(std::uint64_t address, void *to, std::size_t size) override
     {

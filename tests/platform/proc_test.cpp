@@ -73,8 +73,8 @@ TEST(ProcImage, AWineProgramIsKnownByItsOwnPath)
 
 TEST(ProcImage, ThisProcessHasAPathAndAMissingOneHasNone)
 {
-    EXPECT_TRUE(image_path_of_process(static_cast<std::uint32_t>(getpid()))
-                    .ends_with(u"/test_platform"));
+    EXPECT_TRUE(
+        image_path_of_process(static_cast<std::uint32_t>(getpid())).ends_with(u"/test_platform"));
     EXPECT_TRUE(image_path_of_process(0).empty());
 }
 
@@ -85,8 +85,8 @@ protected:
 
     void SetUp() override
     {
-        void *mapped = mmap(nullptr, pages * page, PROT_READ | PROT_WRITE,
-                            MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        void *mapped =
+            mmap(nullptr, pages * page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         ASSERT_NE(mapped, MAP_FAILED);
         bytes_ = static_cast<char *>(mapped);
         std::memset(bytes_, 'm', pages * page);

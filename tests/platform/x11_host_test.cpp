@@ -44,7 +44,8 @@ protected:
     /// The only window of the game, once it is shown.
     GameWindowInfo only_window()
     {
-        EXPECT_TRUE(QTest::qWaitFor([&] { return find_game_windows(host_).size() == 1; }, bound_ms));
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return find_game_windows(host_).size() == 1; }, bound_ms));
         const auto windows = find_game_windows(host_);
         return windows.isEmpty() ? GameWindowInfo{} : windows.first();
     }

@@ -1,6 +1,5 @@
 #include "support/x_session.h"
 
-
 namespace tally::test {
 
 namespace {

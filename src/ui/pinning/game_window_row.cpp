@@ -12,9 +12,8 @@ namespace tally::ui {
 GameWindowRow::GameWindowRow(const platform::GameWindowInfo &window, QWidget *parent)
     : QFrame(parent), radio_(new QRadioButton{this})
 {
-    setStyleSheet(QStringLiteral(
-        "QFrame { background: rgba(88, 101, 242, 0.08); border: 1px solid "
-        "rgba(88, 101, 242, 0.3); border-radius: 4px; padding: 4px; }"));
+    setStyleSheet(QStringLiteral("QFrame { background: rgba(88, 101, 242, 0.08); border: 1px solid "
+                                 "rgba(88, 101, 242, 0.3); border-radius: 4px; padding: 4px; }"));
     radio_->setStyleSheet(QStringLiteral("QRadioButton { padding: 4px; }"));
     radio_->setAccessibleName(window_row_spoken(window));
 

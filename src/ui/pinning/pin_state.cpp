@@ -31,8 +31,7 @@ PinState::PinState(platform::Host &host, const PinPolicy &policy, PinSettings se
     const PinPlace defaults;
     place_.off_x = read_number("pin_off_x", defaults.off_x);
     place_.off_y = read_number("pin_off_y", defaults.off_y);
-    place_.anchor =
-        anchor_of_text(settings_.read(key("pin_anchor"), anchor_text(defaults.anchor)));
+    place_.anchor = anchor_of_text(settings_.read(key("pin_anchor"), anchor_text(defaults.anchor)));
     target_exe_ = settings_.read(key("pin_target_exe"), QString{});
     free_position_ = {read_number("x", policy.free_position.x),
                       read_number("y", policy.free_position.y)};

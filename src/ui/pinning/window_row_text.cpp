@@ -30,7 +30,8 @@ QString shown_path(const QString &exe_path)
 {
     constexpr qsizetype longest_whole = 89;
     constexpr qsizetype kept = 87;
-    return exe_path.size() <= longest_whole ? exe_path : QStringLiteral("...") + exe_path.right(kept);
+    return exe_path.size() <= longest_whole ? exe_path
+                                            : QStringLiteral("...") + exe_path.right(kept);
 }
 
 QString window_row_html(const platform::GameWindowInfo &window)

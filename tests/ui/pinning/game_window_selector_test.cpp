@@ -55,8 +55,7 @@ TEST(WindowRowText, TitlesAndPathsAreShownAsTheyAre)
     const GameWindowInfo window{1, 7, QStringLiteral("<img src=x> %3 & %1"),
                                 QStringLiteral("C:\\<b>\\%2.exe")};
     const QString shown = QTextDocumentFragment::fromHtml(window_row_html(window)).toPlainText();
-    EXPECT_EQ(shown,
-              QStringLiteral("<img src=x> %3 & %1 (native)\nC:\\<b>\\%2.exe\nPID: 7"));
+    EXPECT_EQ(shown, QStringLiteral("<img src=x> %3 & %1 (native)\nC:\\<b>\\%2.exe\nPID: 7"));
 }
 
 TEST(WindowRowText, WhatIsUnknownIsSaid)
@@ -151,6 +150,7 @@ TEST(GameWindowSelector, EveryControlHasANameAndNoTextIsCutOff)
     windows[0].exe_path = QStringLiteral("C:\\") + QString(200, u'w') + QStringLiteral("\\rok.exe");
     GameWindowSelector dialog{windows, QString{}};
     dialog.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
     for (const QRadioButton *radio : radios_of(dialog))
         EXPECT_FALSE(radio->accessibleName().isEmpty());
     for (const QPushButton *button : dialog.findChildren<QPushButton *>())
@@ -171,11 +171,15 @@ TEST(PinnedOverlay, APinAmongSeveralAsksFirstAndOutlivesNoOverlay)
     QHash<QString, QString> settings;
     const PinSettings port{
         [&](const QString &key, const QString &fallback) { return settings.value(key, fallback); },
-        [&](const QString &key, const QString &value) { settings[key] = value; }};
+        [&](const QString &key, const QString &value) {
+            settings[key] = value;
+        }};
     PinState pin{host, honor_pin, port};
     auto overlay = std::make_unique<QWidget>();
     QTimer timer;
-    const auto dialog = [&] { return overlay->findChild<GameWindowSelector *>(); };
+    const auto dialog = [&] {
+        return overlay->findChild<GameWindowSelector *>();
+    };
 
     QTimer::singleShot(0, overlay.get(), [&] {
         radios_of(*dialog())[1]->setChecked(true);

@@ -74,7 +74,8 @@ TEST(PinGeometry, OffsetsBeyondAllScreensDoNotOverflow)
 {
     constexpr int most = std::numeric_limits<int>::max();
     expect_point(position_from_corner({PinAnchor::TopLeft, most, most}, {}, game), most, most);
-    expect_point(position_from_corner({PinAnchor::BottomRight, -most, -most}, {}, game), most, most);
+    expect_point(position_from_corner({PinAnchor::BottomRight, -most, -most}, {}, game), most,
+                 most);
     expect_point(position_inside({PinAnchor::TopLeft, most, -most}, {0, 0, 200, 100}, game), 900,
                  50 - most);
     constexpr WindowRect far{-most, -most, most, most, true};
@@ -104,10 +105,9 @@ RC_GTEST_PROP(PinGeometry, AnOverlayInsideTheGameKeepsItsPlace, ())
 {
     const OverlayBox overlay{on_screen(), on_screen(), *rc::gen::inRange(1, 800),
                              *rc::gen::inRange(1, 800)};
-    const WindowRect around{overlay.x - *rc::gen::inRange(0, 900),
-                            overlay.y - *rc::gen::inRange(0, 900),
-                            overlay.w + *rc::gen::inRange(900, 1800),
-                            overlay.h + *rc::gen::inRange(900, 1800), true};
+    const WindowRect around{
+        overlay.x - *rc::gen::inRange(0, 900), overlay.y - *rc::gen::inRange(0, 900),
+        overlay.w + *rc::gen::inRange(900, 1800), overlay.h + *rc::gen::inRange(900, 1800), true};
     const PinPoint back = position_inside(place_by_centre(overlay, around), overlay, around);
     RC_ASSERT(back.x == overlay.x);
     RC_ASSERT(back.y == overlay.y);

@@ -10,8 +10,8 @@ namespace {
 
 bool can_hold_heap(const MEMORY_BASIC_INFORMATION &info)
 {
-    constexpr DWORD readable = PAGE_READONLY | PAGE_READWRITE | PAGE_WRITECOPY |
-                               PAGE_EXECUTE_READ | PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
+    constexpr DWORD readable = PAGE_READONLY | PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READ |
+                               PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
     return info.State == MEM_COMMIT && info.Type == MEM_PRIVATE && (info.Protect & readable) != 0 &&
            (info.Protect & PAGE_GUARD) == 0;
 }

@@ -95,8 +95,8 @@ OpenedProcess ProcMemory::open(std::uint32_t process_id)
     if (process_id == 0 || process_id > largest_pid)
         return {};
     const auto pid = static_cast<pid_t>(process_id);
-    const Descriptor maps{::open(("/proc/" + std::to_string(pid) + "/maps").c_str(),
-                                 O_RDONLY | O_CLOEXEC)};
+    const Descriptor maps{
+        ::open(("/proc/" + std::to_string(pid) + "/maps").c_str(), O_RDONLY | O_CLOEXEC)};
     if (maps.get() < 0)
         return {nullptr, errno == EACCES || errno == EPERM};
     // Rights are tested before addresses, so that an unreadable address still answers the question.
@@ -115,8 +115,8 @@ std::size_t ProcMemory::read(std::uint64_t address, void *to, std::size_t size)
 std::vector<MemoryRegion> ProcMemory::readable_regions(std::uint64_t low, std::uint64_t high)
 {
     RegionList regions{low, high};
-    const Descriptor maps{::open(("/proc/" + std::to_string(pid_) + "/maps").c_str(),
-                                 O_RDONLY | O_CLOEXEC)};
+    const Descriptor maps{
+        ::open(("/proc/" + std::to_string(pid_) + "/maps").c_str(), O_RDONLY | O_CLOEXEC)};
     std::array<char, 16384> block{};
     std::string text;
     ssize_t got = 0;

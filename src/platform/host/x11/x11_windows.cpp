@@ -47,11 +47,16 @@ bool X11Windows::connected()
 
 void X11Windows::connect()
 {
-    constexpr std::array<const char *, AtomCount> names = {
-        "_NET_CLIENT_LIST_STACKING", "_NET_SUPPORTING_WM_CHECK", "_NET_ACTIVE_WINDOW",
-        "_NET_WM_NAME",              "_NET_WM_PID",              "_NET_WM_STATE",
-        "_NET_WM_STATE_HIDDEN",      "_NET_FRAME_EXTENTS",       "WM_STATE",
-        "UTF8_STRING"};
+    constexpr std::array<const char *, AtomCount> names = {"_NET_CLIENT_LIST_STACKING",
+                                                           "_NET_SUPPORTING_WM_CHECK",
+                                                           "_NET_ACTIVE_WINDOW",
+                                                           "_NET_WM_NAME",
+                                                           "_NET_WM_PID",
+                                                           "_NET_WM_STATE",
+                                                           "_NET_WM_STATE_HIDDEN",
+                                                           "_NET_FRAME_EXTENTS",
+                                                           "WM_STATE",
+                                                           "UTF8_STRING"};
 
     int screen_number = 0;
     connection_ = xcb_connect(display_.empty() ? nullptr : display_.c_str(), &screen_number);
@@ -76,11 +81,11 @@ void X11Windows::connect()
 
 std::vector<std::uint32_t> X11Windows::numbers(xcb_window_t window, Atom property)
 {
-    const ReplyPtr<xcb_get_property_reply_t> reply{xcb_get_property_reply(
-        connection_,
-        xcb_get_property(connection_, 0, window, atoms_[property], XCB_GET_PROPERTY_TYPE_ANY, 0,
-                         longest_property),
-        nullptr)};
+    const ReplyPtr<xcb_get_property_reply_t> reply{
+        xcb_get_property_reply(connection_,
+                               xcb_get_property(connection_, 0, window, atoms_[property],
+                                                XCB_GET_PROPERTY_TYPE_ANY, 0, longest_property),
+                               nullptr)};
     if (!reply || reply->format != 32)
         return {};
     const auto *first = static_cast<const std::uint32_t *>(xcb_get_property_value(reply.get()));
