@@ -1,9 +1,9 @@
 #include "honor_roll.h"
 
-#include <QSet>
 #include <QtEndian>
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace tally::honor {
 
@@ -119,11 +119,9 @@ std::vector<LeaderboardEntry> parse_entries(QByteArrayView buffer, std::uint64_t
 
 std::vector<LeaderboardEntry> ranked_roll(std::vector<LeaderboardEntry> entries)
 {
-    QSet<QString> names;
+    std::unordered_set<QString> names;
     const auto repeated = [&](const LeaderboardEntry &entry) {
-        const bool known = names.contains(entry.name);
-        names.insert(entry.name);
-        return known;
+        return !names.insert(entry.name).second;
     };
     std::erase_if(entries, repeated);
     std::stable_sort(entries.begin(), entries.end(), [](const auto &a, const auto &b) {

@@ -3,13 +3,12 @@
 #include "honor_roll.h"
 #include "memory_window.h"
 
-#include <QHash>
-#include <QSet>
-
 #include <algorithm>
 #include <iterator>
 #include <numeric>
 #include <set>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace tally::honor {
@@ -21,6 +20,7 @@ constexpr std::uint64_t widest_gap = 0x10000;
 
 using Entries = std::vector<LeaderboardEntry>;
 using EntryIt = Entries::const_iterator;
+using Honors = std::unordered_map<QString, std::int64_t>;
 
 bool far_apart(const LeaderboardEntry &lower, const LeaderboardEntry &upper)
 {
@@ -37,9 +37,9 @@ EntryIt entry_at(const Entries &entries, std::uint64_t address)
 }
 
 /// The highest honor of each name from `from` on, as far as the records hang together.
-QHash<QString, std::int64_t> honors_behind(EntryIt from, EntryIt end)
+Honors honors_behind(EntryIt from, EntryIt end)
 {
-    QHash<QString, std::int64_t> honors;
+    Honors honors;
     for (EntryIt it = from; it != end && (it == from || !far_apart(*std::prev(it), *it)); ++it) {
         std::int64_t &honor = honors[it->name];
         honor = std::max(honor, it->honor.value_or(0));
@@ -47,19 +47,19 @@ QHash<QString, std::int64_t> honors_behind(EntryIt from, EntryIt end)
     return honors;
 }
 
-/// The first record of the roll that `own` belongs to. A roll holds each name once and honor only
-/// grows, so that a name met again, or one that stands behind with more honor, is of an older copy.
-EntryIt first_record(const Entries &entries, EntryIt own)
+/// The first record of the roll that `own` belongs to: as far back as records hang together and no
+/// name is met again, for a roll holds each name once. With `behind`, a record also ends it whose
+/// name stands behind with more honor: honor only grows, so that it belongs to an older copy.
+EntryIt first_record(const Entries &entries, EntryIt own, const Honors &behind)
 {
-    const QHash<QString, std::int64_t> behind = honors_behind(own, entries.end());
-    QSet<QString> met{own->name};
+    std::unordered_set<QString> met{own->name};
     EntryIt first = own;
     while (first != entries.begin()) {
         const EntryIt before = std::prev(first);
-        if (far_apart(*before, *first) || met.contains(before->name) ||
-            behind.value(before->name) > before->honor.value_or(0))
+        const auto newer = behind.find(before->name);
+        if (far_apart(*before, *first) || !met.insert(before->name).second ||
+            (newer != behind.end() && newer->second > before->honor.value_or(0)))
             break;
-        met.insert(before->name);
         first = before;
     }
     return first;
@@ -85,32 +85,41 @@ std::int64_t honor_sum(QByteArrayView roll)
                            });
 }
 
+/// From the first record on, by the strict rule and by the lenient one, which a record that lost
+/// its honor can't cut short; and from the hit itself.
+std::vector<std::uint64_t> possible_starts(const Entries &entries, std::uint64_t hit)
+{
+    std::vector<std::uint64_t> starts;
+    // The player's record must stay in view even where the roll is longer than that.
+    const std::uint64_t lowest = address_below(hit + longest_own_name, own_honor_window.before);
+    if (const EntryIt own = entry_at(entries, hit); own != entries.end()) {
+        for (const Honors &behind : {honors_behind(own, entries.end()), Honors{}}) {
+            const std::uint64_t tag = first_record(entries, own, behind)->address - name_behind_tag;
+            starts.push_back(
+                std::max(address_below(tag, kingdom_reach) + roll_window.before, lowest));
+        }
+    }
+    starts.push_back(hit);
+    return starts;
+}
+
 } // namespace
 
 std::optional<RollStart> roll_start_around(const MarkerHit &hit, QByteArrayView memory,
                                            std::uint64_t memory_address)
 {
     const Entries entries = parse_entries(memory, memory_address);
-    std::vector<std::uint64_t> addresses;
-    if (const EntryIt own = entry_at(entries, hit.name_address); own != entries.end()) {
-        const std::uint64_t first_tag = first_record(entries, own)->address - name_behind_tag;
-        const std::uint64_t roll_address =
-            address_below(first_tag, kingdom_reach) + roll_window.before;
-        // The player's record must stay in view even where the roll is longer than that.
-        const std::uint64_t lowest =
-            address_below(hit.name_address + longest_own_name, own_honor_window.before);
-        addresses.push_back(std::max(roll_address, lowest));
-    }
-    addresses.push_back(hit.name_address);
-
-    for (const std::uint64_t address : addresses) {
+    const bool players = hit.marker == player_marker && plausible_own_honor.holds(hit.honor);
+    std::optional<RollStart> best;
+    for (const std::uint64_t address : possible_starts(entries, hit.name_address)) {
         if (count_records(view_of(score_window, address, memory, memory_address)) < least_score)
             continue;
-        const bool players = hit.marker == player_marker && plausible_own_honor.holds(hit.honor);
-        return RollStart{address, players ? hit.honor : 0,
-                         honor_sum(view_of(roll_window, address, memory, memory_address))};
+        const RollStart start{address, players ? hit.honor : 0,
+                              honor_sum(view_of(roll_window, address, memory, memory_address))};
+        if (!best || start.honor_sum > best->honor_sum)
+            best = start;
     }
-    return std::nullopt;
+    return best;
 }
 
 std::vector<std::uint64_t> best_addresses(const std::vector<RollStart> &starts)

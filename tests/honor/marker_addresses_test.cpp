@@ -137,6 +137,15 @@ TEST(MarkerAddresses, AnOlderCopyNearbyStaysOutOfTheWindowsStart)
     }
 }
 
+TEST(MarkerAddresses, ARecordThatLostItsHonorDoesNotCutTheRollShort)
+{
+    auto people = roll_people(500, 250);
+    const std::string older = roll_image(earlier(people, 30'000));
+    people[100].honor = 0;
+    const auto image = image_of({{base, padded(roll_image(people) + older, 0x8000, mib)}});
+    EXPECT_EQ(addresses_in(image), std::vector{start_of(base + 0x8000)});
+}
+
 TEST(MarkerAddresses, OfCopiesWithTheSameOwnHonorTheFullestCounts)
 {
     const std::string whole = roll_image(roll_people(500, 250));
