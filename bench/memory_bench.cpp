@@ -111,8 +111,11 @@ void bench_read(pid_t pid)
                        QString::fromUtf8(test::second_enemy));
     const auto read = [&] {
         const auto result = reader.read_honor_roll(QString::fromUtf8(test::player_name));
-        if (!result || result->entries.size() != 1000 || result->own_rank != 500)
+        // Behind the roll's thousand come names that random bytes happen to form.
+        if (!result || result->entries.size() < 1000 || result->own_rank != 500) {
+            std::fputs("the roll was misread\n", stderr);
             std::exit(1);
+        }
     };
     std::printf("first read %.3f s\n", seconds_of(read));
     std::vector<double> warm;

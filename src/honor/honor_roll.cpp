@@ -9,11 +9,18 @@ namespace tally::honor {
 
 namespace {
 
-constexpr qsizetype smallest_buffer = honor_before_tag + 1;
 constexpr int shortest_name = 3;
 constexpr int longest_name = 30;
 constexpr int lowest_kingdom = 100;
 constexpr int highest_kingdom = 9'999;
+
+/// The next place from `from` on where a record may begin; -1 if there is none. A tag counts only
+/// where more than 32 bytes follow.
+qsizetype next_tag(QByteArrayView buffer, qsizetype from)
+{
+    const qsizetype tag = buffer.indexOf(record_tag, from);
+    return tag + honor_before_tag < buffer.size() ? tag : -1;
+}
 
 std::optional<std::int64_t> entry_honor(QByteArrayView buffer, qsizetype tag)
 {
@@ -72,10 +79,8 @@ QString record_name_at(QByteArrayView buffer, qsizetype tag)
 int count_records(QByteArrayView buffer)
 {
     int records = 0;
-    for (qsizetype tag = 0; tag + honor_before_tag < buffer.size(); ++tag) {
-        if (buffer[tag] == record_tag && !record_name_at(buffer, tag).isEmpty())
-            ++records;
-    }
+    for (qsizetype tag = next_tag(buffer, 0); tag >= 0; tag = next_tag(buffer, tag + 1))
+        records += record_name_at(buffer, tag).isEmpty() ? 0 : 1;
     return records;
 }
 
@@ -100,19 +105,17 @@ std::optional<std::int64_t> largest_honor_of(QByteArrayView buffer, const QStrin
 std::vector<LeaderboardEntry> parse_entries(QByteArrayView buffer, std::uint64_t base_address)
 {
     std::vector<LeaderboardEntry> entries;
-    if (buffer.size() < smallest_buffer)
-        return entries;
-    qsizetype at = 0;
-    while (at + honor_before_tag < buffer.size()) {
-        const QString name = buffer[at] == record_tag ? record_name_at(buffer, at) : QString{};
+    qsizetype tag = next_tag(buffer, 0);
+    while (tag >= 0) {
+        const QString name = record_name_at(buffer, tag);
         if (name.isEmpty()) {
-            ++at;
+            tag = next_tag(buffer, tag + 1);
             continue;
         }
-        const qsizetype name_at = at + name_behind_tag;
+        const qsizetype name_at = tag + name_behind_tag;
         entries.push_back({base_address + static_cast<std::uint64_t>(name_at), name,
-                           entry_honor(buffer, at), std::nullopt, entry_kingdom(buffer, at)});
-        at = name_at + static_cast<unsigned char>(buffer[at + 1]);
+                           entry_honor(buffer, tag), std::nullopt, entry_kingdom(buffer, tag)});
+        tag = next_tag(buffer, name_at + static_cast<unsigned char>(buffer[tag + 1]));
     }
     return entries;
 }

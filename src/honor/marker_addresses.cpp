@@ -5,6 +5,7 @@
 #include "memory_window.h"
 #include "roll_start.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace tally::honor {
@@ -41,15 +42,16 @@ std::vector<std::uint64_t> find_marker_addresses(platform::ProcessMemory &proces
         scan.find(bytes, address, on_hit);
     });
     std::vector<RollStart> starts;
-    bool own_honor_found = false;
+    std::int64_t most_own_honor = 0;
     for (const MarkerSite &site : collector.finish()) {
         if (stop.stop_requested())
             return {};
-        if (own_honor_found && site.hit.marker != player_marker)
+        // Sites come from the highest honor down: no later one could still be the best.
+        if (own_honor_at(site.hit) < most_own_honor)
             break;
         if (const auto start = start_at(process, site.hit, stop)) {
             starts.push_back(*start);
-            own_honor_found = own_honor_found || start->own_honor > 0;
+            most_own_honor = std::max(most_own_honor, start->own_honor);
         }
     }
     return best_addresses(starts);

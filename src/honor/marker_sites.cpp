@@ -17,11 +17,11 @@ bool better(const MarkerSite &a, const MarkerSite &b)
     return evidence(a) > evidence(b);
 }
 
-void keep_best(std::vector<MarkerSite> &sites)
+void keep_best(std::vector<MarkerSite> &sites, std::size_t most)
 {
     std::stable_sort(sites.begin(), sites.end(), better);
-    if (sites.size() > SiteCollector::most_sites)
-        sites.resize(SiteCollector::most_sites);
+    if (sites.size() > most)
+        sites.resize(most);
 }
 
 } // namespace
@@ -64,18 +64,23 @@ void SiteCollector::settle(std::uint64_t index, const Cell &cell)
         int others = 0;
         for (std::size_t marker = 0; marker < near.size(); ++marker)
             others += marker != hit.marker && near[marker] ? 1 : 0;
-        auto &sites = hit.marker == player_marker ? player_sites_ : enemy_sites_;
+        const bool players = hit.marker == player_marker;
+        auto &sites = players ? player_sites_ : enemy_sites_;
+        const std::size_t most = players ? most_player_sites : most_enemy_sites;
         sites.push_back({hit, others});
-        if (sites.size() >= 4 * most_sites)
-            keep_best(sites);
+        if (sites.size() >= 4 * most)
+            keep_best(sites, most);
     }
 }
 
 std::vector<MarkerSite> SiteCollector::finish()
 {
     settle_before(std::numeric_limits<std::uint64_t>::max());
-    keep_best(player_sites_);
-    keep_best(enemy_sites_);
+    keep_best(player_sites_, most_player_sites);
+    keep_best(enemy_sites_, most_enemy_sites);
+    for (std::vector<MarkerSite> *sites : {&player_sites_, &enemy_sites_})
+        std::stable_sort(sites->begin(), sites->end(),
+                         [](const auto &a, const auto &b) { return a.hit.honor > b.hit.honor; });
     std::vector<MarkerSite> sites = std::move(player_sites_);
     sites.insert(sites.end(), enemy_sites_.begin(), enemy_sites_.end());
     return sites;

@@ -20,14 +20,16 @@ struct MarkerSite {
 /// at once, and only the best sites are kept.
 class SiteCollector {
 public:
-    static constexpr std::size_t most_sites = 32; ///< of the player; of the enemies as many again
+    static constexpr std::size_t most_player_sites = 192;
+    static constexpr std::size_t most_enemy_sites = 64;
     /// A player's record lies within this distance of wherever his roll begins or ends.
     static constexpr std::uint64_t roll_reach = 0x80000;
 
     /// Takes hits whose addresses ascend, save for some that are told twice.
     void add(const MarkerHit &hit);
 
-    /// The player's sites, then the enemies', each best first. Ends the collection.
+    /// The player's best sites, then the enemies', each from the highest honor down. Ends the
+    /// collection.
     std::vector<MarkerSite> finish();
 
 private:

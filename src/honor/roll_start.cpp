@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <numeric>
 #include <set>
 #include <unordered_map>
 #include <unordered_set>
@@ -76,48 +75,59 @@ QByteArrayView view_of(const WindowShape &shape, std::uint64_t address, QByteArr
                          std::min(static_cast<qsizetype>(shape.size), memory.size() - offset));
 }
 
-std::int64_t honor_sum(QByteArrayView roll)
+/// The honor of everybody in the roll window, as a read sums it up: the first entry of each name.
+std::int64_t honor_sum(const Entries &entries, std::uint64_t address)
 {
-    const Entries people = ranked_roll(parse_entries(roll, 0));
-    return std::accumulate(people.begin(), people.end(), std::int64_t{0},
-                           [](std::int64_t sum, const LeaderboardEntry &entry) {
-                               return sum + entry.honor.value_or(0);
-                           });
+    const std::uint64_t begin = address_below(address, roll_window.before);
+    std::unordered_set<QString> met;
+    std::int64_t sum = 0;
+    for (const LeaderboardEntry &entry : entries) {
+        if (entry.address >= begin && entry.address - begin < roll_window.size &&
+            met.insert(entry.name).second)
+            sum += entry.honor.value_or(0);
+    }
+    return sum;
+}
+
+/// The address from which the roll is seen from that record on, and the hit still as well, however
+/// long the roll is.
+std::uint64_t address_for(const LeaderboardEntry &first, std::uint64_t hit)
+{
+    const std::uint64_t lowest = address_below(hit + longest_own_name, own_honor_window.before);
+    const std::uint64_t begin = address_below(first.address - name_behind_tag, kingdom_reach);
+    return std::max(begin + roll_window.before, lowest);
 }
 
 /// From the first record on, by the strict rule and by the lenient one, which a record that lost
 /// its honor can't cut short; and from the hit itself.
-std::vector<std::uint64_t> possible_starts(const Entries &entries, std::uint64_t hit)
+std::set<std::uint64_t> possible_starts(const Entries &entries, std::uint64_t hit)
 {
-    std::vector<std::uint64_t> starts;
-    // The player's record must stay in view even where the roll is longer than that.
-    const std::uint64_t lowest = address_below(hit + longest_own_name, own_honor_window.before);
+    std::set<std::uint64_t> starts{hit};
     if (const EntryIt own = entry_at(entries, hit); own != entries.end()) {
-        for (const Honors &behind : {honors_behind(own, entries.end()), Honors{}}) {
-            const std::uint64_t tag = first_record(entries, own, behind)->address - name_behind_tag;
-            starts.push_back(
-                std::max(address_below(tag, kingdom_reach) + roll_window.before, lowest));
-        }
+        for (const Honors &behind : {honors_behind(own, entries.end()), Honors{}})
+            starts.insert(address_for(*first_record(entries, own, behind), hit));
     }
-    starts.push_back(hit);
     return starts;
 }
 
 } // namespace
 
+std::int64_t own_honor_at(const MarkerHit &hit)
+{
+    return hit.marker == player_marker && plausible_own_honor.holds(hit.honor) ? hit.honor : 0;
+}
+
 std::optional<RollStart> roll_start_around(const MarkerHit &hit, QByteArrayView memory,
                                            std::uint64_t memory_address)
 {
     const Entries entries = parse_entries(memory, memory_address);
-    const bool players = hit.marker == player_marker && plausible_own_honor.holds(hit.honor);
     std::optional<RollStart> best;
     for (const std::uint64_t address : possible_starts(entries, hit.name_address)) {
-        if (count_records(view_of(score_window, address, memory, memory_address)) < least_score)
-            continue;
-        const RollStart start{address, players ? hit.honor : 0,
-                              honor_sum(view_of(roll_window, address, memory, memory_address))};
-        if (!best || start.honor_sum > best->honor_sum)
-            best = start;
+        const std::int64_t sum = honor_sum(entries, address);
+        // Among equals the higher start, which lets less of a stranger's memory in.
+        if ((!best || sum >= best->honor_sum) &&
+            count_records(view_of(score_window, address, memory, memory_address)) >= least_score)
+            best = RollStart{address, own_honor_at(hit), sum};
     }
     return best;
 }
@@ -136,7 +146,8 @@ std::vector<std::uint64_t> best_addresses(const std::vector<RollStart> &starts)
         if (worth(start) == most)
             addresses.insert(start.address);
     }
-    return {addresses.begin(), addresses.end()};
+    const auto kept = std::min(addresses.size(), most_starts);
+    return {addresses.begin(), std::next(addresses.begin(), static_cast<std::ptrdiff_t>(kept))};
 }
 
 } // namespace tally::honor

@@ -19,6 +19,10 @@ inline constexpr WindowShape score_window{0x4000, 0x80000};
 inline constexpr WindowShape own_honor_window{0x80000, 0x100000};
 inline constexpr WindowShape roll_window{0x4000, 0x100000};
 inline constexpr int least_score = 80;
+inline constexpr std::size_t most_starts = 64;
+
+/// The honor of the hit's record where that can be the player's own, else 0.
+std::int64_t own_honor_at(const MarkerHit &hit);
 
 /// An address from which a read takes in the roll around a hit.
 struct RollStart {
@@ -36,9 +40,10 @@ struct RollStart {
 std::optional<RollStart> roll_start_around(const MarkerHit &hit, QByteArrayView memory,
                                            std::uint64_t memory_address);
 
-/// The addresses of the starts with the most own honor, among these with the largest sum. A read
-/// takes the lowest of the addresses that show it the highest own honor: any other start is either
-/// never taken, or taken by mistake, for a record that belongs to the roll of a better one.
+/// The addresses, at most `most_starts` and the lowest first, of the starts with the most own
+/// honor, among these with the largest sum. A read takes the lowest of the addresses that show it
+/// the highest own honor: any other start is either never taken, or taken by mistake, for a record
+/// that belongs to the roll of a better one.
 std::vector<std::uint64_t> best_addresses(const std::vector<RollStart> &starts);
 
 } // namespace tally::honor
