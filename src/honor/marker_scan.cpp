@@ -32,21 +32,36 @@ bool any(const Lane &lane)
     return (halves[0] | halves[1]) != 0;
 }
 
-/// Whether a tag that one of the lengths follows begins in the block. Reads one byte behind it.
-bool may_hold_record(const unsigned char *block, const std::array<unsigned char, 3> &lengths)
-{
-    const Lane tag = Lane{} + static_cast<unsigned char>(record_tag);
-    const Lane first = Lane{} + lengths[0];
-    const Lane second = Lane{} + lengths[1];
-    const Lane third = Lane{} + lengths[2];
-    Lane found{};
-    for (qsizetype i = 0; i < block_size; i += lane_size) {
-        const Lane here = load(block + i);
-        const Lane next = load(block + i + 1);
-        found |= (here == tag) & ((next == first) | (next == second) | (next == third));
+/// Marks in a lane where a tag that one of the lengths follows may stand.
+class TagFilter {
+public:
+    explicit TagFilter(const std::array<unsigned char, 3> &lengths)
+        : first_(Lane{} + lengths[0]), second_(Lane{} + lengths[1]), third_(Lane{} + lengths[2])
+    {}
+
+    /// Reads one byte more than a lane.
+    Lane marks(const unsigned char *bytes) const
+    {
+        const Lane here = load(bytes);
+        const Lane next = load(bytes + 1);
+        return (here == tag_) & ((next == first_) | (next == second_) | (next == third_));
     }
-    return any(found);
-}
+
+    /// The same of a whole block at once.
+    bool any_in_block(const unsigned char *block) const
+    {
+        Lane found{};
+        for (qsizetype i = 0; i < block_size; i += lane_size)
+            found |= marks(block + i);
+        return any(found);
+    }
+
+private:
+    Lane tag_ = Lane{} + static_cast<unsigned char>(record_tag);
+    Lane first_;
+    Lane second_;
+    Lane third_;
+};
 
 bool searchable(const QByteArray &marker)
 {
@@ -80,12 +95,17 @@ void MarkerScan::find(QByteArrayView bytes, std::uint64_t address,
                       const std::function<void(const MarkerHit &)> &on_hit) const
 {
     const auto *data = reinterpret_cast<const unsigned char *>(bytes.data());
+    const TagFilter filter{lengths_};
     qsizetype block = 0;
     for (; block + block_size < bytes.size(); block += block_size) {
-        if (!may_hold_record(data + block, lengths_))
+        if (!filter.any_in_block(data + block))
             continue;
-        for (qsizetype tag = block; tag < block + block_size; ++tag)
-            test_tag(bytes, tag, address, on_hit);
+        for (qsizetype lane = block; lane < block + block_size; lane += lane_size) {
+            if (!any(filter.marks(data + lane)))
+                continue;
+            for (qsizetype tag = lane; tag < lane + lane_size; ++tag)
+                test_tag(bytes, tag, address, on_hit);
+        }
     }
     for (qsizetype tag = block; tag + 1 < bytes.size(); ++tag)
         test_tag(bytes, tag, address, on_hit);

@@ -31,7 +31,11 @@ void SiteCollector::add(const MarkerHit &hit)
     const std::uint64_t index = hit.name_address / cell_size;
     if (index < settled_upto_)
         return;
-    MarkerHit &best = recent_[index][hit.marker];
+    if (newest_ == nullptr || index != newest_index_) {
+        newest_ = &recent_[index];
+        newest_index_ = index;
+    }
+    MarkerHit &best = (*newest_)[hit.marker];
     if (best.name_address == 0 || hit.honor > best.honor)
         best = hit;
     if (index > settled_upto_ + reach_in_cells)
@@ -47,30 +51,34 @@ void SiteCollector::settle_before(std::uint64_t cell)
     settled_upto_ = cell;
     const std::uint64_t still_near = cell > reach_in_cells ? cell - reach_in_cells : 0;
     recent_.erase(recent_.begin(), recent_.lower_bound(still_near));
+    newest_ = nullptr;
 }
 
 void SiteCollector::settle(std::uint64_t index, const Cell &cell)
+{
+    for (const MarkerHit &hit : cell) {
+        if (hit.name_address == 0)
+            continue;
+        const bool players = hit.marker == player_marker;
+        auto &sites = players ? player_sites_ : enemy_sites_;
+        const std::size_t most = players ? most_player_sites : most_enemy_sites;
+        // Without a plausible honor the company counts for nothing: chat lines have it as well.
+        sites.push_back({hit, hit.honor > 0 ? others_near(index, hit.marker) : 0});
+        if (sites.size() >= 4 * most)
+            keep_best(sites, most);
+    }
+}
+
+int SiteCollector::others_near(std::uint64_t index, std::size_t marker) const
 {
     std::array<bool, 3> near{};
     const std::uint64_t first = index > reach_in_cells ? index - reach_in_cells : 0;
     for (auto it = recent_.lower_bound(first);
          it != recent_.end() && it->first <= index + reach_in_cells; ++it) {
-        for (std::size_t marker = 0; marker < near.size(); ++marker)
-            near[marker] = near[marker] || it->second[marker].honor > 0;
+        for (std::size_t other = 0; other < near.size(); ++other)
+            near[other] = near[other] || (other != marker && it->second[other].honor > 0);
     }
-    for (const MarkerHit &hit : cell) {
-        if (hit.name_address == 0)
-            continue;
-        int others = 0;
-        for (std::size_t marker = 0; marker < near.size(); ++marker)
-            others += marker != hit.marker && near[marker] ? 1 : 0;
-        const bool players = hit.marker == player_marker;
-        auto &sites = players ? player_sites_ : enemy_sites_;
-        const std::size_t most = players ? most_player_sites : most_enemy_sites;
-        sites.push_back({hit, others});
-        if (sites.size() >= 4 * most)
-            keep_best(sites, most);
-    }
+    return static_cast<int>(std::count(near.begin(), near.end(), true));
 }
 
 std::vector<MarkerSite> SiteCollector::finish()

@@ -39,9 +39,12 @@ private:
 
     void settle_before(std::uint64_t cell);
     void settle(std::uint64_t index, const Cell &cell);
+    int others_near(std::uint64_t index, std::size_t marker) const;
 
     std::map<std::uint64_t, Cell> recent_; ///< by address / cell_size
-    std::uint64_t settled_upto_ = 0;       ///< every cell below is settled
+    Cell *newest_ = nullptr; ///< in `recent_`: most hits fall where the one before fell
+    std::uint64_t newest_index_ = 0;
+    std::uint64_t settled_upto_ = 0; ///< every cell below is settled
     std::vector<MarkerSite> player_sites_;
     std::vector<MarkerSite> enemy_sites_;
 };

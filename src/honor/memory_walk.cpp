@@ -11,8 +11,11 @@ namespace tally::honor {
 
 MemoryWalk::MemoryWalk(platform::ProcessMemory &memory, std::size_t overlap, std::stop_token stop)
     : memory_(memory), overlap_(overlap), stop_(std::move(stop)),
-      buffer_(static_cast<qsizetype>(overlap + chunk_size), Qt::Uninitialized)
-{}
+      buffer_(overlap + read_page_size + chunk_size)
+{
+    const auto earliest = reinterpret_cast<std::uintptr_t>(buffer_.data()) + overlap;
+    piece_ = buffer_.data() + overlap + (next_page(earliest) - earliest);
+}
 
 void MemoryWalk::run(std::uint64_t low, std::uint64_t high, const OnBytes &on_bytes)
 {
@@ -70,15 +73,14 @@ bool MemoryWalk::walk_chunk(std::uint64_t begin, std::uint64_t end, const OnByte
 /// Reads one piece and shows it. \return how many bytes came.
 std::size_t MemoryWalk::take(std::uint64_t address, std::size_t size, const OnBytes &on_bytes)
 {
-    char *piece = buffer_.data() + carried_;
-    const std::size_t got = memory_.read(address, piece, size);
+    const std::size_t got = memory_.read(address, piece_, size);
     if (got == 0)
         return 0;
-    const std::size_t shown = carried_ + got;
-    on_bytes(QByteArrayView{buffer_.constData(), static_cast<qsizetype>(shown)},
-             address - carried_);
-    carried_ = std::min(overlap_, shown);
-    std::memmove(buffer_.data(), buffer_.constData() + (shown - carried_), carried_);
+    const char *begin = piece_ - carried_;
+    const char *end = piece_ + got;
+    on_bytes(QByteArrayView{begin, end}, address - carried_);
+    carried_ = std::min(overlap_, carried_ + got);
+    std::memmove(piece_ - carried_, end - carried_, carried_);
     return got;
 }
 

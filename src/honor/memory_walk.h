@@ -2,12 +2,12 @@
 
 #include "host/process_memory.h"
 
-#include <QByteArray>
 #include <QByteArrayView>
 
 #include <cstdint>
 #include <functional>
 #include <stop_token>
+#include <vector>
 
 namespace tally::honor {
 
@@ -35,7 +35,8 @@ private:
     platform::ProcessMemory &memory_;
     std::size_t overlap_;
     std::stop_token stop_;
-    QByteArray buffer_;         ///< the bytes carried over, then the present piece
+    std::vector<char> buffer_;
+    char *piece_; ///< where pieces go: a page's begin, with the bytes carried over before it
     std::size_t carried_ = 0;   ///< how many bytes are carried over
     std::uint64_t reached_ = 0; ///< end of what was shown or passed over
     unsigned empty_chunks_ = 0;
