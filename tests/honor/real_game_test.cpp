@@ -1,0 +1,234 @@
+#include "fake_game/game_process.h"
+#include "fake_game/roll_image.h"
+#include "game_memory_reader.h"
+#include "host/x11/x11_host.h"
+
+#include <QHash>
+
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <functional>
+#include <memory>
+#include <utility>
+
+namespace tally::honor {
+namespace {
+
+using namespace tally::test;
+
+class RealGame : public testing::Test {
+protected:
+    static void SetUpTestSuite() { session = new XSession{XSession::Manager::None}; }
+    static void TearDownTestSuite()
+    {
+        delete session;
+        session = nullptr;
+    }
+
+    void SetUp() override
+    {
+        if (!session->running())
+            GTEST_SKIP() << "Xvfb cannot be started";
+    }
+
+    static GameMemoryReader reader_on(platform::Host &host)
+    {
+        GameMemoryReader reader{host, QString{}};
+        reader.set_markers(QString::fromUtf8(player_name), QString::fromUtf8(first_enemy),
+                           QString::fromUtf8(second_enemy));
+        return reader;
+    }
+
+    static std::string display() { return session->display().toStdString(); }
+
+    static XSession *session;
+};
+
+XSession *RealGame::session = nullptr;
+
+struct RollCase {
+    const char *records;
+    const char *rank;
+    const char *stride;
+    const char *noise_mib;
+};
+
+QStringList options_of(const RollCase &roll)
+{
+    QStringList options{QStringLiteral("--churn"), QStringLiteral("1")};
+    for (const auto &[name, value] : {std::pair{"--records", roll.records},
+                                      {"--rank", roll.rank},
+                                      {"--stride", roll.stride},
+                                      {"--noise-mib", roll.noise_mib}})
+        options << QString::fromLatin1(name) << QString::fromLatin1(value);
+    return options;
+}
+
+class RealGameRolls : public RealGame, public testing::WithParamInterface<RollCase> {};
+
+TEST_P(RealGameRolls, AreReadWholeFromTheFirstRecordOn)
+{
+    const RollCase &roll = GetParam();
+    const GameProcess game{*session, options_of(roll)};
+    ASSERT_TRUE(game.ready());
+    platform::X11Host host{display()};
+    GameMemoryReader reader = reader_on(host);
+
+    const auto result = reader.read_honor_roll(QString::fromUtf8(player_name));
+
+    ASSERT_TRUE(result.has_value());
+    const auto people =
+        roll_people(QByteArray{roll.records}.toULongLong(), QByteArray{roll.rank}.toULongLong());
+    ASSERT_EQ(result->entries.size(), people.size());
+    for (std::size_t i = 0; i < people.size(); ++i) {
+        const LeaderboardEntry &entry = result->entries[i];
+        ASSERT_EQ(entry.name.toStdString(), people[i].name) << "rank " << i + 1;
+        ASSERT_EQ(entry.honor, std::int64_t(people[i].honor)) << "rank " << i + 1;
+        ASSERT_EQ(entry.rank, int(i + 1));
+        ASSERT_EQ(entry.kingdom, people[i].kingdom) << "rank " << i + 1;
+    }
+    EXPECT_EQ(result->own_rank, QByteArray{roll.rank}.toInt());
+    EXPECT_LE(result->candidates, 64U);
+    EXPECT_EQ(reader.state(), ReaderState::Ok);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    WhereverThePlayerStands, RealGameRolls,
+    testing::Values(RollCase{"1000", "1", "192", "64"}, RollCase{"1000", "500", "192", "320"},
+                    RollCase{"1000", "1000", "192", "64"}, RollCase{"1000", "1000", "480", "64"},
+                    RollCase{"100", "99", "192", "64"}, RollCase{"80", "40", "3000", "64"}));
+
+/// Reads a process and calls `on_read` before each read.
+class WatchedMemory : public platform::ProcessMemory {
+public:
+    WatchedMemory(std::unique_ptr<ProcessMemory> inner, const std::function<void()> &on_read)
+        : inner_(std::move(inner)), on_read_(on_read)
+    {}
+
+    std::size_t read(std::uint64_t address, void *to, std::size_t size) override
+    {
+        on_read_();
+        return inner_->read(address, to, size);
+    }
+    std::vector<platform::MemoryRegion> readable_regions(std::uint64_t low,
+                                                         std::uint64_t high) override
+    {
+        return inner_->readable_regions(low, high);
+    }
+
+private:
+    std::unique_ptr<ProcessMemory> inner_;
+    const std::function<void()> &on_read_;
+};
+
+class WatchedHost : public platform::X11Host {
+public:
+    using X11Host::X11Host;
+    std::function<void()> on_read;
+
+    platform::OpenedProcess open_process(std::uint32_t process_id) override
+    {
+        platform::OpenedProcess opened = X11Host::open_process(process_id);
+        if (opened.memory)
+            opened.memory = std::make_unique<WatchedMemory>(std::move(opened.memory), on_read);
+        return opened;
+    }
+};
+
+TEST_F(RealGame, AProcessKilledInTheMiddleOfAReadGivesNothing)
+{
+    for (const int kill_at : {1, 40, 150, 400, 700}) {
+        GameProcess game{*session, {QStringLiteral("--noise-mib"), QStringLiteral("16")}};
+        ASSERT_TRUE(game.ready());
+        WatchedHost host{display()};
+        int reads = 0;
+        host.on_read = [&] {
+            if (++reads == kill_at)
+                game.kill();
+        };
+        GameMemoryReader reader = reader_on(host);
+        EXPECT_FALSE(reader.read_honor_roll(QString::fromUtf8(player_name)).has_value());
+        EXPECT_GE(reads, kill_at);
+        EXPECT_LE(reads, kill_at + 1'500) << "reads of a dead process";
+        EXPECT_FALSE(reader.read_honor_roll(QString::fromUtf8(player_name)).has_value());
+        EXPECT_EQ(reader.state(), ReaderState::GameNotFound);
+    }
+}
+
+TEST_F(RealGame, AStopIsHeededAtTheNextRead)
+{
+    const GameProcess game{*session, {QStringLiteral("--noise-mib"), QStringLiteral("64")}};
+    ASSERT_TRUE(game.ready());
+    WatchedHost host{display()};
+    std::stop_source stop;
+    int reads = 0;
+    host.on_read = [&] {
+        if (++reads == 20)
+            stop.request_stop();
+    };
+    GameMemoryReader reader = reader_on(host);
+    const auto result = reader.read_honor_roll(QString::fromUtf8(player_name), stop.get_token());
+    EXPECT_FALSE(result.has_value());
+    EXPECT_EQ(reads, 20);
+    EXPECT_EQ(reader.state(), ReaderState::Ok);
+}
+
+TEST_F(RealGame, APageLostInTheMiddleOfTheRollCostsOnlyItsRecords)
+{
+    GameProcess game{*session, {}};
+    ASSERT_TRUE(game.ready());
+    ASSERT_TRUE(game.tell("hole"));
+    platform::X11Host host{display()};
+    GameMemoryReader reader = reader_on(host);
+    const auto result = reader.read_honor_roll(QString::fromUtf8(player_name));
+    ASSERT_TRUE(result.has_value());
+
+    const auto people = roll_people(1000, 500);
+    const std::uint64_t hole =
+        (game.roll_address() + people.size() * roll_stride / 2) / 4096 * 4096;
+    QHash<QString, LeaderboardEntry> read;
+    for (const LeaderboardEntry &entry : result->entries)
+        read.insert(entry.name, entry);
+    int spared = 0;
+    for (std::size_t i = 0; i < people.size(); ++i) {
+        const std::uint64_t begin = game.roll_address() + i * roll_stride;
+        if (begin + roll_stride > hole && begin < hole + 4096)
+            continue;
+        ++spared;
+        const QString name = QString::fromStdString(people[i].name);
+        ASSERT_TRUE(read.contains(name)) << people[i].name;
+        EXPECT_EQ(read[name].honor, std::int64_t(people[i].honor)) << people[i].name;
+        EXPECT_EQ(read[name].kingdom, people[i].kingdom) << people[i].name;
+    }
+    EXPECT_GE(spared, 970);
+}
+
+/// What a reader without root's rights finds: forked, since rights once given up stay so.
+int state_for_others(const std::string &display)
+{
+    const pid_t child = fork();
+    if (child != 0) {
+        int status = 0;
+        waitpid(child, &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+    constexpr uid_t nobody = 65534;
+    if (geteuid() == 0 && setresuid(nobody, nobody, nobody) != 0)
+        _exit(100);
+    platform::X11Host host{display};
+    GameMemoryReader reader{host, QString{}};
+    _exit(reader.attach() ? 101 : static_cast<int>(reader.state()));
+}
+
+TEST_F(RealGame, WithoutTheRightToReadTheStateSaysSo)
+{
+    const GameProcess game{*session, {QStringLiteral("--undumpable"), QStringLiteral("1")}};
+    ASSERT_TRUE(game.ready());
+    EXPECT_EQ(state_for_others(display()), static_cast<int>(ReaderState::NeedsAdmin));
+}
+
+} // namespace
+} // namespace tally::honor

@@ -1,0 +1,260 @@
+#include "host/fake/fake_host.h"
+#include "pin_state.h"
+
+#include <QHash>
+
+#include <gtest/gtest.h>
+
+namespace tally::ui {
+namespace {
+
+using platform::FakeHost;
+using Visibility = PinStep::Visibility;
+
+constexpr std::uint32_t own_pid = 1;
+constexpr std::uint32_t game_pid = 20;
+
+class PinStates : public testing::Test {
+protected:
+    PinStates()
+    {
+        host.own_pid = own_pid;
+        host.windows = {{2, u"Rise of Kingdoms", game_pid, {100, 50, 1000, 600, true}},
+                        {3, u"Mail", 30}};
+        host.processes[game_pid].image_path = u"C:\\rok.exe";
+        host.foreground = 2;
+    }
+
+    PinSettings port()
+    {
+        return {[this](const QString &key, const QString &fallback) {
+                    return settings.value(key, fallback);
+                },
+                [this](const QString &key, const QString &value) {
+                    settings[key] = value;
+                    ++writes;
+                }};
+    }
+
+    PinState pinned(const PinPolicy &policy)
+    {
+        settings[policy.key_prefix + QStringLiteral("pinned")] = QStringLiteral("1");
+        return {host, policy, port()};
+    }
+
+    static void expect_move(const PinStep &step, int x, int y)
+    {
+        ASSERT_TRUE(step.move_to.has_value());
+        EXPECT_EQ(step.move_to->x, x);
+        EXPECT_EQ(step.move_to->y, y);
+    }
+
+    FakeHost host;
+    QHash<QString, QString> settings;
+    int writes = 0;
+    OverlayView overlay{{500, 300, 200, 100}, 1.0};
+};
+
+TEST_F(PinStates, DefaultsHoldWhereSettingsAreMissingOrSpoilt)
+{
+    const PinState fresh{host, statistics_pin, port()};
+    EXPECT_FALSE(fresh.pinned());
+    EXPECT_EQ(fresh.free_position().x, 80);
+    EXPECT_EQ((PinState{host, honor_pin, port()}.free_position().y), 150);
+
+    settings = {{QStringLiteral("overlay_pinned"), QStringLiteral("yes")},
+                {QStringLiteral("overlay_pin_off_x"), QStringLiteral("9e9")},
+                {QStringLiteral("overlay_pin_off_y"), QStringLiteral("-7")},
+                {QStringLiteral("overlay_pin_anchor"), QStringLiteral("xx")}};
+    const PinState spoilt{host, statistics_pin, port()};
+    EXPECT_FALSE(spoilt.pinned());
+    EXPECT_EQ(spoilt.place().off_x, 20);
+    EXPECT_EQ(spoilt.place().off_y, -7);
+    EXPECT_EQ(spoilt.place().anchor, PinAnchor::TopLeft);
+}
+
+TEST_F(PinStates, ATickFollowsTheGameAndMovesOnlyWhenThatChangesSomething)
+{
+    PinState pin = pinned(statistics_pin);
+    expect_move(pin.tick(overlay), 120, 130);
+    overlay.box.x = 120;
+    overlay.box.y = 130;
+    EXPECT_FALSE(pin.tick(overlay).move_to.has_value());
+    host.windows[0].rect.x += 30;
+    expect_move(pin.tick(overlay), 150, 130);
+    EXPECT_EQ(host.enumerations, 1) << "the steady state enumerates nothing";
+}
+
+TEST_F(PinStates, NothingHappensWhileUnpinnedDraggedOrClosing)
+{
+    PinState unpinned{host, statistics_pin, port()};
+    EXPECT_FALSE(unpinned.tick(overlay).move_to.has_value());
+    PinState dragged = pinned(statistics_pin);
+    dragged.begin_drag();
+    EXPECT_FALSE(dragged.tick(overlay).move_to.has_value());
+    PinState closing = pinned(statistics_pin);
+    closing.begin_close();
+    EXPECT_FALSE(closing.tick(overlay).move_to.has_value());
+}
+
+TEST_F(PinStates, TheStatisticsOverlayHidesBehindOthersButNotBehindThisProgram)
+{
+    PinState pin = pinned(statistics_pin);
+    host.foreground = 3;
+    EXPECT_EQ(pin.tick(overlay).visibility, Visibility::Hide);
+    EXPECT_EQ(pin.tick(overlay).visibility, Visibility::Keep) << "hidden once";
+    host.windows.push_back({4, u"Settings", own_pid});
+    host.foreground = 4;
+    const PinStep back = pin.tick(overlay);
+    EXPECT_EQ(back.visibility, Visibility::Show);
+    expect_move(back, 120, 130);
+    host.foreground = platform::no_window;
+    EXPECT_EQ(pin.tick(overlay).visibility, Visibility::Hide);
+}
+
+TEST_F(PinStates, AGameWithoutAProcessIdIsNeverInFront)
+{
+    host.windows[0].pid = 0;
+    host.windows[1].pid = 0;
+    host.foreground = 3;
+    PinState pin = pinned(statistics_pin);
+    EXPECT_EQ(pin.tick(overlay).visibility, Visibility::Hide);
+}
+
+TEST_F(PinStates, TheStatisticsOverlayHidesWithTheGameAndComesBackWithIt)
+{
+    PinState pin = pinned(statistics_pin);
+    pin.tick(overlay);
+    host.windows[0].minimised = true;
+    EXPECT_EQ(pin.tick(overlay).visibility, Visibility::Hide);
+    host.windows[0].minimised = false;
+    EXPECT_EQ(pin.tick(overlay).visibility, Visibility::Show);
+
+    const platform::FakeWindow game = host.windows[0];
+    host.windows.erase(host.windows.begin());
+    EXPECT_EQ(pin.tick(overlay).visibility, Visibility::Hide);
+    EXPECT_EQ(pin.tick(overlay).visibility, Visibility::Keep);
+    host.windows.push_back(game);
+    host.windows.back().handle = 9; // another window: the game was started anew
+    host.foreground = 9;
+    EXPECT_EQ(pin.tick(overlay).visibility, Visibility::Show);
+}
+
+TEST_F(PinStates, TheHonorOverlayStaysAndFollowsEvenAMinimisedGame)
+{
+    PinState pin = pinned(honor_pin);
+    host.foreground = 3;
+    host.windows[0].minimised = true;
+    const PinStep step = pin.tick(overlay);
+    EXPECT_EQ(step.visibility, Visibility::Keep);
+    expect_move(step, 120, 130);
+    host.windows.clear();
+    EXPECT_EQ(pin.tick(overlay).visibility, Visibility::Keep);
+    EXPECT_FALSE(pin.tick(overlay).move_to.has_value());
+}
+
+TEST_F(PinStates, OnlyTheStatisticsOverlayCountsInLogicalPixels)
+{
+    overlay.pixel_ratio = 2.0;
+    PinState statistics = pinned(statistics_pin);
+    expect_move(statistics.tick(overlay), 70, 105);
+    PinState honor = pinned(honor_pin);
+    expect_move(honor.tick(overlay), 120, 130);
+}
+
+TEST_F(PinStates, AnUnknownTargetFollowsTheFirstWindowAndStaysStored)
+{
+    const QString target = QStringLiteral("D:\\gone.exe");
+    settings[QStringLiteral("overlay_pin_target_exe")] = target;
+    PinState pin = pinned(statistics_pin);
+    expect_move(pin.tick(overlay), 120, 130);
+    EXPECT_EQ(pin.target_exe(), target);
+    EXPECT_EQ(settings[QStringLiteral("overlay_pin_target_exe")], target);
+}
+
+TEST_F(PinStates, AChoiceIsAskedForOnlyAmongSeveralAndOnlyOnce)
+{
+    PinState pin{host, honor_pin, port()};
+    EXPECT_TRUE(pin.windows_to_choose_from().isEmpty());
+    host.windows.push_back({5, u"Rise of Kingdoms", 50, {0, 0, 640, 360, true}});
+    host.processes[50].image_path = u"E:\\second.exe";
+    EXPECT_EQ(pin.windows_to_choose_from().size(), 2);
+    pin.choose_target(QStringLiteral("E:\\second.exe"));
+    EXPECT_EQ(settings[QStringLiteral("honor_tracker_pin_target_exe")], u"E:\\second.exe");
+    EXPECT_TRUE(pin.windows_to_choose_from().isEmpty());
+    pin.set_pinned(true);
+    expect_move(pin.tick(overlay), 20, 80);
+}
+
+TEST_F(PinStates, PinningKeepsTheOverlayWhereItStands)
+{
+    for (const PinPolicy *policy : {&statistics_pin, &honor_pin}) {
+        PinState pin{host, *policy, port()};
+        EXPECT_EQ(pin.set_pinned(true).visibility, Visibility::Keep);
+        pin.anchor_here(overlay);
+        EXPECT_EQ(settings[policy->key_prefix + QStringLiteral("pinned")], u"1");
+        EXPECT_EQ(settings[policy->key_prefix + QStringLiteral("pin_anchor")], u"tl");
+        EXPECT_EQ(settings[policy->key_prefix + QStringLiteral("pin_off_x")], u"400");
+        EXPECT_FALSE(pin.tick(overlay).move_to.has_value());
+    }
+}
+
+TEST_F(PinStates, PinningWithoutAUsableGameLeavesTheStoredPlace)
+{
+    host.windows[0].minimised = true;
+    for (const PinPolicy *policy : {&statistics_pin, &honor_pin}) {
+        PinState pin{host, *policy, port()};
+        pin.set_pinned(true);
+        pin.anchor_here(overlay);
+        EXPECT_FALSE(settings.contains(policy->key_prefix + QStringLiteral("pin_anchor")));
+    }
+}
+
+TEST_F(PinStates, UnpinningBringsAHiddenOverlayBack)
+{
+    PinState pin = pinned(statistics_pin);
+    host.foreground = 3;
+    ASSERT_EQ(pin.tick(overlay).visibility, Visibility::Hide);
+    EXPECT_EQ(pin.set_pinned(false).visibility, Visibility::Show);
+    EXPECT_EQ(pin.set_pinned(false).visibility, Visibility::Keep);
+    EXPECT_EQ(settings[QStringLiteral("overlay_pinned")], u"0");
+}
+
+TEST_F(PinStates, ADragsEndIsStoredByTheRulesOfTheOverlay)
+{
+    overlay.box = {880, 500, 200, 100};
+    PinState free{host, statistics_pin, port()};
+    free.end_drag(overlay);
+    EXPECT_EQ(settings[QStringLiteral("overlay_x")], u"880");
+    EXPECT_FALSE(settings.contains(QStringLiteral("overlay_pin_anchor")));
+
+    settings.clear();
+    PinState statistics = pinned(statistics_pin);
+    statistics.tick(overlay);
+    statistics.begin_drag();
+    statistics.end_drag(overlay);
+    EXPECT_FALSE(settings.contains(QStringLiteral("overlay_x")));
+    EXPECT_EQ(settings[QStringLiteral("overlay_pin_anchor")], u"br");
+    EXPECT_EQ(settings[QStringLiteral("overlay_pin_off_x")], u"20");
+    EXPECT_EQ(settings[QStringLiteral("overlay_pin_off_y")], u"50");
+
+    PinState honor = pinned(honor_pin);
+    honor.tick(overlay);
+    honor.end_drag(overlay);
+    EXPECT_EQ(settings[QStringLiteral("honor_tracker_y")], u"500");
+    EXPECT_EQ(settings[QStringLiteral("honor_tracker_pin_anchor")], u"br");
+    EXPECT_EQ(settings[QStringLiteral("honor_tracker_pin_off_x")], u"220");
+}
+
+TEST_F(PinStates, ADragWhileTheGameIsGoneStoresNoPlace)
+{
+    PinState pin = pinned(statistics_pin);
+    pin.tick(overlay);
+    host.windows.clear();
+    writes = 0;
+    pin.end_drag(overlay);
+    EXPECT_EQ(writes, 0);
+}
+
+} // namespace
+} // namespace tally::ui
