@@ -15,7 +15,7 @@ namespace tally::data {
 class MailFile {
 public:
     static constexpr qint64 head_size = 32768;           ///< bytes
-    static constexpr qint64 max_size = 64 * 1024 * 1024; ///< bytes
+    static constexpr qint64 max_size = qint64{64} * 1024 * 1024; ///< bytes
 
     explicit MailFile(QString path);
 

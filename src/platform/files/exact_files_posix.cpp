@@ -98,7 +98,8 @@ qint64 InputFile::size() const
 double InputFile::modified() const
 {
     const timespec &time = native_->status.st_mtim;
-    return static_cast<double>(qint64{time.tv_sec} * 1000 + time.tv_nsec / 1'000'000) / 1000.0;
+    const qint64 milliseconds = qint64{time.tv_sec} * 1000 + time.tv_nsec / 1'000'000;
+    return static_cast<double>(milliseconds) / 1000.0;
 }
 
 QByteArray InputFile::read(qint64 count)
