@@ -84,11 +84,11 @@ QSqlQuery TallyDb::exec_prepared(const QSqlDatabase &db, const QString &sql,
     QSqlQuery query(db);
     query.setForwardOnly(true);
     if (!query.prepare(sql))
-        fatal(prepare_failed.arg(sql), query.lastError());
+        fatal(prepare_failed.arg(sql.simplified()), query.lastError());
     for (const QVariant &param : params)
         query.addBindValue(param);
     if (!query.exec())
-        fatal(exec_failed.arg(sql), query.lastError());
+        fatal(exec_failed.arg(sql.simplified()), query.lastError());
     return query;
 }
 
@@ -97,7 +97,8 @@ QSqlQuery &TallyDb::KeptStatement::exec(const QVariantList &params)
     for (int i = 0; i < params.size(); ++i)
         query_.bindValue(i, params.at(i));
     if (!query_.exec())
-        fatal(exec_failure_.isEmpty() ? exec_failed.arg(query_.lastQuery()) : exec_failure_,
+        fatal(exec_failure_.isEmpty() ? exec_failed.arg(query_.lastQuery().simplified())
+                                      : exec_failure_,
               query_.lastError());
     return query_;
 }
@@ -111,7 +112,7 @@ TallyDb::KeptStatement TallyDb::kept(const QString &sql, const QString &prepare_
     QSqlQuery query(own.db);
     query.setForwardOnly(true);
     if (!query.prepare(sql))
-        fatal(prepare_failure.isEmpty() ? prepare_failed.arg(sql) : prepare_failure,
+        fatal(prepare_failure.isEmpty() ? prepare_failed.arg(sql.simplified()) : prepare_failure,
               query.lastError());
     return {own.kept.emplace(sql, std::move(query)).first->second, exec_failure};
 }

@@ -202,7 +202,8 @@ void TallyDb::run_schema_script(const QSqlDatabase &db)
     for (const QString &statement : statements_of(script)) {
         QSqlQuery query(db);
         if (!query.exec(statement))
-            fatal(QStringLiteral("schema stmt failed: %1").arg(statement), query.lastError());
+            fatal(QStringLiteral("schema stmt failed: %1").arg(statement.simplified()),
+                  query.lastError());
     }
 }
 

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "mail/battle_report.h"
+#include "mail/field_report.h"
+#include "mail/fort_report.h"
+#include "mail/trial_report.h"
+
+#include <vector>
+
+namespace tally::test {
+
+/// Reports in a line, for tests that care about few of their fields. All times and ids that are not
+/// given have fixed values.
+
+data::LootEntry item(std::optional<double> type, std::optional<double> subtype,
+                     std::optional<double> value);
+data::BattleRound battle_round(std::optional<double> damage_dealt,
+                               std::vector<data::LootEntry> loot = {});
+data::BattleReport battle(std::optional<double> start_time, std::vector<data::BattleRound> rounds);
+/// Attacks numbered from 1 with the enemies' names.
+data::FieldReport field_fight(const QStringList &enemy_names);
+data::TrialParticipant participant(const QString &name, std::vector<data::LootEntry> loot = {});
+data::TrialReport trial(std::vector<data::TrialParticipant> participants);
+data::FortReport fort(double event_time, std::vector<data::LootEntry> loot = {});
+
+} // namespace tally::test
