@@ -13,9 +13,12 @@ struct ModeName {
 };
 
 constexpr ModeName mode_names[] = {
-    {"--test-db", Mode::test_db},         {"--test-parser", Mode::test_parser},
-    {"--test-master", Mode::test_master}, {"--import-only", Mode::import_only},
-    {"--help", Mode::help},               {"-h", Mode::help},
+    {"--test-db", Mode::test_db},
+    {"--test-parser", Mode::test_parser},
+    {"--test-master", Mode::test_master},
+    {"--import-only", Mode::import_only},
+    {"--help", Mode::help},
+    {"-h", Mode::help},
 };
 
 } // namespace

@@ -50,8 +50,7 @@ int import_only(const QString &mail_dir)
                          .arg(total)
                          .arg(imported));
         };
-        const data::ImportStats stats =
-            data::import_dir(mail_dir, raw_dir, db, progress, nullptr);
+        const data::ImportStats stats = data::import_dir(mail_dir, raw_dir, db, progress, nullptr);
         log.line(QStringLiteral("stats: scanned=%1  imported=%2  errors=%3")
                      .arg(stats.scanned)
                      .arg(stats.imported)

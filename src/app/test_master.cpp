@@ -25,8 +25,8 @@ void test_barbarians(RunLog &log, data::MasterCache &cache)
         {"npc_type_min": 150009, "npc_type_max": 150013,
          "name": "English Soldiers", "level_offset": -149968}]})"));
     const data::BarbInfo known = cache.barb(150009.0);
-    log.line(QStringLiteral("barb(150009) = name=%1 level=%2")
-                 .arg(known.name, level_text(known.level)));
+    log.line(
+        QStringLiteral("barb(150009) = name=%1 level=%2").arg(known.name, level_text(known.level)));
     require(known.name == u"English Soldiers" && known.level == 41,
             QStringLiteral("barb info mismatch"));
     const data::BarbInfo unknown = cache.barb(999.0);
@@ -55,8 +55,7 @@ void test_heroes(RunLog &log, data::MasterCache &cache)
     log.line(QStringLiteral("hero(123) = name=%1 icon=%2").arg(hero.name, hero.icon));
     require(hero.name == u"Achilles" && hero.icon == u"achilles.webp",
             QStringLiteral("hero lookup"));
-    require(cache.hero_name(999.0) == u"H999",
-            QStringLiteral("unknown hero should return H<id>"));
+    require(cache.hero_name(999.0) == u"H999", QStringLiteral("unknown hero should return H<id>"));
 }
 
 } // namespace
@@ -64,8 +63,8 @@ void test_heroes(RunLog &log, data::MasterCache &cache)
 int test_master()
 {
     return run_console_mode(QStringLiteral("./smoke-test-master.log"), [](RunLog &log) {
-        log.line(QStringLiteral("== MasterCache smoke test — %1 ==")
-                     .arg(platform::application_version));
+        log.line(
+            QStringLiteral("== MasterCache smoke test — %1 ==").arg(platform::application_version));
         data::MasterCache &cache = data::MasterCache::instance();
         cache.clear();
         test_barbarians(log, cache);

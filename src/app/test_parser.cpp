@@ -38,8 +38,8 @@ int test_parser()
 {
     return run_console_mode(QStringLiteral("./smoke-test-parser.log"), [](RunLog &log) {
         const QString level_key = QStringLiteral("level");
-        log.line(QStringLiteral("== TallyParser smoke test — %1 ==")
-                     .arg(platform::application_version));
+        log.line(
+            QStringLiteral("== TallyParser smoke test — %1 ==").arg(platform::application_version));
 
         const QVariantMap root = data::parse_bytes(small_mail());
         const QVariant scene_value = root.value(QStringLiteral("mailScene"));

@@ -146,3 +146,14 @@ TEST(StoreLinks, SeveralFortsMayShareAChain)
         text_of(store.db.connection(), u"SELECT DISTINCT battle_file_name FROM fort_reports"_s),
         u"chain");
 }
+
+TEST(StoreLinks, AChainThatIsStoredAgainIsMarkedAgain)
+{
+    FortStore store;
+    store.add_chain(u"chain"_s, 10000.0);
+    store.db.link_fort_to_chains();
+    store.add_chain(u"chain"_s, 10000.0);
+    EXPECT_EQ(store.flags(u"chain"_s), u"0|0");
+    EXPECT_EQ(store.db.link_fort_to_chains(), 1);
+    EXPECT_EQ(store.flags(u"chain"_s), u"1|0");
+}

@@ -9,8 +9,8 @@
 namespace tally::sample {
 
 /// Writes the game's mail serialisation. Every function returns the encoded bytes of one piece, and
-/// pieces are put together by concatenation, so that a caller controls the order of the keys and can
-/// write what no decoder accepts.
+/// pieces are put together by concatenation, so that a caller controls the order of the keys and
+/// can write what no decoder accepts.
 
 /// Tag 01: a small integer or flag.
 QByteArray small_value(quint8 value);

@@ -36,7 +36,8 @@ QByteArrayView attacks_tag()
     return tag;
 }
 
-/// One way in which a mail can be a report. Stages are tried in turn and know nothing of each other.
+/// One way in which a mail can be a report. Stages are tried in turn and know nothing of each
+/// other.
 struct Stage {
     bool (TallyDb::*exists)(const QString &) const;
     bool (*looks_right)(MailFile &);
@@ -91,7 +92,9 @@ bool looks_like_field(MailFile &mail)
 
 constexpr Stage stages[] = {
     {&TallyDb::report_exists,
-     [](MailFile &mail) { return holds(mail.head(), kill_loot) && holds(mail.head(), battle_tag()); },
+     [](MailFile &mail) {
+         return holds(mail.head(), kill_loot) && holds(mail.head(), battle_tag());
+     },
      store_battle},
     {&TallyDb::field_report_exists, looks_like_field, store_field},
     {&TallyDb::trial_report_exists, [](MailFile &mail) { return holds(mail.head(), trial_word); },

@@ -43,8 +43,8 @@ void MailFile::read_up_to(qint64 end)
 
 bool MailFile::open()
 {
-    if (!std::exchange(tried_to_open_, true) && platform::open_for_reading(file_, path_)
-        && file_.size() <= max_size)
+    if (!std::exchange(tried_to_open_, true) && platform::open_for_reading(file_, path_) &&
+        file_.size() <= max_size)
         size_ = file_.size();
     return file_.isOpen();
 }

@@ -69,8 +69,7 @@ void complete_rounds(std::vector<BattleRound> &rounds, std::optional<double> mai
     const auto with_btype =
         std::find_if(rounds.begin(), rounds.end(),
                      [](const BattleRound &round) { return round.npc_btype.has_value(); });
-    const auto btype =
-        with_btype != rounds.end() ? with_btype->npc_btype : std::optional<double>();
+    const auto btype = with_btype != rounds.end() ? with_btype->npc_btype : std::optional<double>();
     for (BattleRound &round : rounds) {
         if (!round.npc_btype)
             round.npc_btype = btype;

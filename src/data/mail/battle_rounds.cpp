@@ -24,16 +24,14 @@ class KeyPlaces {
 public:
     KeyPlaces(QByteArrayView mail, QByteArrayView key)
         : mail_(mail), marker_(key_marker(key)), offsets_(find_all_offsets(mail, marker_))
-    {
-    }
+    {}
 
     std::span<const qsizetype> all() const { return offsets_; }
 
     std::span<const qsizetype> inside(Block block) const
     {
         const auto begin = std::lower_bound(offsets_.begin(), offsets_.end(), block.begin);
-        const auto end =
-            std::lower_bound(begin, offsets_.end(), block.end - marker_.size() + 1);
+        const auto end = std::lower_bound(begin, offsets_.end(), block.end - marker_.size() + 1);
         return {begin, end};
     }
 
@@ -63,8 +61,7 @@ public:
           castle_levels_(mail, "CastleLevel"), kill_loots_(mail, "NpcKillLoot"),
           disappear_ticks_(mail, "DisappearTick"), ets_(mail, "Ets"), forts_(mail, "IsFort"),
           ct_ids_(mail, "CtId"), hurts_(mail, "Hurt"), deaths_(mail, "Death")
-    {
-    }
+    {}
 
     std::vector<BattleRound> rounds() const
     {

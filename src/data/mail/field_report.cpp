@@ -38,7 +38,8 @@ QVariant as_number(const QVariant &value)
     return value.toDouble();
 }
 
-template <QString (*Format)(const QVariant &)> QVariant formatted(const QVariant &value)
+template <QString (*Format)(const QVariant &)>
+QVariant formatted(const QVariant &value)
 {
     return Format(value);
 }
@@ -75,8 +76,10 @@ constexpr ColumnRule army_rules[] = {
 
 /// Read from "Damage" into the "my" columns and from "Kill" into the "enemy" columns.
 constexpr ColumnRule score_rules[] = {
-    {u"kill_score", u"KillScore", as_score}, {u"death", u"Death", as_score},
-    {u"power", u"Power", as_score},          {u"bad_hurt", u"BadHurt", as_score},
+    {u"kill_score", u"KillScore", as_score},
+    {u"death", u"Death", as_score},
+    {u"power", u"Power", as_score},
+    {u"bad_hurt", u"BadHurt", as_score},
     {u"hurt", u"Hurt", as_score},
 };
 
@@ -106,7 +109,7 @@ void apply(QVariantMap &row, const ColumnRule (&rules)[N], const QVariantMap &so
            const QString &prefix = {})
 {
     for (const ColumnRule &rule : rules)
-        row.insert(prefix + rule.column, rule.convert(value_of(source, rule.key)));
+        row.insert(prefix + literal(rule.column), rule.convert(value_of(source, rule.key)));
 }
 
 const QString mine = QStringLiteral("my_");

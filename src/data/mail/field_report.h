@@ -9,8 +9,8 @@
 namespace tally::data {
 
 /// The attacks of one field fight mail in their order: one `QVariantMap` each, whose keys are the
-/// column names of the table `field_reports`. Values keep their decoded type; what the mail does not
-/// hold is an invalid variant.
+/// column names of the table `field_reports`. Values keep their decoded type; what the mail does
+/// not hold is an invalid variant.
 using FieldReport = QVariantList;
 
 /// Reads a field fight mail.

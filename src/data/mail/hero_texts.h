@@ -5,8 +5,8 @@
 
 namespace tally::data {
 
-/// A hero's skills, buffs and inscriptions as the short texts that the store keeps. Each takes a map
-/// from slot keys to maps and gives the empty text for anything else.
+/// A hero's skills, buffs and inscriptions as the short texts that the store keeps. Each takes a
+/// map from slot keys to maps and gives the empty text for anything else.
 
 /// Skill ids and levels by slot number: "#1201 L5; #1202 L3".
 QString format_skills(const QVariant &slots_by_key);

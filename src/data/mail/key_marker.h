@@ -11,8 +11,8 @@ namespace tally::data {
 /// Reading single values straight out of a mail's bytes, without decoding the tree. All reads are
 /// bounds-checked and none throws.
 
-/// A text in its stream form: tag 04, length as 32 bits little-endian, the bytes. Because the length
-/// stands in front, the marker of "HId" does not match inside "HId2".
+/// A text in its stream form: tag 04, length as 32 bits little-endian, the bytes. Because the
+/// length stands in front, the marker of "HId" does not match inside "HId2".
 QByteArray key_marker(QByteArrayView text);
 
 /// Offset of the first `needle` at or behind `from`, or -1. An empty needle is nowhere.

@@ -81,8 +81,7 @@ class MailReader {
 public:
     explicit MailReader(QByteArrayView bytes, qsizetype pos)
         : data_(bytes.data()), size_(bytes.size()), pos_(pos)
-    {
-    }
+    {}
 
     void read_value(QVariant &value, int depth, quint64 context)
     {
@@ -186,8 +185,8 @@ private:
 
     bool next_is(QByteArrayView encoded) const
     {
-        return encoded.size() <= size_ - pos_
-            && std::memcmp(data_ + pos_, encoded.data(), static_cast<size_t>(encoded.size())) == 0;
+        return encoded.size() <= size_ - pos_ &&
+               std::memcmp(data_ + pos_, encoded.data(), static_cast<size_t>(encoded.size())) == 0;
     }
 
     bool at_map_end()
@@ -224,8 +223,8 @@ private:
         return {data_ + begin, pos_ - begin};
     }
 
-    /// A key that is a map, or no value at all, is judged only after the key and its value have been
-    /// read, so that a broken file fails at its first broken byte.
+    /// A key that is a map, or no value at all, is judged only after the key and its value have
+    /// been read, so that a broken file fails at its first broken byte.
     [[noreturn]] void refuse_key(int depth)
     {
         QVariant key;

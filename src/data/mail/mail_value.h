@@ -17,8 +17,8 @@ public:
 /// Maps may stand inside one another this deep, the root map counted.
 inline constexpr int max_nesting = 512;
 
-/// Decodes the key/value tree of a mail file. The bytes before the tree's root marker and behind its
-/// end are ignored. Nodes hold `int`, `double`, `QString` or `QVariantMap`; numeric keys become
+/// Decodes the key/value tree of a mail file. The bytes before the tree's root marker and behind
+/// its end are ignored. Nodes hold `int`, `double`, `QString` or `QVariantMap`; numeric keys become
 /// decimal text; of equal keys the last one wins. The result does not refer to `bytes`.
 /// \throws ParseError
 QVariantMap parse_bytes(QByteArrayView bytes);

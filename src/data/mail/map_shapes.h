@@ -23,8 +23,8 @@ struct MapShape {
 };
 
 /// Remembers the shape met last in each context of one mail. Copying a blank map of the right shape
-/// and filling in its values spares the decoder what costs most: comparing keys to find their place,
-/// and finding the text of each key.
+/// and filling in its values spares the decoder what costs most: comparing keys to find their
+/// place, and finding the text of each key.
 class MapShapes {
 public:
     /// The shape expected in a context, or null. It stays valid as long as this object.
@@ -33,8 +33,8 @@ public:
     void confirm(quint64 context) { slots_[slot_of(context)].trusted = true; }
 
     /// After a map of another shape: a new shape to fill in, which will be expected from now on.
-    /// Null if the old one was right before and gets one more chance, or if the new one is not worth
-    /// keeping.
+    /// Null if the old one was right before and gets one more chance, or if the new one is not
+    /// worth keeping.
     MapShape *replace_expected(quint64 context, size_t key_count)
     {
         Slot &slot = slots_[slot_of(context)];

@@ -41,8 +41,8 @@ inline QString text_of(const QVariantMap &map, QStringView key)
 /// counts as 0, as `QVariant` has it.
 std::optional<double> convertible_number(const QVariant &value);
 
-/// Converts world coordinates to tiles: six units a tile, rounded half away from zero. Nothing for a
-/// tile that an `int` cannot hold.
+/// Converts world coordinates to tiles: six units a tile, rounded half away from zero. Nothing for
+/// a tile that an `int` cannot hold.
 inline std::optional<int> tile_of(double world)
 {
     return to_int(std::round(world / 6.0));

@@ -46,8 +46,8 @@ bool is_map(const QVariant &value)
 bool is_safe_file_stem(const QString &hash)
 {
     const auto is_safe = [](QChar c) {
-        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9')
-            || c == u'-' || c == u'_';
+        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') ||
+               c == u'-' || c == u'_';
     };
     return !hash.isEmpty() && std::all_of(hash.begin(), hash.end(), is_safe);
 }
@@ -159,8 +159,7 @@ ItemInfo MasterCache::item(std::optional<double> item_type,
     const QString key = item_number_text(*item_type) + u'_' + item_number_text(*item_subtype);
 
     const QReadLocker locker(&lock_);
-    const QVariant entry =
-        section(QStringLiteral("items"), QStringLiteral("items")).value(key);
+    const QVariant entry = section(QStringLiteral("items"), QStringLiteral("items")).value(key);
     if (!is_map(entry))
         return info;
     const QVariantMap item = entry.toMap();

@@ -72,7 +72,14 @@ void TallyDb::insert_report(const QString &file_name, const BattleReport &report
     const double imported_at = clock_();
     Transaction transaction(connection());
     kept(QStringLiteral("DELETE FROM loot WHERE file_name = ?")).exec({file_name});
-    kept(QStringLiteral("DELETE FROM reports WHERE file_name = ?")).exec({file_name});
+    auto delete_rounds = kept(QStringLiteral("DELETE FROM reports WHERE file_name = ?"));
+    // The old rounds may have been marked by a fort that was linked to them; the new ones must be
+    // marked again, so that fort is linked anew.
+    if (delete_rounds.exec({file_name}).numRowsAffected() > 0)
+        exec_prepared(connection(),
+                      QStringLiteral("UPDATE fort_reports SET battle_file_name = NULL "
+                                     "WHERE battle_file_name = ?"),
+                      {file_name});
     auto insert_round = kept(QStringLiteral(R"sql(
         INSERT INTO reports
           (file_name, round_no, npc_btype, npc_type, level, result, report_time,

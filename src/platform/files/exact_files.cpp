@@ -27,8 +27,7 @@ QString decode(QByteArrayView bytes)
 {
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decoder.decode(bytes);
-    const bool plain =
-        !decoder.hasError() && std::none_of(text.cbegin(), text.cend(), is_escape);
+    const bool plain = !decoder.hasError() && std::none_of(text.cbegin(), text.cend(), is_escape);
     return plain ? text : QString();
 }
 

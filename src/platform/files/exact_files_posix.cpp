@@ -28,16 +28,16 @@ bool is_regular(int dir, const dirent &entry)
     if (entry.d_type != DT_UNKNOWN)
         return entry.d_type == DT_REG;
     struct stat status = {};
-    return ::fstatat(dir, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0
-        && S_ISREG(status.st_mode);
+    return ::fstatat(dir, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+           S_ISREG(status.st_mode);
 }
 
 /// A name in the same folder that no other copy in progress uses.
 QByteArray partial_name_beside(const QByteArray &name)
 {
     static std::atomic<unsigned> copies = 0;
-    return name.first(name.lastIndexOf('/') + 1) + ".part-" + QByteArray::number(::getpid()) + '-'
-        + QByteArray::number(++copies);
+    return name.first(name.lastIndexOf('/') + 1) + ".part-" + QByteArray::number(::getpid()) + '-' +
+           QByteArray::number(++copies);
 }
 
 bool copy_bytes(int from, int to, off_t count)

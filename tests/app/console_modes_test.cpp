@@ -1,0 +1,103 @@
+#include "support/program_run.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+namespace tally::app {
+namespace {
+
+using testing::HasSubstr;
+
+const QString executable = QStringLiteral(TALLY_EXECUTABLE);
+
+class ConsoleModes : public testing::Test {
+protected:
+    test::ProgramResult run(const QStringList &arguments) const
+    {
+        return test::run_program(executable, arguments, dir_.path());
+    }
+
+    std::string log(const QString &name) const
+    {
+        QFile file(dir_.filePath(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+    }
+
+    QTemporaryDir dir_;
+};
+
+TEST_F(ConsoleModes, SelfTestsPassOnAnInstalledCopyAndLeaveTheirLogs)
+{
+    for (const char *mode : {"parser", "master", "db"}) {
+        const QString name = QString::fromLatin1(mode);
+        const test::ProgramResult result = run({QStringLiteral("--test-%1").arg(name)});
+        EXPECT_EQ(result.exit_code, 0) << result.error_output.constData();
+        const std::string text = log(QStringLiteral("smoke-test-%1.log").arg(name));
+        EXPECT_THAT(text, HasSubstr("smoke test PASSED =="));
+        EXPECT_THAT(result.error_output.toStdString(), HasSubstr(text));
+    }
+    EXPECT_THAT(log(QStringLiteral("smoke-test-parser.log")),
+                HasSubstr("parsed: type=Battle  level=45\nfind_first(level) = 45 OK\n"));
+}
+
+TEST_F(ConsoleModes, ImportOfAnEmptyFolderCountsNothingAndStillReports)
+{
+    const QTemporaryDir mails;
+    const test::ProgramResult result = run({QStringLiteral("--import-only"), mails.path()});
+    EXPECT_EQ(result.exit_code, 0);
+    const std::string text = log(QStringLiteral("import-only.log"));
+    EXPECT_THAT(text, HasSubstr("init_schema() needs_hard=false\n"
+                                "  progress: scanned=0/0  imported=0\n"
+                                "stats: scanned=0  imported=0  errors=0\n"
+                                "db counts: reports rows=0  field_reports rows=0  "
+                                "distinct chain files=0\n"
+                                "players in chain reports: 0\n"
+                                "== --import-only DONE ==\n"));
+}
+
+TEST_F(ConsoleModes, ImportOfAMissingFolderIsCountedAsAnErrorNotThrown)
+{
+    const test::ProgramResult result =
+        run({QStringLiteral("--import-only"), dir_.filePath(QStringLiteral("missing"))});
+    EXPECT_EQ(result.exit_code, 0);
+    EXPECT_THAT(result.error_output.toStdString(),
+                HasSubstr("stats: scanned=0  imported=0  errors=1\n"));
+}
+
+TEST_F(ConsoleModes, ImportIntoADamagedStoreSaysSoAndLeavesItAlone)
+{
+    const QString store = dir_.filePath(QStringLiteral("tally-import.db"));
+    const QByteArray damaged(8192, 'x');
+    QFile file(store);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(damaged) == damaged.size());
+    file.close();
+
+    const test::ProgramResult result = run({QStringLiteral("--import-only"), dir_.path()});
+    EXPECT_FALSE(result.crashed);
+    EXPECT_EQ(result.exit_code, 1);
+    EXPECT_THAT(log(QStringLiteral("import-only.log")), HasSubstr("EXCEPTION: TallyDb fatal: "));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), damaged);
+}
+
+TEST_F(ConsoleModes, WithoutAModeTheMissingWindowIsSaid)
+{
+    const test::ProgramResult result = run({QStringLiteral("--unknown")});
+    EXPECT_EQ(result.exit_code, 1);
+    EXPECT_THAT(result.error_output.toStdString(), HasSubstr("[main] no window is built"));
+}
+
+TEST_F(ConsoleModes, ImportWithoutAFolderAndHelpEndWithTheirCodes)
+{
+    EXPECT_EQ(run({QStringLiteral("word"), QStringLiteral("--import-only")}).exit_code, 2);
+    const test::ProgramResult help = run({QStringLiteral("-h")});
+    EXPECT_EQ(help.exit_code, 0);
+    EXPECT_THAT(help.error_output.toStdString(),
+                HasSubstr("Ledgerline - Tallyhand v2.0-alfa.072\n\nusage:\n"));
+}
+
+} // namespace
+} // namespace tally::app

@@ -1,0 +1,51 @@
+#include "paths/data_folders.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace tally::platform {
+namespace {
+
+struct RootCase {
+    QString executable_dir;
+    QString root;
+};
+
+class AppRoot : public testing::TestWithParam<RootCase> {};
+
+TEST_P(AppRoot, IsTheParentOfAFolderCalledSystemOnly)
+{
+    EXPECT_EQ(app_root_of(GetParam().executable_dir), GetParam().root);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , AppRoot,
+    testing::Values(RootCase{QStringLiteral("/x/SYSTEM"), QStringLiteral("/x")},
+                    RootCase{QStringLiteral("/x/system"), QStringLiteral("/x")},
+                    RootCase{QStringLiteral("/x/systems"), QStringLiteral("/x/systems")},
+                    RootCase{QStringLiteral("/system/x"), QStringLiteral("/system/x")}));
+
+TEST(DataFolders, LieInOneDataFolderUnderTheRoot)
+{
+    const QDir root(app_root_dir());
+    EXPECT_EQ(db_path(), root.filePath(QStringLiteral("data/tally.db")));
+    EXPECT_EQ(raw_dir(), root.filePath(QStringLiteral("data/raw")));
+    EXPECT_EQ(icon_cache_dir(), root.filePath(QStringLiteral("data/icon_cache")));
+}
+
+TEST(MailcacheDefault, IsTheFirstCandidateThatExistsElseTheFirst)
+{
+    const QTemporaryDir dir;
+    const QString there = dir.path();
+    const QString missing = dir.filePath(QStringLiteral("missing"));
+    const QString also_missing = dir.filePath(QStringLiteral("also missing"));
+    EXPECT_EQ(first_existing_dir({missing, there}), there);
+    EXPECT_EQ(first_existing_dir({missing, also_missing}), missing);
+    EXPECT_EQ(first_existing_dir({}), QString());
+    EXPECT_FALSE(default_mailcache_dir().isEmpty());
+}
+
+} // namespace
+} // namespace tally::platform

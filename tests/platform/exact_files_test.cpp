@@ -1,0 +1,71 @@
+#include "files/exact_files.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include <cstdio>
+
+namespace tally::platform {
+namespace {
+
+void write(const QByteArray &path, const char *content)
+{
+    std::FILE *file = std::fopen(path.constData(), "wb");
+    ASSERT_NE(file, nullptr);
+    std::fputs(content, file);
+    std::fclose(file);
+}
+
+RC_GTEST_PROP(NativeName, TextLeadsBackToTheBytes, (const std::string &bytes))
+{
+    const QByteArray name = QByteArray::fromStdString(bytes);
+    RC_ASSERT(native_name_of_text(text_of_native_name(name)) == name);
+}
+
+TEST(NativeName, KeepsWhatIsUtf8AndTellsTheRestApart)
+{
+    EXPECT_EQ(text_of_native_name("Mail.ż€😀"), QStringLiteral("Mail.ż€😀"));
+    EXPECT_NE(text_of_native_name("Mail.\xff"), text_of_native_name("Mail.\xfe"));
+    // A name that holds the very character that stands for a stray byte.
+    EXPECT_NE(text_of_native_name("Mail.\xff"), text_of_native_name("Mail.\xee\xbf\xbf"));
+    EXPECT_TRUE(text_of_native_name("Mail.\xff").startsWith(QStringLiteral("Mail.")));
+}
+
+TEST(RegularFiles, AreListedByNameWithoutFoldersAndLinks)
+{
+    const QTemporaryDir dir;
+    const QByteArray folder = dir.path().toLocal8Bit() + '/';
+    write(folder + "b", "2");
+    write(folder + "a\xff", "1");
+    QFile::link(dir.filePath(QStringLiteral("b")), dir.filePath(QStringLiteral("link")));
+    QDir(dir.path()).mkdir(QStringLiteral("folder"));
+
+    const QStringList names = regular_file_names(dir.path());
+    ASSERT_EQ(names.size(), 2);
+    EXPECT_EQ(native_name_of_text(names[0]), "a\xff");
+    EXPECT_EQ(names[1], QStringLiteral("b"));
+    EXPECT_EQ(read_file(dir.filePath(names[0])), "1");
+    EXPECT_TRUE(regular_file_names(dir.filePath(QStringLiteral("missing"))).isEmpty());
+}
+
+TEST(CopyFile, MakesAWholeCopyAndNeverReplacesOne)
+{
+    const QTemporaryDir dir;
+    const QString from = dir.filePath(text_of_native_name("from\xff"));
+    const QString to = dir.filePath(text_of_native_name("to\xff"));
+    write(native_name_of_text(from), "first");
+    EXPECT_TRUE(copy_file(from, to));
+    write(native_name_of_text(from), "second");
+    EXPECT_FALSE(copy_file(from, to));
+    EXPECT_EQ(read_file(to), "first");
+    EXPECT_FALSE(
+        copy_file(dir.filePath(QStringLiteral("missing")), dir.filePath(QStringLiteral("copy"))));
+    EXPECT_FALSE(copy_file(from, dir.filePath(QStringLiteral("missing/copy"))));
+    EXPECT_EQ(regular_file_names(dir.path()).size(), 2) << "a failed copy must leave nothing";
+}
+
+} // namespace
+} // namespace tally::platform

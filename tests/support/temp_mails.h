@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QFile>
+#include <QString>
+#include <QTemporaryDir>
+
+#include <stdexcept>
+
+namespace tally::test {
+
+/// A mail folder that lives as long as the object.
+class TempMails {
+public:
+    QString path() const { return dir_.path(); }
+    QString file(const QString &name) const { return dir_.filePath(name); }
+
+    /// Writes a file, modified at `mtime` seconds since the Unix epoch. \return its path.
+    QString add(const QString &name, const QByteArray &content, double mtime = 1.7e9) const
+    {
+        QFile out(file(name));
+        const bool written =
+            out.open(QIODevice::WriteOnly) && out.write(content) == content.size() && out.flush() &&
+            out.setFileTime(QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(mtime * 1000)),
+                            QFileDevice::FileModificationTime);
+        if (!written)
+            throw std::runtime_error("cannot write a test mail");
+        return out.fileName();
+    }
+
+private:
+    QTemporaryDir dir_;
+};
+
+} // namespace tally::test
