@@ -39,7 +39,7 @@ private:
     {
         return low + static_cast<int>(random_() % static_cast<unsigned>(high - low + 1));
     }
-    bool with_chance(double chance) { return random_() < chance * 4294967296.0; }
+    bool with_chance(double chance) { return between(0, 999'999) < chance * 1e6; }
     double player_id(int player) const { return 5'000'000.0 + player; }
     std::string player_name(int player) const { return "Player " + std::to_string(player + 1); }
     /// Most play of the first account.
