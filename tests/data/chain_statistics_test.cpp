@@ -1,6 +1,7 @@
 #include "master/master_cache.h"
 #include "support/chain_reference.h"
 #include "support/plain_connection.h"
+#include "support/print_records.h"
 #include "support/random_chains.h"
 #include "support/report_builders.h"
 #include "support/temp_store.h"
@@ -17,31 +18,6 @@ using namespace tally::test;
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-namespace tally::data {
-
-void PrintTo(const ChainSummary &s, std::ostream *out)
-{
-    *out << "battles " << s.battles << " wins " << s.wins << " free " << s.free_ap << " tactical "
-         << s.tactical << " escapes " << s.escapes << " files " << s.files << " chains "
-         << s.n_chains << " dur " << s.total_dur << " avg " << s.avg_dur << " honor " << s.honor
-         << " ap only " << s.chains_ap_only << " min " << s.min_t.value_or(-1.0) << " max "
-         << s.max_t.value_or(-1.0);
-}
-
-void PrintTo(const LootStat &s, std::ostream *out)
-{
-    *out << s.item_type.value_or(-1.0) << '/' << s.item_subtype.value_or(-1.0) << " pieces "
-         << s.pieces << " value " << s.total_value << " battles " << s.battles;
-}
-
-void PrintTo(const BestChain &s, std::ostream *out)
-{
-    *out << s.file_name.toStdString() << " wins " << s.wins << " dur " << s.dur << " start "
-         << s.start_time.value_or(-1.0);
-}
-
-} // namespace tally::data
 
 namespace {
 
@@ -105,7 +81,7 @@ void expect_as_computed(data::TallyDb &db, const ChainReference &reference)
 /// As if another program had changed a chain that is none of ours.
 void make_stale(const data::TallyDb &db)
 {
-    rows_of(db.connection(), u"INSERT INTO stale_chains VALUES ('elsewhere')"_s);
+    rows_of(db.connection(), u"INSERT OR IGNORE INTO stale_chains VALUES ('elsewhere')"_s);
 }
 
 bool has_stale_chains(const data::TallyDb &db)

@@ -218,7 +218,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, FieldMode,
                                          ModeCase{"RallyOfSixIsNone", 6.0, 1, {}, {4, -1}},
                                          ModeCase{"Garrison", 3.0, 1, {}, {2, 4, -1}},
                                          ModeCase{"Unknown", {}, {}, {}, {4, -1}}),
-                         [](const auto &info) { return std::string(info.param.name); });
+                         [](const auto &kind) { return std::string(kind.param.name); });
 
 TEST(FieldQueries, TheListHasTheNewestFirstAndToursTogether)
 {

@@ -21,9 +21,13 @@ std::optional<double> number(const QVariant &value)
 int honor_of(const StoredRound &round)
 {
     const double level = round.level.value_or(0.0);
-    if (round.loot.empty() || level < 41.0 || level > 55.0)
+    if (round.loot.empty())
         return 0;
-    return level <= 45.0 ? 10 : level <= 50.0 ? 16 : 20;
+    if (level >= 41.0 && level <= 45.0)
+        return 10;
+    if (level >= 46.0 && level <= 50.0)
+        return 16;
+    return level >= 51.0 && level <= 55.0 ? 20 : 0;
 }
 
 bool in_span(const StoredRound &round, const ChainQuestion &question)

@@ -88,7 +88,7 @@ void Filler::add_chains()
                                "alliance_name, ets, is_free_ap, is_fort_round");
     SqliteWriter::Insert loot(writer_, "loot",
                               "file_name, round_no, item_type, item_subtype, value");
-    const int chains = std::max(1, options_.rounds / rounds_per_chain);
+    const int chains = (options_.rounds + rounds_per_chain - 1) / rounds_per_chain;
     for (int chain = 0; chain < chains; ++chain) {
         const std::string file = file_name("1", chain);
         const int who = player();
