@@ -150,7 +150,7 @@ TEST(StoreSchema, ANewFileHasAllIndexes)
               "idx_reports_heros|reports|hero_id_1,hero_id_2\n"
               "idx_reports_mtime|reports|file_mtime\n"
               "idx_reports_unmarked_forts|reports|damage_dealt\n"
-              "idx_slices_file|chain_slices|file_name\n"
+              "idx_slices_file|chain_slices|file_name,chain_start_time,chain_end_time\n"
               "idx_slices_time|chain_slices|<expr>\n"
               "idx_trial_boss|trial_reports|boss_name\n"
               "idx_trial_loot_part|trial_loot|participant_id\n"

@@ -61,7 +61,8 @@ std::vector<SchemaObject> slice_schema()
          QStringLiteral(
              "CREATE TABLE stale_chains (file_name TEXT PRIMARY KEY NOT NULL) WITHOUT ROWID")},
         {"INDEX", QStringLiteral("idx_slices_file"),
-         QStringLiteral("CREATE INDEX idx_slices_file ON chain_slices(file_name)")},
+         QStringLiteral("CREATE INDEX idx_slices_file "
+                        "ON chain_slices(file_name, chain_start_time, chain_end_time)")},
         {"INDEX", QStringLiteral("idx_slices_time"),
          QStringLiteral("CREATE INDEX idx_slices_time "
                         "ON chain_slices(COALESCE(chain_start_time, file_mtime))")},

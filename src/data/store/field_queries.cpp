@@ -16,6 +16,8 @@ constexpr const char *mode_clauses[] = {
     "(email_box='Archive')",
 };
 
+constexpr int favorites = 3;
+
 SqlConditions field_conditions(const QString &first, int mode, std::optional<double> from,
                                std::optional<double> to, std::optional<double> player)
 {
@@ -54,8 +56,8 @@ QVariantList TallyDb::field_attacks(std::optional<double> from, std::optional<do
                my_hid2, enemy_id, enemy_name, enemy_alliance, enemy_hid, enemy_hid2,
                my_kill_score, enemy_kill_score, my_death, enemy_death, my_power, enemy_power,
                my_bad_hurt, enemy_bad_hurt, my_hurt, enemy_hurt
-        FROM field_reports
-        WHERE %1
+        FROM %1
+        WHERE %2
         ORDER BY email_time DESC, tour_id DESC, attack_seq ASC
         LIMIT ?)sql")
                                   .arg(conditions.sql()),

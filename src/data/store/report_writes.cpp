@@ -82,14 +82,14 @@ void TallyDb::insert_report(const QString &file_name, const BattleReport &report
                                      "WHERE battle_file_name = ?"),
                       {file_name});
     auto insert_round = kept(QStringLiteral(R"sql(
-        INSERT INTO reports
+        INSERT OR FAIL INTO reports
           (file_name, round_no, npc_btype, npc_type, level, result, report_time,
            file_mtime, imported_at, chain_start_time, chain_end_time,
            hero_id_1, hero_id_2, npc_ctid, disappear_tick, damage_taken, damage_dealt, ets,
            player_id, player_name, alliance_name, is_fort_round, is_free_ap)
         VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?))sql"));
     auto insert_loot = kept(
-        QStringLiteral("INSERT INTO loot (file_name, round_no, item_type, item_subtype, value) "
+        QStringLiteral("INSERT OR FAIL INTO loot (file_name, round_no, item_type, item_subtype, value) "
                        "VALUES (?,?,?,?,?)"));
     ChainSlicer slicer;
     int round_no = 0;
