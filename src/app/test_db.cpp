@@ -40,6 +40,22 @@ void test_empty_counts(RunLog &log, const data::TallyDb &db)
     log.line(QStringLiteral("empty-DB counts OK"));
 }
 
+void test_empty_queries(RunLog &log, const data::TallyDb &db)
+{
+    constexpr double barbarians = 1.0;
+    log.line(QStringLiteral("empty queries: players=%1 field_players=%2 hourly[0]=%3 pairs=%4")
+                 .arg(db.players().size())
+                 .arg(db.field_players().size())
+                 .arg(db.hourly(barbarians, {}, {}, {})[0])
+                 .arg(db.hero_pairs(barbarians, {}, {}, {}).size()));
+    require(db.summary(barbarians, {}, {}, {}) == data::ChainSummary(),
+            QStringLiteral("summary() on empty DB nonzero"));
+    log.line(QStringLiteral("summary() on empty DB OK"));
+    const int honor = db.honor_since(0.0);
+    log.line(QStringLiteral("honor_since(0)=%1").arg(honor));
+    require(honor == 0, QStringLiteral("honor_since nonzero on empty DB"));
+}
+
 void test_honor_log(RunLog &log, data::TallyDb &db)
 {
     db.log_honor_summary(1000.0, 100, 2000.0, 160, 50, 150, 10);
@@ -70,6 +86,7 @@ int test_db()
                          .arg(db.init_schema() ? u"true" : u"false"));
             test_settings(log, db);
             test_empty_counts(log, db);
+            test_empty_queries(log, db);
             test_honor_log(log, db);
         }
         log.line(QStringLiteral("== TallyDb smoke test PASSED =="));

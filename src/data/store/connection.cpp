@@ -140,6 +140,15 @@ void TallyDb::Transaction::commit(const QString &failure)
     fatal(failure, error);
 }
 
+ChangeStamp TallyDb::change_stamp() const
+{
+    auto statement =
+        kept(QStringLiteral("SELECT data_version, total_changes() FROM pragma_data_version"));
+    QSqlQuery &row = statement.exec({});
+    row.next();
+    return {row.value(0).toLongLong(), row.value(1).toLongLong()};
+}
+
 bool TallyDb::any_row(const QString &sql, const QVariantList &params) const
 {
     auto statement = kept(sql);

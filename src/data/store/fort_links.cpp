@@ -14,8 +14,15 @@ int TallyDb::link_fort_to_chains()
 {
     const QMutexLocker lock(&write_mutex_);
     const QSqlDatabase db = connection();
-    if (unlinked_forts(db).empty())
-        return 0;
+    int linked = 0;
+    if (!unlinked_forts(db).empty() || !slices_complete())
+        linked = link_forts_and_slice(db);
+    refresh_statistics(db);
+    return linked;
+}
+
+int TallyDb::link_forts_and_slice(const QSqlDatabase &db) const
+{
     Transaction transaction(db);
     int linked = 0;
     for (const auto &[fort, event_time] : unlinked_forts(db)) {
@@ -27,6 +34,7 @@ int TallyDb::link_fort_to_chains()
             {*chain, fort});
         ++linked;
     }
+    slice_stale_chains();
     transaction.commit(QStringLiteral("link_fort_to_chains commit failed"));
     return linked;
 }

@@ -85,11 +85,11 @@ bool TallyDb::table_exists(const QSqlDatabase &db, const QString &table)
 
 QSet<QString> TallyDb::table_columns(const QSqlDatabase &db, const QString &table)
 {
-    QSet<QString> columns;
+    QStringList columns;
     auto rows = exec_prepared(db, QStringLiteral("PRAGMA table_info(%1)").arg(table));
     while (rows.next())
-        columns.insert(rows.value(1).toString());
-    return columns;
+        columns += rows.value(1).toString();
+    return {columns.begin(), columns.end()};
 }
 
 bool TallyDb::migrate_structure(const QSqlDatabase &db)
@@ -143,6 +143,15 @@ void TallyDb::create_late_indexes(const QSqlDatabase &db)
     // The time of a chain, by which forts look for it.
     run(QStringLiteral("CREATE INDEX IF NOT EXISTS idx_reports_chain_time "
                        "ON reports(COALESCE(chain_start_time, file_mtime))"));
+    // The rounds that the backfill of the fort flags looks for: those that it has to change (none,
+    // usually) and the few fort rounds.
+    run(QStringLiteral("CREATE INDEX IF NOT EXISTS idx_reports_unmarked_forts "
+                       "ON reports(damage_dealt) WHERE COALESCE(is_fort_round, 0) = 0 "
+                       "AND damage_dealt IS NOT NULL AND damage_dealt >= 1500000"));
+    run(QStringLiteral("CREATE INDEX IF NOT EXISTS idx_reports_forts ON reports(file_name) "
+                       "WHERE COALESCE(is_fort_round, 0) = 1"));
+    run(QStringLiteral("CREATE INDEX IF NOT EXISTS idx_fort_battle "
+                       "ON fort_reports(battle_file_name)"));
 }
 
 void TallyDb::backfill_fort_flags(const QSqlDatabase &db)
@@ -159,6 +168,24 @@ void TallyDb::backfill_fort_flags(const QSqlDatabase &db)
           AND file_name IN (
             SELECT DISTINCT file_name FROM reports
             WHERE COALESCE(is_fort_round, 0) = 1))sql"));
+}
+
+void TallyDb::refresh_statistics(const QSqlDatabase &db)
+{
+    const auto has_row = [&db](const QString &sql) {
+        QSqlQuery query(db);
+        return query.exec(sql) && query.next();
+    };
+    QSqlQuery(db).exec(QStringLiteral("PRAGMA analysis_limit = 1000"));
+    for (const char *name : {"chain_slices", "field_reports", "trial_reports", "fort_reports"}) {
+        const auto table = QString::fromLatin1(name);
+        if (has_row(QStringLiteral("SELECT 1 FROM %1 LIMIT 1").arg(table)) &&
+            !has_row(QStringLiteral("SELECT 1 FROM sqlite_stat1 WHERE tbl = '%1'").arg(table))) {
+            QSqlQuery(db).exec(QStringLiteral("ANALYZE"));
+            return;
+        }
+    }
+    QSqlQuery(db).exec(QStringLiteral("PRAGMA optimize"));
 }
 
 } // namespace tally::data

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "store/chain_records.h"
+#include "store/field_records.h"
+#include "store/trial_records.h"
+
 #include <QString>
 
 #include <optional>
@@ -29,6 +33,8 @@ struct PlayerRow {
     std::optional<double> player_id;
     QString name;
     int n = 0; ///< chains or mails of this account
+
+    bool operator==(const PlayerRow &) const = default;
 };
 
 } // namespace tally::data

@@ -3,6 +3,7 @@
 #include "mail/battle_report.h"
 #include "mail/fort_report.h"
 #include "mail/trial_report.h"
+#include "store/chain_slice.h"
 #include "store/field_columns.h"
 #include "store/sql_values.h"
 
@@ -94,18 +95,20 @@ void TallyDb::insert_report(const QString &file_name, const BattleReport &report
                                      "WHERE battle_file_name = ?"),
                       {file_name});
     auto insert_round = kept(QStringLiteral(R"sql(
-        INSERT INTO reports
+        INSERT OR FAIL INTO reports
           (file_name, round_no, npc_btype, npc_type, level, result, report_time,
            file_mtime, imported_at, chain_start_time, chain_end_time,
            hero_id_1, hero_id_2, npc_ctid, disappear_tick, damage_taken, damage_dealt, ets,
            player_id, player_name, alliance_name, is_fort_round, is_free_ap)
         VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?))sql"));
     auto insert_loot = kept(
-        QStringLiteral("INSERT INTO loot (file_name, round_no, item_type, item_subtype, value) "
+        QStringLiteral("INSERT OR FAIL INTO loot (file_name, round_no, item_type, item_subtype, value) "
                        "VALUES (?,?,?,?,?)"));
+    ChainSlicer slicer;
     int round_no = 0;
     for (const BattleRound &round : report.rounds) {
-        const bool fort_round = round.is_fort_round != 0;
+        const int fort_round = round.is_fort_round != 0 ? 1 : 0;
+        const int free_ap = report.is_square_rally && fort_round == 0 ? 1 : 0;
         insert_round.exec({file_name,
                            round_no,
                            nullable(round.npc_btype),
@@ -127,13 +130,21 @@ void TallyDb::insert_report(const QString &file_name, const BattleReport &report
                            nullable(report.player_id),
                            null_if_empty(report.player_name),
                            null_if_empty(report.alliance_name),
-                           fort_round ? 1 : 0,
-                           report.is_square_rally && !fort_round ? 1 : 0});
+                           fort_round,
+                           free_ap});
         for (const LootEntry &item : round.loot)
             insert_loot.exec({file_name, round_no, nullable(item.item_type),
                               nullable(item.item_subtype), nullable(item.value)});
+        slicer.add({{nullable(round.npc_btype), fort_round, free_ap,
+                     nullable(report.chain_start_time), nullable(report.chain_end_time), file_mtime,
+                     nullable(report.hero_id_1), nullable(report.hero_id_2),
+                     nullable(report.player_id), null_if_empty(report.player_name)},
+                    round.level,
+                    round.npc_ctid,
+                    round.loot});
         ++round_no;
     }
+    store_slices(file_name, slicer);
     transaction.commit(QStringLiteral("insert_report commit failed"));
 }
 

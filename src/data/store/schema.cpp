@@ -184,6 +184,7 @@ bool TallyDb::init_schema()
         run_schema_script(db);
         add_missing_columns(db);
         create_late_indexes(db);
+        ensure_chain_slices(db);
         exec_prepared(db, QStringLiteral("DROP TABLE IF EXISTS hero_dict"));
         exec_prepared(db, QStringLiteral("DROP TABLE IF EXISTS item_dict"));
         backfill_fort_flags(db);

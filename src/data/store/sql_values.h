@@ -5,6 +5,7 @@
 #include <QString>
 #include <QVariant>
 
+#include <limits>
 #include <optional>
 
 namespace tally::data {
@@ -40,6 +41,26 @@ inline std::optional<double> number_in(const QVariant &value)
 inline std::optional<int> int_in(const QVariant &value)
 {
     return to_int(number_in(value));
+}
+
+/// The value of a count or time that is 0 where the database has none.
+inline double number_or_zero(const QVariant &value)
+{
+    return number_in(value).value_or(0.0);
+}
+
+/// `value` with its fraction cut off; the nearest there is for what the type cannot hold, 0 for
+/// NaN.
+template <typename Int = int>
+Int saturated(double value)
+{
+    using Limits = std::numeric_limits<Int>;
+    // Below -min every double fits; -min itself is a power of two and exact.
+    if (value >= -static_cast<double>(Limits::min()))
+        return Limits::max();
+    if (value <= static_cast<double>(Limits::min()))
+        return Limits::min();
+    return value == value ? static_cast<Int>(value) : 0;
 }
 
 } // namespace tally::data

@@ -12,14 +12,21 @@
 #include <QString>
 #include <QThreadStorage>
 #include <QVariantList>
+#include <QVariantMap>
 
+#include <array>
+#include <functional>
+#include <map>
 #include <optional>
 #include <vector>
 
 namespace tally::data {
 
+class ChainSlicer;
 struct BattleReport;
+struct ChangeStamp;
 struct FortReport;
+struct LootSum;
 struct ThreadConnection;
 struct TrialReport;
 
@@ -79,13 +86,83 @@ public:
     QString setting_or(const QString &key, const QString &fallback) const;
     void set_setting(const QString &key, const QString &value);
 
-    // Chain statistics.
+    // Chain statistics. `from` is included, `to` is not; both look at a chain's start, or at its
+    // mail's modification time where the start is missing. Fort rounds count nowhere but in
+    // `honor_since`.
+
+    /// Which rounds all chain statistics look at: 0 all, 1 those that cost action points, 2 those
+    /// that were free. Set and read without a lock.
+    int free_ap_mode = 0;
+
+    /// The conditions for a table whose columns have this prefix ("r." or "").
+    ChainSqlFilter chain_filter(const QString &prefix, std::optional<double> from,
+                                std::optional<double> to, std::optional<double> player) const;
+    ChainSummary summary(double btype, std::optional<double> from, std::optional<double> to,
+                         std::optional<double> player) const;
+    /// The chain with the most won rounds, among those the shortest.
+    std::optional<BestChain> best_chain(double btype, std::optional<double> from,
+                                        std::optional<double> to,
+                                        std::optional<double> player) const;
+    std::vector<LootStat> loot_stats(double btype, std::optional<double> from,
+                                     std::optional<double> to, std::optional<double> player) const;
+    /// Chains by the local hour of their start.
+    std::array<int, 24> hourly(double btype, std::optional<double> from, std::optional<double> to,
+                               std::optional<double> player) const;
+    /// The pair with the most chains first.
+    std::vector<HeroPair> hero_pairs(double btype, std::optional<double> from,
+                                     std::optional<double> to, std::optional<double> player) const;
+    /// The newest chain first, each with all its rounds.
+    std::vector<ChainRun> chains_for_pair(int hero_1, int hero_2, double btype,
+                                          std::optional<double> from, std::optional<double> to,
+                                          std::optional<double> player) const;
+    std::optional<FortOfChain> fort_of_chain(const QString &file_name) const;
     std::vector<PlayerRow> players() const; ///< the account with the most chains first
+    /// Honor of the rounds with loot whose mail is younger.
+    int honor_since(double since) const;
     int chain_file_count() const;
     int report_count(std::optional<double> btype) const;
 
-    // Field fights.
+    // Field fights. `from` is included, `to` is not. `mode`: 0 field fights, 1 rallies, 2 garrison
+    // actions, 3 favourites, else all.
+
+    /// Maps from column name to value without the heroes' details, the newest mail first.
+    QVariantList field_attacks(std::optional<double> from, std::optional<double> to,
+                               std::optional<double> player, int limit, int mode) const;
+    FieldSummary field_summary(std::optional<double> from, std::optional<double> to,
+                               std::optional<double> player, int mode) const;
+    /// All columns of one attack; without an id of the mail's first.
+    std::optional<QVariantMap> field_attack(const QString &file_name,
+                                            std::optional<double> attack_id) const;
+    std::vector<PlayerRow> field_players() const; ///< the account with the most mails first
     int field_report_count() const;
+    std::vector<EnemyCount> top_enemies(int limit) const; ///< the most frequent first
+
+    // Boss kills and forts. `from` and `to` are included. An empty list of bosses means all.
+
+    std::vector<TrialPlayerRow> trial_players(const QStringList &bosses, std::optional<double> from,
+                                              std::optional<double> to) const;
+    /// The oldest first. A kill up to `gap_minutes` after the last one belongs to its session.
+    std::vector<TrialSession> trial_sessions(const QStringList &bosses, std::optional<double> from,
+                                             std::optional<double> to, int gap_minutes) const;
+    /// \param fights may be null; otherwise gets the number of kills (of the player, if one is
+    /// given).
+    std::vector<LootStat> trial_loot_stats(const QStringList &bosses, std::optional<double> from,
+                                           std::optional<double> to, const QString &player,
+                                           int *fights) const;
+    std::vector<SessionPlayer> session_players(const QStringList &files) const;
+    std::vector<PlayerKill> player_kills(const QStringList &files, const QString &player) const;
+    /// The account to follow: that of the most rounds, without rounds that of the most boss kills.
+    std::optional<double> keep_player() const;
+    /// The player's fights against the boss of the barbarian keep, the newest first.
+    std::vector<KeepKill> keep_kills(double player_id, int limit) const;
+    std::optional<double> last_keep_kill(double player_id) const;
+    std::optional<TrialDetail> trial_detail(const QString &file_name) const;
+    std::vector<FortRow> fort_list(std::optional<double> from, std::optional<double> to,
+                                   int min_level, int limit) const; ///< the newest first
+    std::vector<LootStat> fort_loot_stats(std::optional<double> from, std::optional<double> to,
+                                          int min_level, int *fights) const;
+    /// The chain that earned the fort; nothing while none is linked or its mail is not stored.
+    std::optional<FortBattle> fort_battle(const QString &file_name) const;
 
 private:
     [[noreturn]] static void fatal(const QString &message, const QSqlError &error);
@@ -141,13 +218,44 @@ private:
     static void add_missing_columns(const QSqlDatabase &db);
     static void create_late_indexes(const QSqlDatabase &db);
     static void backfill_fort_flags(const QSqlDatabase &db);
+    /// Lets the planner know how large the tables are; a failure costs speed only.
+    static void refresh_statistics(const QSqlDatabase &db);
+
+    // Slices of chains (chain_slice.h), kept by triggers: any change of a chain's rows, by whatever
+    // program, deletes its slices and notes its name in `stale_chains`.
+    static void ensure_chain_slices(const QSqlDatabase &db);
+    void slice_stale_chains() const;
+    bool slice_chain(const QString &file_name) const;
+    void store_slices(const QString &file_name, const ChainSlicer &slicer) const;
+    /// Whether the slices tell of all rounds.
+    bool slices_complete() const;
 
     struct UnlinkedFort {
         QString file_name;
         double event_time;
     };
+    int link_forts_and_slice(const QSqlDatabase &db) const;
     static std::vector<UnlinkedFort> unlinked_forts(const QSqlDatabase &db);
     static std::optional<QString> chain_for_fort(const QSqlDatabase &db, double event_time);
+
+    /// The result of `compute` on one state of the database, or that of the last time if nothing
+    /// was written since. `question` and `params` tell all that the result depends on.
+    template <typename Result>
+    Result remembered(const QString &question, const QVariantList &params,
+                      const std::function<Result()> &compute) const;
+    ChangeStamp change_stamp() const;
+
+    /// The table that statistics read: the slices, or the rounds while the slices lack some.
+    QString chain_table() const;
+    void classify_rounds(ChainSummary &summary, const QString &filter,
+                         const QVariantList &params) const;
+    void classify_slices(ChainSummary &summary, const QString &filter,
+                         const QVariantList &params) const;
+    std::vector<LootSum> sliced_loot_sums(const QString &filter, const QVariantList &params) const;
+    std::map<int, std::vector<LootEntry>> round_loot(const QString &file_name) const;
+    std::vector<ChainRound> rounds_of(const QString &file_name) const;
+    std::vector<PlayerRow> player_rows(const QString &table) const;
+    std::vector<LootSum> loot_sums(const QString &sql, const QVariantList &params) const;
 
     /// Keeps the statement prepared.
     bool any_row(const QString &sql, const QVariantList &params) const;
