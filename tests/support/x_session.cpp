@@ -1,5 +1,9 @@
 #include "support/x_session.h"
 
+#include <sys/prctl.h>
+
+#include <csignal>
+
 namespace tally::test {
 
 namespace {
@@ -22,6 +26,9 @@ void end(QProcess &process)
 
 XSession::XSession(Manager manager)
 {
+    // A test that is killed must not leave them behind.
+    for (QProcess *process : {&server_, &manager_})
+        process->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
     running_ = start_server() && (manager == Manager::None || start_manager());
 }
 
