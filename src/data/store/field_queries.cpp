@@ -60,7 +60,7 @@ QVariantList TallyDb::field_attacks(std::optional<double> from, std::optional<do
         WHERE %2
         ORDER BY email_time DESC, tour_id DESC, attack_seq ASC
         LIMIT ?)sql")
-                                  .arg(conditions.sql()),
+                                  .arg(table, conditions.sql()),
                               conditions.params + QVariantList{limit});
     while (rows.next())
         attacks << row_as_map(rows);
