@@ -190,6 +190,11 @@ struct ModeCase {
     std::vector<int> modes;
 };
 
+void PrintTo(const ModeCase &kind, std::ostream *out)
+{
+    *out << kind.name;
+}
+
 class FieldMode : public testing::TestWithParam<ModeCase> {};
 
 TEST_P(FieldMode, HoldsTheAttacksOfItsKind)

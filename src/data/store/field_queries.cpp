@@ -47,6 +47,11 @@ QVariantList TallyDb::field_attacks(std::optional<double> from, std::optional<do
 {
     const SqlConditions conditions =
         field_conditions(QStringLiteral("email_time IS NOT NULL"), mode, from, to, player);
+    // Left alone, the planner would gather and sort all attacks of the kind instead of walking back
+    // in time until there are enough. Favourites are too rare for that.
+    const QString table = mode == favorites
+                              ? QStringLiteral("field_reports")
+                              : QStringLiteral("field_reports INDEXED BY idx_field_time");
     QVariantList attacks;
     auto rows = exec_prepared(connection(),
                               QStringLiteral(R"sql(
@@ -60,7 +65,7 @@ QVariantList TallyDb::field_attacks(std::optional<double> from, std::optional<do
         WHERE %2
         ORDER BY email_time DESC, tour_id DESC, attack_seq ASC
         LIMIT ?)sql")
-                                  .arg(conditions.sql()),
+                                  .arg(table, conditions.sql()),
                               conditions.params + QVariantList{limit});
     while (rows.next())
         attacks << row_as_map(rows);
