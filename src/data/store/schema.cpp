@@ -181,12 +181,17 @@ bool TallyDb::init_schema()
         const QMutexLocker lock(&write_mutex_);
         const QSqlDatabase db = connection();
         dropped = migrate_structure(db);
-        run_schema_script(db);
-        add_missing_columns(db);
-        create_late_indexes(db);
+        {
+            // Another process may be doing the same: what a table lacks is asked and added in one.
+            Transaction transaction(db);
+            run_schema_script(db);
+            add_missing_columns(db);
+            create_late_indexes(db);
+            exec_prepared(db, QStringLiteral("DROP TABLE IF EXISTS hero_dict"));
+            exec_prepared(db, QStringLiteral("DROP TABLE IF EXISTS item_dict"));
+            transaction.commit(QStringLiteral("schema commit failed"));
+        }
         ensure_chain_slices(db);
-        exec_prepared(db, QStringLiteral("DROP TABLE IF EXISTS hero_dict"));
-        exec_prepared(db, QStringLiteral("DROP TABLE IF EXISTS item_dict"));
         backfill_fort_flags(db);
     }
     try {
