@@ -32,6 +32,7 @@ private:
     void refresh_icons();
 
     MasterDownload download_;
+    DownloadTimeouts timeouts_;
     QString icon_cache_dir_;
 };
 

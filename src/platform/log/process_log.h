@@ -5,12 +5,14 @@
 #include <QString>
 
 #include <cstdio>
-#include <mutex>
 
 namespace tally::platform {
 
 struct ProcessLogOptions {
-    RotatingFileOptions file;
+    QString path;     ///< of the file; older ones have a number before their suffix
+    QString run_line; ///< see `start_line`: the first line of this run and of every further file
+    qint64 rotate_at = 1 << 20; ///< bytes
+    int kept = 3;               ///< files at most
     std::FILE *echo = stderr;
 };
 
@@ -19,26 +21,28 @@ struct ProcessLogOptions {
 /// nothing but the file.
 class ProcessLog {
 public:
-    explicit ProcessLog(ProcessLogOptions options);
+    explicit ProcessLog(const ProcessLogOptions &options);
     ~ProcessLog();
     ProcessLog(const ProcessLog &) = delete;
     ProcessLog &operator=(const ProcessLog &) = delete;
 
     /// Logs a line that has its own prefix in brackets: as it stands to the standard error stream,
-    /// with the time to the file. Without a living log it only goes to the standard error stream.
+    /// with the time to the file. While no log lives it only goes to the standard error stream.
     static void line(const QString &text);
 
 private:
     static void on_message(QtMsgType type, const QMessageLogContext &context, const QString &text);
-    void write(const QString &echoed, const QString &filed);
+    static void write(const QString &echoed, const QString &filed);
 
-    std::mutex mutex_;
     RotatingFile file_;
     std::FILE *echo_;
     QtMessageHandler former_handler_;
 };
 
-/// The name, version, Qt version, platform and store of a run that starts now.
+/// Where the graphical program logs: logs/tallyhand.log in the data folder.
+QString log_path();
+
+/// Name, version, Qt version, platform and store of this run.
 QString start_line(const QString &store_path);
 
 } // namespace tally::platform

@@ -8,7 +8,7 @@ namespace tally::platform {
 struct RotatingFileOptions {
     QString path;               ///< "tallyhand.log"; older ones are "tallyhand.1.log" and so on
     qint64 rotate_at = 1 << 20; ///< bytes
-    int kept = 3;               ///< files, the present one included
+    int kept = 3;               ///< files at most, the present one included
     QString first_line;         ///< written at the start and on top of every further file
 };
 
@@ -22,7 +22,7 @@ public:
 
 private:
     bool open();
-    void rotate();
+    void make_room();
     QString name_of(int age) const;
 
     RotatingFileOptions options_;
