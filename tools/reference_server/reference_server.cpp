@@ -85,6 +85,7 @@ bool ReferenceServer::listen(quint16 port)
 void ReferenceServer::on_connection()
 {
     while (QTcpSocket *socket = server_.nextPendingConnection()) {
+        socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
         QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
         const auto head = std::make_shared<QByteArray>();
         const auto on_data = [this, socket, head] {
