@@ -21,7 +21,7 @@ Q_LOGGING_CATEGORY(test_log, "tally.test")
 
 class Log : public testing::Test {
 protected:
-    ~Log() override { std::fclose(echo_); }
+    ~Log() override { EXPECT_EQ(std::fclose(echo_), 0); }
 
     std::unique_ptr<ProcessLog> start(qint64 rotate_at = 1 << 20)
     {
@@ -54,7 +54,7 @@ protected:
     }
     QByteArray echoed() const
     {
-        std::fflush(echo_);
+        EXPECT_EQ(std::fflush(echo_), 0);
         std::rewind(echo_);
         QByteArray text(1 << 16, '\0');
         text.truncate(static_cast<qsizetype>(
@@ -143,6 +143,7 @@ TEST_F(Log, ThreadsNeitherLoseNorMixLines)
     constexpr int lines_each = 200;
     const auto log = start();
     std::vector<std::thread> running;
+    running.reserve(threads);
     for (int thread = 0; thread < threads; ++thread)
         running.emplace_back([thread] {
             for (int i = 0; i < lines_each; ++i)

@@ -2,8 +2,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
-
-#include <cstdio>
+#include <QTextStream>
 
 using namespace tally::reference;
 
@@ -11,7 +10,7 @@ namespace {
 
 int fail(const QString &reason)
 {
-    std::fprintf(stderr, "reference_server: %s\n", reason.toLocal8Bit().constData());
+    QTextStream(stderr) << "reference_server: " << reason << Qt::endl;
     return 2;
 }
 
@@ -56,7 +55,6 @@ int main(int argc, char *argv[])
         return fail(QStringLiteral("no such port: ") + parser.value(port));
     if (!server.listen(number))
         return fail(server.error());
-    std::printf("https://localhost:%d\n", server.port());
-    std::fflush(stdout);
+    QTextStream(stdout) << "https://localhost:" << server.port() << Qt::endl;
     return QCoreApplication::exec();
 }

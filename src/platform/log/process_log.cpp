@@ -45,7 +45,7 @@ QString dated(QString text)
 
 void echo_line(std::FILE *stream, const QString &text)
 {
-    std::fputs((text + u'\n').toLocal8Bit().constData(), stream);
+    static_cast<void>(std::fputs((text + u'\n').toLocal8Bit().constData(), stream));
 }
 
 } // namespace
