@@ -1,6 +1,7 @@
 #include "master/master_cache.h"
 
 #include "mail/numbers.h"
+#include "master/icon_file.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,7 +10,6 @@
 #include <QReadLocker>
 #include <QWriteLocker>
 
-#include <algorithm>
 #include <cmath>
 
 namespace tally::data {
@@ -40,16 +40,6 @@ QString item_number_text(double number)
 bool is_map(const QVariant &value)
 {
     return value.typeId() == QMetaType::QVariantMap;
-}
-
-/// A hash comes from the server: it becomes a file name only if it cannot lead out of its folder.
-bool is_safe_file_stem(const QString &hash)
-{
-    const auto is_safe = [](QChar c) {
-        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') ||
-               c == u'-' || c == u'_';
-    };
-    return !hash.isEmpty() && std::all_of(hash.begin(), hash.end(), is_safe);
 }
 
 } // namespace
@@ -181,9 +171,10 @@ std::optional<QString> MasterCache::icon_path(const QString &section_name, const
             .value(QStringLiteral("hash"))
             .toString();
     }();
-    if (!is_safe_file_stem(hash))
+    const std::optional<QString> file_name = icon_file_name(hash);
+    if (!file_name)
         return std::nullopt;
-    const QString path = QDir(cache_dir).filePath(QStringLiteral("%1.webp").arg(hash));
+    const QString path = QDir(cache_dir).filePath(*file_name);
     return QFile::exists(path) ? std::optional(path) : std::nullopt;
 }
 

@@ -1,0 +1,49 @@
+#include "master/key_pin.h"
+
+#include <QCryptographicHash>
+
+#include <openssl/x509.h>
+
+#include <memory>
+
+namespace tally::data {
+namespace {
+
+template <auto release>
+struct Release {
+    template <typename T>
+    void operator()(T *owned) const
+    {
+        release(owned);
+    }
+};
+
+using Certificate = std::unique_ptr<X509, Release<X509_free>>;
+using PublicKey = std::unique_ptr<EVP_PKEY, Release<EVP_PKEY_free>>;
+
+QByteArray der_of(const PublicKey &key)
+{
+    const int size = i2d_PUBKEY(key.get(), nullptr);
+    if (size <= 0)
+        return {};
+    QByteArray der(size, '\0');
+    auto *position = reinterpret_cast<unsigned char *>(der.data());
+    i2d_PUBKEY(key.get(), &position);
+    return der;
+}
+
+} // namespace
+
+QByteArray public_key_pin(const QByteArray &certificate)
+{
+    const auto *position = reinterpret_cast<const unsigned char *>(certificate.constData());
+    const Certificate parsed(d2i_X509(nullptr, &position, static_cast<long>(certificate.size())));
+    if (!parsed)
+        return {};
+    const PublicKey key(X509_get_pubkey(parsed.get()));
+    const QByteArray der = key ? der_of(key) : QByteArray();
+    return der.isEmpty() ? QByteArray()
+                         : QCryptographicHash::hash(der, QCryptographicHash::Sha256).toBase64();
+}
+
+} // namespace tally::data

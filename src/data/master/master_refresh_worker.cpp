@@ -1,0 +1,133 @@
+#include "master/master_refresh_worker.h"
+
+#include "master/icon_file.h"
+#include "master/master_cache.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QLoggingCategory>
+#include <QThread>
+
+#include <array>
+#include <set>
+
+Q_LOGGING_CATEGORY(log_net, "tally.net")
+
+namespace tally::data {
+namespace {
+
+constexpr std::array kinds = {
+    QLatin1StringView("heroes"),    QLatin1StringView("items"), QLatin1StringView("inscriptions"),
+    QLatin1StringView("armaments"), QLatin1StringView("barbs"), QLatin1StringView("icons_index"),
+};
+constexpr std::array icon_sections = {
+    QLatin1StringView("loot"),
+    QLatin1StringView("all_loot"),
+    QLatin1StringView("commanders"),
+};
+
+// The first import waits for the icons: a server that hangs must not keep it waiting for hours.
+constexpr int most_silences = 3;
+
+bool is_told_to_stop()
+{
+    return QThread::currentThread()->isInterruptionRequested();
+}
+
+std::set<QString> hashes_of(const QJsonObject &index)
+{
+    std::set<QString> hashes;
+    for (const QLatin1StringView name : icon_sections) {
+        const QJsonObject section = index.value(name).toObject();
+        for (const QJsonValue entry : section)
+            hashes.insert(entry.toObject().value(QLatin1StringView("hash")).toString());
+    }
+    hashes.erase(QString());
+    return hashes;
+}
+
+QStringList missing_icons(const QJsonObject &index, const QDir &dir)
+{
+    QStringList names;
+    for (const QString &hash : hashes_of(index)) {
+        const std::optional<QString> name = icon_file_name(hash);
+        if (!name)
+            qCWarning(log_net) << "master refresh: no file name for icon hash" << hash.left(80);
+        else if (!dir.exists(*name))
+            names.append(*name);
+    }
+    return names;
+}
+
+} // namespace
+
+MasterRefreshWorker::MasterRefreshWorker(platform::Endpoint endpoint, QString icon_cache_dir,
+                                         DownloadTimeouts timeouts)
+    : download_(std::move(endpoint), timeouts), timeouts_(timeouts),
+      icon_cache_dir_(std::move(icon_cache_dir))
+{}
+
+void MasterRefreshWorker::run()
+{
+    bool has_loaded = false;
+    try {
+        has_loaded = refresh_tables();
+        if (has_loaded && !is_told_to_stop()) {
+            Q_EMIT statusMessage(QStringLiteral("Downloading icons..."));
+            refresh_icons();
+        }
+    } catch (const std::exception &error) {
+        qCWarning(log_net) << "MasterRefreshWorker EXC:" << error.what();
+        has_loaded = false;
+    }
+    Q_EMIT masterRefreshDone(has_loaded);
+}
+
+bool MasterRefreshWorker::refresh_tables()
+{
+    bool has_loaded = false;
+    for (const QLatin1StringView name : kinds) {
+        if (is_told_to_stop())
+            break;
+        const QString kind(name);
+        Q_EMIT statusMessage(QStringLiteral("Downloading %1...").arg(kind));
+        const ApiResult table = download_.fetch_master(kind);
+        if (!table.ok) {
+            qCWarning(log_net) << "master refresh: kind" << kind
+                               << "failed status=" << table.status;
+            continue;
+        }
+        const QByteArray json = QJsonDocument(table.json).toJson(QJsonDocument::Compact);
+        if (MasterCache::instance().load_json(kind, json))
+            has_loaded = true;
+    }
+    return has_loaded;
+}
+
+void MasterRefreshWorker::refresh_icons()
+{
+    const QDir dir(icon_cache_dir_);
+    dir.mkpath(QStringLiteral("."));
+    const ApiResult index = download_.fetch_master(QString(kinds.back()));
+    if (!index.ok)
+        return;
+
+    int downloaded = 0;
+    int silences = 0;
+    for (const QString &name : missing_icons(index.json, dir)) {
+        if (is_told_to_stop() || silences == most_silences)
+            break;
+        QElapsedTimer timer;
+        timer.start();
+        if (download_.fetch_icon(QFileInfo(name).baseName(), dir.filePath(name)))
+            ++downloaded;
+        else if (timer.hasExpired(timeouts_.icon_ms))
+            ++silences;
+    }
+    if (downloaded > 0)
+        qCInfo(log_net) << "master refresh: downloaded" << downloaded << "icons";
+}
+
+} // namespace tally::data
