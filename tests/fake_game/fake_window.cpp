@@ -55,7 +55,7 @@ xcb_atom_t FakeWindow::atom(const char *name)
         connection_,
         xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(std::strlen(name)), name),
         nullptr);
-    const xcb_atom_t found = reply != nullptr ? reply->atom : XCB_ATOM_NONE;
+    const xcb_atom_t found = reply != nullptr ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
     std::free(reply);
     return found;
 }

@@ -26,7 +26,7 @@ constexpr int deepest_window_tree = 64;
 xcb_window_t x_window(WindowHandle window)
 {
     constexpr WindowHandle widest = std::numeric_limits<xcb_window_t>::max();
-    return window <= widest ? static_cast<xcb_window_t>(window) : XCB_WINDOW_NONE;
+    return window <= widest ? static_cast<xcb_window_t>(window) : xcb_window_t{XCB_WINDOW_NONE};
 }
 
 } // namespace
@@ -65,7 +65,7 @@ void X11Windows::connect()
     for (std::size_t i = 0; i < names.size(); ++i) {
         const ReplyPtr<xcb_intern_atom_reply_t> reply{
             xcb_intern_atom_reply(connection_, cookies[i], nullptr)};
-        atoms_[i] = reply ? reply->atom : XCB_ATOM_NONE;
+        atoms_[i] = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
     }
     xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection_));
     for (int i = 0; i < screen_number && screens.rem > 1; ++i)
@@ -195,9 +195,9 @@ WindowRect X11Windows::outer_rect(WindowHandle window)
     std::array<int, 4> frame{}; // left, right, top, bottom
     const std::vector<std::uint32_t> extents = numbers(client, NetFrameExtents);
     if (extents.size() == frame.size()) {
-        constexpr std::uint32_t widest_frame = 0x7FFF;
-        std::transform(extents.begin(), extents.end(), frame.begin(),
-                       [](std::uint32_t e) { return static_cast<int>(std::min(e, widest_frame)); });
+        std::transform(extents.begin(), extents.end(), frame.begin(), [](std::uint32_t extent) {
+            return static_cast<int>(std::min<std::uint32_t>(extent, 0x7FFF));
+        });
     }
     const int border = geometry->border_width;
     const WindowRect rect{origin->dst_x - border - frame[0], origin->dst_y - border - frame[2],
