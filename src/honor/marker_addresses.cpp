@@ -5,33 +5,20 @@
 #include "memory_window.h"
 #include "roll_start.h"
 
-#include <algorithm>
-#include <iterator>
+#include <optional>
 
 namespace tally::honor {
 
 namespace {
 
-std::vector<RollStart> starts_at(platform::ProcessMemory &process,
-                                 const std::vector<MarkerSite> &sites, bool of_player,
-                                 const std::stop_token &stop)
+std::optional<RollStart> start_at(platform::ProcessMemory &process, const MarkerHit &hit,
+                                  const std::stop_token &stop)
 {
-    std::vector<RollStart> starts;
-    for (const MarkerSite &site : sites) {
-        if (stop.stop_requested())
-            return {};
-        if ((site.hit.marker == player_marker) != of_player)
-            continue;
-        // Nothing that a read can use lies farther from the hit.
-        const std::uint64_t begin =
-            address_below(site.hit.name_address, SiteCollector::roll_reach + roll_window.before);
-        const std::uint64_t end =
-            site.hit.name_address + SiteCollector::roll_reach + roll_window.before;
-        const QByteArray memory = read_window(process, begin, end - begin, stop);
-        if (const auto start = roll_start_around(site.hit, memory, begin))
-            starts.push_back(*start);
-    }
-    return without_misleading(starts);
+    // Nothing that a read can use lies farther from the hit.
+    constexpr std::uint64_t reach = SiteCollector::roll_reach + roll_window.before;
+    const std::uint64_t begin = address_below(hit.name_address, reach);
+    const std::uint64_t size = hit.name_address + reach - begin;
+    return roll_start_around(hit, read_window(process, begin, size, stop), begin);
 }
 
 } // namespace
@@ -48,14 +35,19 @@ std::vector<std::uint64_t> find_marker_addresses(platform::ProcessMemory &proces
     walk.run(low, high, [&](QByteArrayView bytes, std::uint64_t address) {
         scan.find(bytes, address, on_hit);
     });
-    const std::vector<MarkerSite> sites = collector.finish();
-    std::vector<RollStart> starts = starts_at(process, sites, true, stop);
-    if (starts.empty())
-        starts = starts_at(process, sites, false, stop);
-    std::vector<std::uint64_t> addresses;
-    std::transform(starts.begin(), starts.end(), std::back_inserter(addresses),
-                   [](const RollStart &start) { return start.address; });
-    return addresses;
+    std::vector<RollStart> starts;
+    bool own_honor_found = false;
+    for (const MarkerSite &site : collector.finish()) {
+        if (stop.stop_requested())
+            return {};
+        if (own_honor_found && site.hit.marker != player_marker)
+            break;
+        if (const auto start = start_at(process, site.hit, stop)) {
+            starts.push_back(*start);
+            own_honor_found = own_honor_found || start->own_honor > 0;
+        }
+    }
+    return best_addresses(starts);
 }
 
 } // namespace tally::honor

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <iterator>
 #include <numeric>
+#include <set>
+#include <utility>
 
 namespace tally::honor {
 
@@ -84,20 +86,6 @@ std::int64_t honor_sum(QByteArrayView roll)
                            });
 }
 
-/// Whether a read from `start` sees the record at `hit` when it looks for the player's honor.
-bool sees(const RollStart &start, std::uint64_t hit)
-{
-    const std::uint64_t begin = address_below(start.address, own_honor_window.before);
-    return hit >= begin && hit - begin < own_honor_window.size;
-}
-
-bool misleads(const RollStart &start, const RollStart &truth)
-{
-    if (truth.own_honor > start.own_honor)
-        return sees(start, truth.hit);
-    return truth.own_honor == start.own_honor && truth.honor_sum > start.honor_sum;
-}
-
 } // namespace
 
 std::optional<RollStart> roll_start_around(const MarkerHit &hit, QByteArrayView memory,
@@ -120,20 +108,25 @@ std::optional<RollStart> roll_start_around(const MarkerHit &hit, QByteArrayView 
         if (count_records(view_of(score_window, address, memory, memory_address)) < least_score)
             continue;
         const bool players = hit.marker == player_marker && plausible_own_honor.holds(hit.honor);
-        return RollStart{address, hit.name_address, players ? hit.honor : 0,
+        return RollStart{address, players ? hit.honor : 0,
                          honor_sum(view_of(roll_window, address, memory, memory_address))};
     }
     return std::nullopt;
 }
 
-std::vector<RollStart> without_misleading(const std::vector<RollStart> &starts)
+std::vector<std::uint64_t> best_addresses(const std::vector<RollStart> &starts)
 {
-    std::vector<RollStart> kept;
-    std::copy_if(starts.begin(), starts.end(), std::back_inserter(kept), [&](const auto &start) {
-        return std::none_of(starts.begin(), starts.end(),
-                            [&](const auto &other) { return misleads(start, other); });
-    });
-    return kept;
+    using Worth = std::pair<std::int64_t, std::int64_t>;
+    const auto worth = [](const RollStart &s) { return Worth{s.own_honor, s.honor_sum}; };
+    Worth most{0, 0};
+    for (const RollStart &start : starts)
+        most = std::max(most, worth(start));
+    std::set<std::uint64_t> addresses;
+    for (const RollStart &start : starts) {
+        if (worth(start) == most)
+            addresses.insert(start.address);
+    }
+    return {addresses.begin(), addresses.end()};
 }
 
 } // namespace tally::honor

@@ -23,9 +23,9 @@ inline constexpr int least_score = 80;
 /// An address from which a read takes in the roll around a hit.
 struct RollStart {
     std::uint64_t address = 0;
-    std::uint64_t hit = 0;       ///< address of the marker's name
-    std::int64_t own_honor = 0;  ///< at the hit; 0 if not plausible as the player's
-    std::int64_t honor_sum = 0;  ///< of everybody whom a read from there would see first
+    std::int64_t own_honor = 0; ///< at the hit; 0 if not plausible as the player's
+    std::int64_t honor_sum = 0; ///< of all whom a read from there would see: honor only grows, so
+                                ///< that a fuller and fresher copy has the larger sum
 };
 
 /// Where to start so that a read sees the roll from its first record on, and nothing before it:
@@ -36,8 +36,9 @@ struct RollStart {
 std::optional<RollStart> roll_start_around(const MarkerHit &hit, QByteArrayView memory,
                                            std::uint64_t memory_address);
 
-/// Drops the starts that would make a read show an older or a torn copy: a read takes the lowest of
-/// the addresses that show it the highest own honor, and knows no more about them.
-std::vector<RollStart> without_misleading(const std::vector<RollStart> &starts);
+/// The addresses of the starts with the most own honor, among these with the largest sum. A read
+/// takes the lowest of the addresses that show it the highest own honor: any other start is either
+/// never taken, or taken by mistake, for a record that belongs to the roll of a better one.
+std::vector<std::uint64_t> best_addresses(const std::vector<RollStart> &starts);
 
 } // namespace tally::honor
