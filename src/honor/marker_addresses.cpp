@@ -1,0 +1,53 @@
+#include "marker_addresses.h"
+
+#include "marker_sites.h"
+#include "memory_walk.h"
+#include "memory_window.h"
+#include "roll_start.h"
+
+#include <optional>
+
+namespace tally::honor {
+
+namespace {
+
+std::optional<RollStart> start_at(platform::ProcessMemory &process, const MarkerHit &hit,
+                                  const std::stop_token &stop)
+{
+    // Nothing that a read can use lies farther from the hit.
+    constexpr std::uint64_t reach = SiteCollector::roll_reach + roll_window.before;
+    const std::uint64_t begin = address_below(hit.name_address, reach);
+    const std::uint64_t size = hit.name_address + reach - begin;
+    return roll_start_around(hit, read_window(process, begin, size, stop), begin);
+}
+
+} // namespace
+
+std::vector<std::uint64_t> find_marker_addresses(platform::ProcessMemory &process,
+                                                 std::uint64_t low, std::uint64_t high,
+                                                 const Markers &markers,
+                                                 const std::stop_token &stop)
+{
+    const MarkerScan scan{markers};
+    SiteCollector collector;
+    const auto on_hit = [&](const MarkerHit &hit) { collector.add(hit); };
+    MemoryWalk walk{process, static_cast<std::size_t>(scan.longest_record()), stop};
+    walk.run(low, high, [&](QByteArrayView bytes, std::uint64_t address) {
+        scan.find(bytes, address, on_hit);
+    });
+    std::vector<RollStart> starts;
+    bool own_honor_found = false;
+    for (const MarkerSite &site : collector.finish()) {
+        if (stop.stop_requested())
+            return {};
+        if (own_honor_found && site.hit.marker != player_marker)
+            break;
+        if (const auto start = start_at(process, site.hit, stop)) {
+            starts.push_back(*start);
+            own_honor_found = own_honor_found || start->own_honor > 0;
+        }
+    }
+    return best_addresses(starts);
+}
+
+} // namespace tally::honor

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "host/host.h"
+
+#include <xcb/xcb.h>
+
+#include <array>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tally::platform {
+
+/// The windows of an X server, through a connection of its own that opens at first use. Without a
+/// server every question is answered with nothing.
+class X11Windows {
+public:
+    /// `display` as in DISPLAY, which stands in for an empty text.
+    explicit X11Windows(std::string display);
+    ~X11Windows();
+    X11Windows(const X11Windows &) = delete;
+    X11Windows &operator=(const X11Windows &) = delete;
+
+    std::vector<WindowHandle> top_level();
+    bool exists(WindowHandle window);
+    bool visible(WindowHandle window);
+    bool minimised(WindowHandle window);
+    std::u16string title(WindowHandle window);
+    std::uint32_t process_id(WindowHandle window);
+    WindowRect outer_rect(WindowHandle window);
+    WindowHandle foreground();
+
+private:
+    enum Atom {
+        ClientListStacking,
+        SupportingWmCheck,
+        ActiveWindow,
+        NetWmName,
+        NetWmPid,
+        NetWmState,
+        NetWmStateHidden,
+        NetFrameExtents,
+        WmState,
+        Utf8String,
+        AtomCount
+    };
+
+    bool connected();
+    void connect();
+    bool managed();
+    std::vector<std::uint32_t> numbers(xcb_window_t window, Atom property);
+    std::optional<std::string> bytes(xcb_window_t window, xcb_atom_t property, xcb_atom_t type);
+    std::vector<xcb_window_t> children_of_root();
+    xcb_window_t top_level_of(xcb_window_t window);
+
+    std::string display_;
+    std::once_flag connect_once_;
+    xcb_connection_t *connection_ = nullptr;
+    xcb_window_t root_ = XCB_WINDOW_NONE;
+    std::array<xcb_atom_t, AtomCount> atoms_{};
+};
+
+} // namespace tally::platform

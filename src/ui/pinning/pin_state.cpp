@@ -1,0 +1,166 @@
+#include "pin_state.h"
+
+#include <utility>
+
+namespace tally::ui {
+
+using platform::WindowHandle;
+using platform::WindowRect;
+
+const PinPolicy statistics_pin{QLatin1StringView{"overlay_"},
+                               {80, 80},
+                               PinPolicy::Pixels::Logical,
+                               PinPolicy::WhenAway::Hide,
+                               PinPolicy::FreePosition::Unpinned,
+                               place_by_centre,
+                               position_inside};
+
+const PinPolicy honor_pin{QLatin1StringView{"honor_tracker_"},
+                          {200, 150},
+                          PinPolicy::Pixels::Physical,
+                          PinPolicy::WhenAway::Stay,
+                          PinPolicy::FreePosition::Always,
+                          place_by_nearest_corner,
+                          position_from_corner};
+
+PinState::PinState(platform::Host &host, const PinPolicy &policy, PinSettings settings)
+    : host_(host), policy_(policy), settings_(std::move(settings)),
+      own_process_(host.own_process_id())
+{
+    pinned_ = settings_.read(key("pinned"), QStringLiteral("0")) == u"1";
+    const PinPlace defaults;
+    place_.off_x = read_number("pin_off_x", defaults.off_x);
+    place_.off_y = read_number("pin_off_y", defaults.off_y);
+    place_.anchor =
+        anchor_of_text(settings_.read(key("pin_anchor"), anchor_text(defaults.anchor)));
+    target_exe_ = settings_.read(key("pin_target_exe"), QString{});
+    free_position_ = {read_number("x", policy.free_position.x),
+                      read_number("y", policy.free_position.y)};
+}
+
+QString PinState::key(const char *name) const
+{
+    return policy_.key_prefix + QLatin1StringView{name};
+}
+
+int PinState::read_number(const char *name, int fallback) const
+{
+    bool ok = false;
+    const int value = settings_.read(key(name), QString::number(fallback)).toInt(&ok);
+    return ok ? value : fallback;
+}
+
+WindowHandle PinState::find_target()
+{
+    const auto windows = platform::find_game_windows(host_);
+    const platform::GameWindowInfo *found = platform::pick_game_window(windows, target_exe_);
+    return found != nullptr ? found->hwnd : platform::no_window;
+}
+
+/// The remembered window's rectangle in the pixels of the policy.
+WindowRect PinState::game_rect(double pixel_ratio)
+{
+    if (game_window_ == platform::no_window)
+        return {};
+    const WindowRect rect = host_.window_rect(game_window_);
+    return policy_.pixels == PinPolicy::Pixels::Logical ? in_logical_pixels(rect, pixel_ratio)
+                                                        : rect;
+}
+
+/// A dialog of this program in front leaves the overlay where it is, too.
+bool PinState::game_in_front()
+{
+    const std::uint32_t front = host_.window_process_id(host_.foreground_window());
+    const std::uint32_t game = host_.window_process_id(game_window_);
+    return front == own_process_ || (game != 0 && game == front);
+}
+
+PinStep PinState::tick(const OverlayView &overlay)
+{
+    if (closing_ || !pinned_ || dragging_)
+        return {};
+    bool usable = platform::window_usable(host_, game_window_);
+    if (!usable) {
+        game_window_ = find_target();
+        usable = platform::window_usable(host_, game_window_);
+    }
+    const bool hides = policy_.when_away == PinPolicy::WhenAway::Hide;
+    const WindowRect game = usable || !hides ? game_rect(overlay.pixel_ratio) : WindowRect{};
+    PinStep step;
+    if (hides && (!game.valid || !game_in_front())) {
+        if (!std::exchange(hidden_by_pin_, true))
+            step.visibility = PinStep::Visibility::Hide;
+        return step;
+    }
+    if (!game.valid)
+        return step;
+    if (std::exchange(hidden_by_pin_, false))
+        step.visibility = PinStep::Visibility::Show;
+    const PinPoint wanted = policy_.position(place_, overlay.box, game);
+    if (wanted.x != overlay.box.x || wanted.y != overlay.box.y)
+        step.move_to = wanted;
+    return step;
+}
+
+PinStep PinState::set_pinned(bool pinned)
+{
+    pinned_ = pinned;
+    settings_.write(key("pinned"), pinned ? QStringLiteral("1") : QStringLiteral("0"));
+    PinStep step;
+    if (!pinned && std::exchange(hidden_by_pin_, false))
+        step.visibility = PinStep::Visibility::Show;
+    return step;
+}
+
+QList<platform::GameWindowInfo> PinState::windows_to_choose_from()
+{
+    if (!target_exe_.isEmpty())
+        return {};
+    const auto windows = platform::find_game_windows(host_);
+    return windows.size() > 1 ? windows : QList<platform::GameWindowInfo>{};
+}
+
+void PinState::choose_target(const QString &exe_path)
+{
+    target_exe_ = exe_path;
+    settings_.write(key("pin_target_exe"), exe_path);
+    game_window_ = platform::no_window; // the next tick finds the target anew
+}
+
+void PinState::anchor_here(const OverlayView &overlay)
+{
+    game_window_ = find_target();
+    if (!platform::window_usable(host_, game_window_))
+        return;
+    const WindowRect game = game_rect(overlay.pixel_ratio);
+    if (game.valid)
+        store_place(overlay.box, game);
+}
+
+void PinState::end_drag(const OverlayView &overlay)
+{
+    dragging_ = false;
+    if (!pinned_ || policy_.free_position_stored == PinPolicy::FreePosition::Always) {
+        free_position_ = {overlay.box.x, overlay.box.y};
+        settings_.write(key("x"), QString::number(free_position_.x));
+        settings_.write(key("y"), QString::number(free_position_.y));
+    }
+    if (!pinned_)
+        return;
+    const bool needs_usable = policy_.when_away == PinPolicy::WhenAway::Hide;
+    if (needs_usable && !platform::window_usable(host_, game_window_))
+        return;
+    const WindowRect game = game_rect(overlay.pixel_ratio);
+    if (game.valid)
+        store_place(overlay.box, game);
+}
+
+void PinState::store_place(const OverlayBox &overlay, const WindowRect &game)
+{
+    place_ = policy_.derive(overlay, game);
+    settings_.write(key("pin_off_x"), QString::number(place_.off_x));
+    settings_.write(key("pin_off_y"), QString::number(place_.off_y));
+    settings_.write(key("pin_anchor"), anchor_text(place_.anchor));
+}
+
+} // namespace tally::ui

@@ -1,0 +1,63 @@
+#include "pinned_overlay.h"
+
+#include "game_window_selector.h"
+
+#include <QPointer>
+#include <QScreen>
+#include <QTimer>
+#include <QWidget>
+#include <QWindow>
+
+namespace tally::ui {
+
+OverlayView overlay_view(const QWidget &overlay)
+{
+    const QWindow *native = overlay.windowHandle();
+    const QScreen *screen = native != nullptr ? native->screen() : overlay.screen();
+    const double ratio = screen != nullptr ? screen->devicePixelRatio() : 1.0;
+    return {{overlay.x(), overlay.y(), overlay.width(), overlay.height()}, ratio};
+}
+
+void apply_pin_step(const PinStep &step, QWidget &overlay)
+{
+    if (step.visibility == PinStep::Visibility::Hide)
+        overlay.hide();
+    if (step.visibility == PinStep::Visibility::Show) {
+        overlay.setAttribute(Qt::WA_ShowWithoutActivating);
+        overlay.show();
+    }
+    if (step.move_to)
+        overlay.move(step.move_to->x, step.move_to->y);
+}
+
+bool select_game_window(PinState &pin, const QList<platform::GameWindowInfo> &windows,
+                        QWidget &overlay)
+{
+    if (windows.isEmpty())
+        return true;
+    // The overlay owns the dialog, and may be closed and destroyed while the dialog is shown.
+    const QPointer<GameWindowSelector> dialog =
+        new GameWindowSelector{windows, pin.target_exe(), &overlay};
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    if (dialog.isNull())
+        return false;
+    if (accepted)
+        pin.choose_target(dialog->chosen_exe_path());
+    delete dialog;
+    return true;
+}
+
+void set_overlay_pinned(PinState &pin, bool pinned, QWidget &overlay, QTimer &pin_timer)
+{
+    apply_pin_step(pin.set_pinned(pinned), overlay);
+    if (!pinned) {
+        pin_timer.stop();
+        return;
+    }
+    if (!select_game_window(pin, pin.windows_to_choose_from(), overlay))
+        return;
+    pin.anchor_here(overlay_view(overlay));
+    pin_timer.start(pin_interval_ms);
+}
+
+} // namespace tally::ui

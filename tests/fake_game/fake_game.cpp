@@ -1,0 +1,101 @@
+// Stands in for the game: shows a window and holds an honor roll in memory that is full of things
+// which resemble one. Says "ready ROLL_ADDRESS" on its output, then obeys lines on its input and
+// answers each with "done". Ends with its input.
+
+#include "fake_window.h"
+#include "memory_noise.h"
+#include "roll_image.h"
+
+#include <malloc.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <map>
+#include <string>
+
+namespace {
+
+using namespace tally::test;
+
+using Options = std::map<std::string, std::string>;
+
+Options options_of(int argc, char **argv)
+{
+    Options options{{"title", "Rise of Kingdoms"}, {"records", "1000"}, {"rank", "500"},
+                    {"stride", "192"},             {"noise-mib", "0"},  {"honor-off", "0"}};
+    for (int i = 1; i + 1 < argc; i += 2)
+        options[argv[i] + 2] = argv[i + 1];
+    return options;
+}
+
+std::size_t number(const Options &options, const char *name)
+{
+    return std::strtoul(options.at(name).c_str(), nullptr, 10);
+}
+
+char *keep(const std::string &bytes)
+{
+    char *copy = static_cast<char *>(std::malloc(bytes.size()));
+    std::memcpy(copy, bytes.data(), bytes.size());
+    return copy;
+}
+
+/// The roll on the heap, with an older copy right before it, a torn one before that, and an older
+/// one behind.
+char *lay_roll_amid_decoys(const std::vector<RollPerson> &people, std::size_t stride)
+{
+    const std::string image = roll_image(people, stride);
+    const std::string older = roll_image(earlier(people, 50'000), stride);
+    keep(torn(image, stride));
+    keep(older);
+    char *roll = keep(image);
+    keep(older);
+    return roll;
+}
+
+/// Takes the right to read from the page in the middle of the roll.
+void punch_hole(char *roll, std::size_t size)
+{
+    constexpr std::uintptr_t page = 4096;
+    const auto middle = reinterpret_cast<std::uintptr_t>(roll) + size / 2;
+    mprotect(reinterpret_cast<void *>(middle / page * page), page, PROT_NONE);
+}
+
+/// Reopens a window after each close, until the input ends.
+void obey_input(FakeWindow &window, char *roll, std::size_t size)
+{
+    std::string command;
+    while (std::getline(std::cin, command)) {
+        if (command == "close")
+            window.close();
+        else if (command == "hole")
+            punch_hole(roll, size);
+        std::cout << "done" << std::endl;
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    mallopt(M_MMAP_THRESHOLD, 1 << 30); // the roll shall lie on the heap proper
+    const Options options = options_of(argc, argv);
+    const std::vector<RollPerson> people =
+        roll_people(number(options, "records"), number(options, "rank"));
+    const std::size_t stride = number(options, "stride");
+
+    const MemoryNoise noise{number(options, "noise-mib"), people, options.count("churn") != 0};
+    char *roll = people.empty() ? nullptr : lay_roll_amid_decoys(people, stride);
+    FakeWindow window{options.at("title"), options.count("no-window") == 0};
+    if (options.count("undumpable") != 0)
+        prctl(PR_SET_DUMPABLE, 0);
+    std::cout << "ready " << reinterpret_cast<std::uintptr_t>(roll) << std::endl;
+    obey_input(window, roll, people.size() * stride);
+    return 0;
+}
