@@ -4,6 +4,10 @@
 #include <QLocalSocket>
 #include <QLoggingCategory>
 
+#ifndef Q_OS_WIN
+#include <unistd.h>
+#endif
+
 namespace tally::app {
 namespace {
 
@@ -21,7 +25,7 @@ QString knock_name()
     const QString runtime_dir = qEnvironmentVariable("XDG_RUNTIME_DIR");
     if (QDir::isAbsolutePath(runtime_dir))
         return QDir(runtime_dir).filePath(name);
-    return name + u'-' + qEnvironmentVariable("USER");
+    return name + u'-' + QString::number(::geteuid());
 #endif
 }
 
@@ -50,7 +54,6 @@ void KnockListener::on_connection()
 {
     // To have connected is all that there is to say.
     while (QLocalSocket *socket = server_.nextPendingConnection()) {
-        socket->disconnect(this);
         socket->close();
         socket->deleteLater();
         Q_EMIT knocked();
