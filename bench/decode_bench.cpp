@@ -76,7 +76,7 @@ void search_memmem(benchmark::State &state)
                    needle().constData(), static_cast<size_t>(needle().size())));
 }
 
-/// Prints the usual table and keeps the time of each repetition.
+/// Prints the usual table and keeps the processor time of each repetition.
 class TimesReporter : public benchmark::ConsoleReporter {
 public:
     void ReportRuns(const std::vector<Run> &runs) override
@@ -84,7 +84,7 @@ public:
         ConsoleReporter::ReportRuns(runs);
         for (const Run &run : runs) {
             if (run.run_type == Run::RT_Iteration)
-                times_[run.run_name.function_name].push_back(run.GetAdjustedRealTime());
+                times_[run.run_name.function_name].push_back(run.GetAdjustedCPUTime());
         }
     }
 

@@ -39,7 +39,8 @@ ProgramRun run_program(const QString &folder, const QByteArrayList &command)
             arguments.push_back(const_cast<char *>(word.constData()));
         arguments.push_back(nullptr);
         const int null = open("/dev/null", O_WRONLY);
-        if (null >= 0 && dup2(null, STDERR_FILENO) >= 0 && chdir(folder.toLocal8Bit()) == 0)
+        if (null >= 0 && dup2(null, STDERR_FILENO) >= 0 &&
+            chdir(folder.toLocal8Bit().constData()) == 0)
             execv(arguments.front(), arguments.data());
         _exit(127);
     }

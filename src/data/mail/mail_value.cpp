@@ -13,6 +13,7 @@
 #include <cmath>
 #include <cstring>
 #include <iterator>
+#include <memory>
 #include <span>
 
 namespace tally::data {
@@ -83,24 +84,27 @@ public:
         : data_(bytes.data()), size_(bytes.size()), pos_(pos)
     {}
 
+    /// Reads one value into an invalid variant.
     void read_value(QVariant &value, int depth, quint64 context)
     {
         if (pos_ >= size_)
             throw ParseError(QStringLiteral("EOF reading tag at pos %1").arg(pos_));
         const uchar tag = byte_at(pos_++);
+        // An invalid variant owns nothing, so that a new one can be made in its place: assigning
+        // would make, swap and destroy two.
         switch (tag) {
         case small_tag:
             need(1);
-            value = QVariant(int{byte_at(pos_++)});
+            std::construct_at(&value, int{byte_at(pos_++)});
             return;
         case number_tag:
-            value = QVariant(take_number());
+            std::construct_at(&value, take_number());
             return;
         case text_tag:
-            value = QVariant(QString::fromUtf8(take_text()));
+            std::construct_at(&value, QString::fromUtf8(take_text()));
             return;
         case map_tag:
-            value = read_map(depth + 1, context);
+            read_map(value, depth + 1, context);
             return;
         default:
             throw ParseError(QStringLiteral("unknown tag 0x%1 at pos %2")
@@ -109,31 +113,23 @@ public:
     }
 
 private:
-    QVariantMap read_map(int depth, quint64 context)
+    void read_map(QVariant &value, int depth, quint64 context)
     {
         if (depth > max_nesting)
             throw ParseError(QStringLiteral("nesting too deep at pos %1").arg(pos_ - 1));
-        Tree tree;
         const MapShape *shape = shapes_.expected(context);
-        if (!shape || !next_is(shape->keys.front())) {
+        const bool is_expected = shape && next_is(shape->keys.front());
+        Tree tree = is_expected ? Tree(shape->blank) : Tree();
+        if (is_expected)
+            read_known_entries(tree, *shape, depth, context);
+        else
             read_entries(tree, {}, depth, context);
-            return QVariantMap(std::move(tree));
-        }
-
-        tree = shape->blank;
-        const size_t known = read_known_entries(tree, *shape, depth, context);
-        if (known == shape->keys.size() && at_map_end()) {
-            shapes_.confirm(context);
-        } else {
-            std::erase_if(tree, [](const auto &entry) { return !entry.second.isValid(); });
-            read_entries(tree, std::span(shape->keys).first(known), depth, context);
-        }
-        return QVariantMap(std::move(tree));
+        std::construct_at(&value, QVariantMap(std::move(tree)));
     }
 
-    /// Fills in the values of a blank map as long as the keys are those of its shape.
-    /// \return how many were.
-    size_t read_known_entries(Tree &tree, const MapShape &shape, int depth, quint64 context)
+    /// Fills in the values of a blank map as long as the keys are those of its shape, and goes on
+    /// without a shape from the first other key.
+    void read_known_entries(Tree &tree, const MapShape &shape, int depth, quint64 context)
     {
         const qsizetype first = values_.size();
         for (auto &entry : tree)
@@ -142,10 +138,18 @@ private:
         for (; known < shape.keys.size() && next_is(shape.keys[known]); ++known) {
             const QByteArrayView key = shape.keys[known];
             pos_ += key.size();
-            read_value(*values_[first + shape.ranks[known]], depth, context_below(context, key));
+            QVariant &value = *values_[first + shape.ranks[known]];
+            if (value.isValid())
+                value.clear(); // of equal keys the last one wins
+            read_value(value, depth, context_below(context, key));
         }
         values_.resize(first);
-        return known;
+        if (known == shape.keys.size() && at_map_end()) {
+            shapes_.confirm(context);
+            return;
+        }
+        std::erase_if(tree, [](const auto &entry) { return !entry.second.isValid(); });
+        read_entries(tree, std::span(shape.keys).first(known), depth, context);
     }
 
     /// Reads the rest of a map whose first keys are `known`, and remembers its shape.
@@ -156,7 +160,10 @@ private:
         while (!at_map_end()) {
             const QByteArrayView key = read_key(depth);
             map_keys_.append(key);
-            read_value(tree[key_texts_.text_of(key)], depth, context_below(context, key));
+            QVariant &value = tree[key_texts_.text_of(key)];
+            if (value.isValid())
+                value.clear(); // of equal keys the last one wins
+            read_value(value, depth, context_below(context, key));
         }
         const std::span keys(map_keys_.cbegin() + first, map_keys_.cend());
         if (MapShape *shape = shapes_.replace_expected(context, keys.size()))

@@ -54,7 +54,7 @@ private:
     };
     static constexpr size_t slot_count = 128;
     // Bounds what is kept of a mail that changes its shapes all the time.
-    static constexpr size_t max_keys = 48;
+    static constexpr size_t max_keys = 512;
     static constexpr size_t max_shapes = 512;
 
     static size_t slot_of(quint64 context) { return (context * 0x9e3779b97f4a7c15u) >> 57; }
