@@ -7,6 +7,7 @@
 #include "instance_knock.h"
 #include "interrupt_watch.h"
 #include "log/process_log.h"
+#include "logo.h"
 #include "main_window.h"
 #include "paths/data_folders.h"
 #include "rollback_marker.h"
@@ -14,7 +15,6 @@
 #include "theme.h"
 
 #include <QApplication>
-#include <QIcon>
 #include <QStatusBar>
 #include <QTimer>
 
@@ -89,7 +89,7 @@ int run_graphical(int argc, char *argv[])
     QApplication application(argc, argv);
     name_application();
     const InterruptWatch interrupts(nullptr);
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/logo-256.png")));
+    QApplication::setWindowIcon(ui::logo());
     platform::ensure_data_dirs();
     const platform::ProcessLog log(
         {.path = platform::log_path(), .run_line = platform::start_line(platform::db_path())});

@@ -75,6 +75,7 @@ void MainWindow::build_status_bar()
     version->setObjectName(QStringLiteral("versionLabel"));
     version->setTextFormat(Qt::PlainText);
     statusBar()->addPermanentWidget(version);
+    statusBar()->setSizeGripEnabled(false);
     show_message(QStringLiteral("Ready."), 3'000);
 }
 

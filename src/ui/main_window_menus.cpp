@@ -19,6 +19,7 @@ QAction *add_coming_entry(QMenu &menu, const QString &text, const QKeySequence &
     action->setShortcut(shortcut);
     action->setEnabled(false);
     action->setToolTip(QStringLiteral("Not part of this version yet."));
+    menu.setStyleSheet(QStringLiteral("QMenu::item:disabled { color: #8a8f9e; }"));
     return action;
 }
 

@@ -1,8 +1,8 @@
 #include "report_tabs.h"
 
+#include "logo.h"
 #include "report_tab.h"
 
-#include <QIcon>
 #include <QPainter>
 
 namespace tally::ui {
@@ -16,11 +16,11 @@ void paint_greeting(QPainter &painter, const QRect &area)
     constexpr int logo_size = 128;
     constexpr int gap = 24;
     const QPoint centre = area.center();
-    const QRect logo(centre.x() - logo_size / 2, centre.y() - logo_size, logo_size, logo_size);
+    const QRect mark(centre.x() - logo_size / 2, centre.y() - logo_size, logo_size, logo_size);
     painter.setOpacity(0.85);
-    QIcon(QStringLiteral(":/icons/logo-256.png")).paint(&painter, logo);
+    logo().paint(&painter, mark);
     painter.setOpacity(0.7);
-    painter.drawText(QRect(area.left(), logo.bottom() + gap, area.width(), area.height()),
+    painter.drawText(QRect(area.left(), mark.bottom() + gap, area.width(), area.height()),
                      Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
                      QString::fromUtf16(greeting));
 }

@@ -11,6 +11,9 @@
 #include <QFileInfo>
 #include <QTimer>
 
+#include <algorithm>
+#include <iterator>
+
 namespace tally::ui {
 namespace {
 
@@ -170,16 +173,18 @@ void StartUpChain::stop_watcher()
 bool StartUpChain::end(QDeadlineTimer deadline)
 {
     ending_ = true;
-    stop_watcher();
-    bool ended = !watcher_;
-    for (QThread *thread : {refresh_thread_.data(), bootstrap_thread_.data()}) {
-        if (!thread)
-            continue;
-        thread->requestInterruption();
-        thread->quit();
-        ended &= thread->wait(deadline);
+    if (watcher_)
+        watcher_->request_stop();
+    QThread *const threads[] = {refresh_thread_, bootstrap_thread_, watcher_.get()};
+    for (QThread *thread : threads) {
+        if (thread) {
+            thread->requestInterruption();
+            thread->quit();
+        }
     }
-    return ended;
+    return std::all_of(std::begin(threads), std::end(threads), [deadline](QThread *thread) {
+        return !thread || thread->wait(deadline);
+    });
 }
 
 bool StartUpChain::watching() const

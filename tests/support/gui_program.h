@@ -50,9 +50,16 @@ public:
             QStringLiteral("SELECT value FROM settings WHERE key = '%1'").arg(key));
     }
 
+    /// What libraries of the system never free is no fault of the program.
+    static QString leak_options()
+    {
+        return QStringLiteral("print_suppressions=0:suppressions=" TALLY_LEAKS_OF_OTHERS);
+    }
+
     void start(QProcess &process, QProcessEnvironment environment) const
     {
         environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), session_dir());
+        environment.insert(QStringLiteral("LSAN_OPTIONS"), leak_options());
         process.setProcessEnvironment(environment);
         process.setProcessChannelMode(QProcess::SeparateChannels);
         process.setWorkingDirectory(folder_.path());

@@ -1,3 +1,4 @@
+#include "logo.h"
 #include "support/plain_connection.h"
 #include "support/window_fixture.h"
 
@@ -161,6 +162,14 @@ TEST_F(Menus, TheAboutBoxNamesVersionMakerAndPage)
     EXPECT_EQ(text.toStdString(),
               "About|<b>Ledgerline - Tallyhand</b><br>v2.0-alfa.072<br><br>© 2026 Fennbrook<br>"
               "<a href=\"https://page.example/?a&amp;b\">https://page.example/?a&amp;b</a>");
+}
+
+TEST(Logo, EverySizeIsAPicture)
+{
+    const QIcon logo = ui::logo();
+    for (const int size : {64, 256})
+        EXPECT_EQ(logo.pixmap(size).size(), QSize(size, size));
+    EXPECT_FALSE(QImage(u":/icons/logo.png"_s).isNull());
 }
 
 TEST_F(Menus, TheStatusBarStartsReadyAndNamesTheVersion)

@@ -3,6 +3,7 @@
 #include "about.h"
 #include "identity.h"
 #include "loading_splash.h"
+#include "logo.h"
 #include "main_window.h"
 #include "store/tally_db.h"
 #include "theme.h"
@@ -10,7 +11,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
-#include <QIcon>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -140,7 +140,7 @@ int main(int argc, char *argv[])
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/logo-256.png")));
+    QApplication::setWindowIcon(ui::logo());
     const QString dir = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(".");
     const int percent = qRound(application.devicePixelRatio() * 100);
     const QTemporaryDir folder;

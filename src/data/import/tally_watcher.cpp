@@ -24,7 +24,7 @@ TallyWatcher::~TallyWatcher()
 bool TallyWatcher::stop_and_wait()
 {
     constexpr int time_for_the_file_in_hand = 2000; // ms
-    stop_ = 1;
+    request_stop();
     return wait(QDeadlineTimer(std::max(poll_ms_, 0) + time_for_the_file_in_hand));
 }
 

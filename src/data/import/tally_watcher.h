@@ -22,7 +22,9 @@ public:
     /// Does what `stop_and_wait` does.
     ~TallyWatcher() override;
 
-    /// Asks the thread to end after the file in hand and waits for `poll_ms` + 2000 milliseconds.
+    /// Asks the thread to end after the file in hand.
+    void request_stop() { stop_ = 1; }
+    /// Does so and waits for `poll_ms` + 2000 milliseconds.
     /// \return whether it has ended.
     bool stop_and_wait();
 
