@@ -1,6 +1,8 @@
 #include "support/gui_program.h"
 #include "support/print_qt.h"
 
+#include <QTest>
+
 #include <gmock/gmock.h>
 
 #include <csignal>
@@ -49,21 +51,27 @@ protected:
                         u"^Ledgerline - Tallyhand v"_s});
     }
 
+    bool splash_shows() const
+    {
+        return !xdotool({u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Loading"_s}).isEmpty();
+    }
+
     /// Starts the program and waits until the splash has left the keyboard to the main window.
     void start()
     {
         program_.start(first_, session_.environment());
         window_ = main_window();
         ASSERT_FALSE(window_.isEmpty());
-        wait_for_splash(u"--sync"_s);
-        while (!xdotool({u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Loading"_s}).isEmpty()) {
-        }
+        // The last of what the refresh asks for, and no server answers.
+        ASSERT_TRUE(QTest::qWaitFor([this] { return log().contains("icons_index"); }, patience));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !splash_shows(); }, patience));
         xdotool({u"windowactivate"_s, u"--sync"_s, QString::fromLatin1(window_)});
     }
 
-    void wait_for_splash(const QString &sync) const
+    QByteArray log() const
     {
-        xdotool({u"search"_s, sync, u"--onlyvisible"_s, u"--name"_s, u"^Loading"_s});
+        QFile file(program_.file(u"data/logs/tallyhand.log"_s));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
     int end_of(QProcess &process) const
@@ -119,7 +127,7 @@ TEST_F(Program, AnInterruptEndsItInOrderEvenBehindTheSplash)
 {
     program_.start(first_, session_.environment());
     ASSERT_FALSE(main_window().isEmpty());
-    wait_for_splash(u"--sync"_s);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return splash_shows(); }, patience));
     ASSERT_EQ(::kill(static_cast<pid_t>(first_.processId()), SIGINT), 0);
     EXPECT_EQ(end_of(first_), 0);
     EXPECT_THAT(first_.readAllStandardError().toStdString(),
