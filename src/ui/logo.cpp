@@ -1,13 +1,10 @@
 #include "logo.h"
 
-namespace {
-
-void load_resources() // the macro wants to stand outside of named namespaces
+// What the macro names lies outside of all namespaces.
+static void load_resources()
 {
     Q_INIT_RESOURCE(tallyhand);
 }
-
-} // namespace
 
 namespace tally::ui {
 

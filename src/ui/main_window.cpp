@@ -74,6 +74,7 @@ void MainWindow::build_status_bar()
         QStringLiteral("Version: %1  %2").arg(platform::application_version, copyright_line()));
     version->setObjectName(QStringLiteral("versionLabel"));
     version->setTextFormat(Qt::PlainText);
+    version->setContentsMargins(0, 0, 8, 0);
     statusBar()->addPermanentWidget(version);
     statusBar()->setSizeGripEnabled(false);
     show_message(QStringLiteral("Ready."), 3'000);

@@ -3,34 +3,38 @@
 #include "logo.h"
 #include "report_tab.h"
 
-#include <QPainter>
+#include <QLabel>
+#include <QVBoxLayout>
 
 namespace tally::ui {
 namespace {
 
-constexpr char16_t greeting[] =
-    u"Drop mails of the game here, or choose File → Reimport mailcache.";
-
-void paint_greeting(QPainter &painter, const QRect &area)
+QWidget *new_greeting(QWidget *parent)
 {
     constexpr int logo_size = 128;
-    constexpr int gap = 24;
-    const QPoint centre = area.center();
-    const QRect mark(centre.x() - logo_size / 2, centre.y() - logo_size, logo_size, logo_size);
-    painter.setOpacity(0.85);
-    logo().paint(&painter, mark);
-    painter.setOpacity(0.7);
-    painter.drawText(QRect(area.left(), mark.bottom() + gap, area.width(), area.height()),
-                     Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
-                     QString::fromUtf16(greeting));
+    auto *mark = new QLabel;
+    mark->setPixmap(logo().pixmap(logo_size));
+    mark->setAlignment(Qt::AlignCenter);
+    auto *text = new QLabel(QStringLiteral("Drop mails of the game here, or choose\n"
+                                           "File → Reimport mailcache."));
+    text->setTextFormat(Qt::PlainText);
+    text->setAlignment(Qt::AlignCenter);
+
+    auto *greeting = new QWidget(parent);
+    auto *layout = new QVBoxLayout(greeting);
+    layout->addStretch(2);
+    layout->addWidget(mark);
+    layout->addSpacing(24);
+    layout->addWidget(text);
+    layout->addStretch(3);
+    return greeting;
 }
 
 } // namespace
 
-ReportTabs::ReportTabs(QWidget *parent) : QTabWidget(parent)
+ReportTabs::ReportTabs(QWidget *parent) : QTabWidget(parent), greeting_(new_greeting(this))
 {
     setAccessibleName(QStringLiteral("Reports"));
-    setAccessibleDescription(QString::fromUtf16(greeting));
 }
 
 void ReportTabs::add(ReportTab *tab, const QString &title)
@@ -46,14 +50,22 @@ void ReportTabs::refresh_all()
     }
 }
 
-void ReportTabs::paintEvent(QPaintEvent *event)
+void ReportTabs::resizeEvent(QResizeEvent *event)
 {
-    QTabWidget::paintEvent(event);
-    if (count() > 0)
-        return;
-    QPainter painter(this);
-    painter.setPen(palette().color(QPalette::WindowText));
-    paint_greeting(painter, rect());
+    QTabWidget::resizeEvent(event);
+    greeting_->setGeometry(rect());
+}
+
+void ReportTabs::tabInserted(int index)
+{
+    QTabWidget::tabInserted(index);
+    greeting_->setVisible(count() == 0);
+}
+
+void ReportTabs::tabRemoved(int index)
+{
+    QTabWidget::tabRemoved(index);
+    greeting_->setVisible(count() == 0);
 }
 
 } // namespace tally::ui

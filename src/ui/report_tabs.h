@@ -18,7 +18,12 @@ public:
     void refresh_all();
 
 protected:
-    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void tabInserted(int index) override;
+    void tabRemoved(int index) override;
+
+private:
+    QWidget *greeting_;
 };
 
 } // namespace tally::ui

@@ -182,9 +182,8 @@ bool StartUpChain::end(QDeadlineTimer deadline)
             thread->quit();
         }
     }
-    return std::all_of(std::begin(threads), std::end(threads), [deadline](QThread *thread) {
-        return !thread || thread->wait(deadline);
-    });
+    return std::all_of(std::begin(threads), std::end(threads),
+                       [deadline](QThread *thread) { return !thread || thread->wait(deadline); });
 }
 
 bool StartUpChain::watching() const

@@ -104,8 +104,14 @@ QString theme_stylesheet(int theme)
 
 void apply_to_app(QApplication *app, int theme)
 {
-    if (app)
-        app->setStyleSheet(theme_stylesheet(theme));
+    if (!app)
+        return;
+    // A sheet does not reach links, whose own blue is unreadable on a dark window.
+    QPalette palette = QApplication::palette();
+    for (const QPalette::ColorRole role : {QPalette::Link, QPalette::LinkVisited})
+        palette.setColor(role, theme == 1 ? QColor(0x4752c4) : QColor(0x9aa3ff));
+    QApplication::setPalette(palette);
+    app->setStyleSheet(theme_stylesheet(theme));
 }
 
 } // namespace tally::ui

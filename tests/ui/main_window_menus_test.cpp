@@ -20,7 +20,7 @@ void describe(const QList<QAction *> &actions, const QString &indent, QStringLis
 {
     for (const QAction *action : actions) {
         if (action->isSeparator()) {
-            lines << indent + u"----";
+            lines << indent + u"----"_s;
             continue;
         }
         QString line = indent + action->text();

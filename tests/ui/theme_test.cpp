@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QRegularExpression>
+#include <QWidget>
 
 #include <gtest/gtest.h>
 
