@@ -25,7 +25,8 @@ bool on_some_screen(const QRect &frame)
 }
 
 /// The window's frame in the bytes of `QWidget::saveGeometry`, an empty rectangle if they are none.
-/// `restoreGeometry` itself would move a lost window to the edge of some screen.
+/// `restoreGeometry` itself takes what is cut off for zeros, and moves a lost window to the edge of
+/// some screen.
 QRect saved_frame(const QByteArray &bytes)
 {
     constexpr quint32 magic_number = 0x1d9d0cb;
@@ -35,7 +36,8 @@ QRect saved_frame(const QByteArray &bytes)
     quint16 major_version = 0;
     quint16 minor_version = 0;
     QRect frame;
-    stream >> magic >> major_version >> minor_version >> frame;
+    QRect inside;
+    stream >> magic >> major_version >> minor_version >> frame >> inside;
     return stream.status() == QDataStream::Ok && magic == magic_number ? frame : QRect();
 }
 
@@ -44,9 +46,8 @@ QRect saved_frame(const QByteArray &bytes)
 bool MainWindow::restore_geometry()
 {
     const auto bytes = QByteArray::fromBase64(stored_setting(*db_, geometry_key, {}).toLatin1());
-    if (!bytes.isEmpty()) {
-        const QRect frame = saved_frame(bytes);
-        if (frame.isValid() && !on_some_screen(frame))
+    if (const QRect frame = saved_frame(bytes); frame.isValid()) {
+        if (!on_some_screen(frame))
             return false;
         restoreGeometry(bytes);
     }

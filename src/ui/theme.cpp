@@ -1,6 +1,7 @@
 #include "theme.h"
 
 #include <QApplication>
+#include <QPalette>
 
 namespace tally::ui {
 namespace {

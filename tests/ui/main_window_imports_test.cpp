@@ -8,6 +8,7 @@
 #include <QFileDialog>
 #include <QMimeData>
 #include <QProgressDialog>
+#include <QPushButton>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -44,6 +45,7 @@ protected:
 
     void drop(const QList<QUrl> &urls)
     {
+        EXPECT_TRUE(drag_enters(urls));
         QMimeData mime;
         mime.setUrls(urls);
         QDropEvent event({5, 5}, Qt::CopyAction, &mime, Qt::LeftButton, {});
@@ -145,10 +147,10 @@ TEST_F(Imports, AReimportCanBeCancelledWhileItRuns)
                 continue;
             label = dialog->labelText();
             EXPECT_EQ(dialog->maximum(), 500);
-            dialog->cancel();
+            dialog->findChild<QPushButton *>()->click();
         }
     });
-    watch.start(0);
+    watch.start(1);
     reimport(fixture_.mails.path());
     EXPECT_EQ(label, u"Importing 200/500  (0 new)");
     EXPECT_EQ(fixture_.message(), "Import done: scanned=200  imported=0  errors=0");
@@ -165,7 +167,7 @@ TEST_F(Imports, AnExitEndsARunningReimport)
             return;
         window_->request_exit();
     });
-    watch.start(0);
+    watch.start(1);
     reimport(fixture_.mails.path());
     EXPECT_TRUE(asked);
     EXPECT_EQ(fixture_.message(), "Import done: scanned=200  imported=0  errors=0");
