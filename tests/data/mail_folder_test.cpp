@@ -1,11 +1,12 @@
 #include "import/mail_folder.h"
 
-#include <QTemporaryDir>
+#include "support/temp_mails.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
 #include <cmath>
+#include <filesystem>
 
 using namespace tally;
 using namespace Qt::StringLiterals;
@@ -89,6 +90,24 @@ TEST(MailFolder, AFileSystemWithoutStampsIsListedAtEachLook)
     disk.change(mail(1));
     EXPECT_EQ(folder.names_if_changed(), disk.names);
     EXPECT_EQ(folder.names_if_changed(), disk.names);
+}
+
+TEST(MailFolder, AFolderOnDiskIsSkippedWhileItRestsAndListedWhenItChanges)
+{
+    const test::TempMails mails;
+    mails.add(mail(1), "old");
+    const std::filesystem::path path(mails.path().toStdString());
+    std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) -
+                                               std::chrono::hours(1));
+    if (!platform::folder_stamp(mails.path()))
+        GTEST_SKIP() << "the file system of " << path << " has no stamps";
+    data::MailFolder folder(mails.path());
+    EXPECT_EQ(folder.names_if_changed(), QSet<QString>{mail(1)});
+    EXPECT_EQ(folder.names_if_changed(), std::nullopt);
+    mails.add(mail(2), "new");
+    EXPECT_EQ(folder.names_if_changed(), (QSet<QString>{mail(1), mail(2)}));
+    ASSERT_TRUE(QFile::remove(mails.file(mail(1))));
+    EXPECT_EQ(folder.names_if_changed(), QSet<QString>{mail(2)});
 }
 
 TEST(MailFolder, OnlyMailsCount)
