@@ -86,6 +86,7 @@ double start_milliseconds(const QString &folder, const test::XSession &session)
     const Connection connection(xcb_connect(session.display().constData(), nullptr));
     QProcessEnvironment environment = session.environment();
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), folder);
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
     QProcess program;
     program.setProcessEnvironment(environment);
     program.setStandardErrorFile(QProcess::nullDevice());

@@ -59,6 +59,7 @@ public:
     void start(QProcess &process, QProcessEnvironment environment) const
     {
         environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), session_dir());
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
         environment.insert(QStringLiteral("LSAN_OPTIONS"), leak_options());
         process.setProcessEnvironment(environment);
         process.setProcessChannelMode(QProcess::SeparateChannels);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <iterator>
 #include <utility>
 
 namespace tally::data {
@@ -39,7 +40,9 @@ void TallyWatcher::run()
         auto current = folder.names_if_changed();
         if (!current)
             continue;
-        const QSet<QString> fresh = *current - seen;
+        QStringList fresh;
+        std::copy_if(current->cbegin(), current->cend(), std::back_inserter(fresh),
+                     [&seen](const QString &name) { return !seen.contains(name); });
         if (fresh.isEmpty())
             continue;
         const int imported = import_all(fresh);
@@ -56,7 +59,7 @@ void TallyWatcher::pause() const
         msleep(static_cast<unsigned long>(std::min(left, slice)));
 }
 
-int TallyWatcher::import_all(const QSet<QString> &names)
+int TallyWatcher::import_all(const QStringList &names)
 {
     int imported = 0;
     for (const QString &name : names) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 #include <QThread>
 
 #include <atomic>
@@ -40,7 +40,7 @@ protected:
 
 private:
     void pause() const;
-    int import_all(const QSet<QString> &names);
+    int import_all(const QStringList &names);
 
     TallyDb *db_;
     QString dir_;
