@@ -1,5 +1,6 @@
 #include "command_line.h"
 #include "console_mode.h"
+#include "gui_startup.h"
 
 #include <QCoreApplication>
 
@@ -9,8 +10,9 @@ namespace {
 
 using namespace tally::app;
 
-int run_mode(const Command &command)
+int run_console(const Command &command, int argc, char *argv[])
 {
+    const QCoreApplication application(argc, argv);
     switch (command.mode) {
     case Mode::test_db:
         return test_db();
@@ -24,20 +26,20 @@ int run_mode(const Command &command)
         std::fputs("--import-only requires a mailcache directory path\n", stderr);
         return 2;
     case Mode::help:
-        std::fputs(usage_text().toLocal8Bit().constData(), stderr);
-        return 0;
     case Mode::graphical:
         break;
     }
-    std::fputs("[main] no window is built into this program yet; try --help\n", stderr);
-    return 1;
+    std::fputs(usage_text().toLocal8Bit().constData(), stderr);
+    return 0;
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    const QCoreApplication application(argc, argv);
     const std::span<const char *const> arguments(argv, static_cast<size_t>(argc));
-    return run_mode(parse_command_line(arguments.subspan(std::min(arguments.size(), size_t{1}))));
+    const Command command =
+        parse_command_line(arguments.subspan(std::min(arguments.size(), size_t{1})));
+    return command.mode == Mode::graphical ? run_graphical(argc, argv)
+                                           : run_console(command, argc, argv);
 }

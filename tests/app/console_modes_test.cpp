@@ -83,13 +83,6 @@ TEST_F(ConsoleModes, ImportIntoADamagedStoreSaysSoAndLeavesItAlone)
     EXPECT_EQ(file.readAll(), damaged);
 }
 
-TEST_F(ConsoleModes, WithoutAModeTheMissingWindowIsSaid)
-{
-    const test::ProgramResult result = run({QStringLiteral("--unknown")});
-    EXPECT_EQ(result.exit_code, 1);
-    EXPECT_THAT(result.error_output.toStdString(), HasSubstr("[main] no window is built"));
-}
-
 TEST_F(ConsoleModes, ImportWithoutAFolderAndHelpEndWithTheirCodes)
 {
     EXPECT_EQ(run({QStringLiteral("word"), QStringLiteral("--import-only")}).exit_code, 2);

@@ -1,5 +1,7 @@
 #include "store/tally_db.h"
 
+#include <utility>
+
 namespace tally::data {
 
 namespace {
@@ -92,29 +94,29 @@ QSet<QString> TallyDb::table_columns(const QSqlDatabase &db, const QString &tabl
     return {columns.begin(), columns.end()};
 }
 
-bool TallyDb::migrate_structure(const QSqlDatabase &db)
+bool TallyDb::migrate_structure(const QSqlDatabase &db) const
 {
     const auto lacks = [&db](const QString &table, const QString &column) {
         return table_exists(db, table) && !table_columns(db, table).contains(column);
     };
-    const auto run = [&db](const QString &sql) {
-        exec_prepared(db, sql);
-    };
     bool dropped = false;
+    const auto drop = [&](const QString &table) {
+        // The mails of dropped rows may have left the game's folder since.
+        if (!std::exchange(dropped, true))
+            back_up(db, clock_());
+        exec_prepared(db, QStringLiteral("DROP TABLE IF EXISTS %1").arg(table));
+    };
     if (lacks(QStringLiteral("reports"), QStringLiteral("round_no"))) {
-        run(QStringLiteral("DROP TABLE IF EXISTS loot"));
-        run(QStringLiteral("DROP TABLE IF EXISTS reports"));
-        dropped = true;
+        drop(QStringLiteral("loot"));
+        drop(QStringLiteral("reports"));
     }
-    if (lacks(QStringLiteral("field_reports"), QStringLiteral("attack_id"))) {
-        run(QStringLiteral("DROP TABLE IF EXISTS field_reports"));
-        dropped = true;
-    }
+    if (lacks(QStringLiteral("field_reports"), QStringLiteral("attack_id")))
+        drop(QStringLiteral("field_reports"));
     if (lacks(QStringLiteral("field_reports"), QStringLiteral("tour_id"))) {
-        run(QStringLiteral("DROP TABLE IF EXISTS field_reports"));
+        drop(QStringLiteral("field_reports"));
         if (table_exists(db, QStringLiteral("settings")))
-            run(QStringLiteral("DELETE FROM settings WHERE key='npc_migration_v4_done'"));
-        dropped = true;
+            exec_prepared(db,
+                          QStringLiteral("DELETE FROM settings WHERE key='npc_migration_v4_done'"));
     }
     return dropped;
 }

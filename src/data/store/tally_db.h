@@ -213,7 +213,8 @@ private:
 
     static bool table_exists(const QSqlDatabase &db, const QString &table);
     static QSet<QString> table_columns(const QSqlDatabase &db, const QString &table);
-    static bool migrate_structure(const QSqlDatabase &db);
+    bool migrate_structure(const QSqlDatabase &db) const;
+    static void back_up(const QSqlDatabase &db, double now);
     static void run_schema_script(const QSqlDatabase &db);
     static void add_missing_columns(const QSqlDatabase &db);
     static void create_late_indexes(const QSqlDatabase &db);

@@ -1,0 +1,63 @@
+#include "instance_knock.h"
+
+#include <QDir>
+#include <QLocalSocket>
+#include <QLoggingCategory>
+
+#ifndef Q_OS_WIN
+#include <unistd.h>
+#endif
+
+namespace tally::app {
+namespace {
+
+Q_LOGGING_CATEGORY(log_ui, "tally.ui")
+
+} // namespace
+
+QString knock_name()
+{
+    const auto name = QStringLiteral("LedgerlineTallyhand-Knock");
+#ifdef Q_OS_WIN
+    return name + u'-' + qEnvironmentVariable("SESSIONNAME") + u'-' +
+           qEnvironmentVariable("USERNAME");
+#else
+    const QString runtime_dir = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (QDir::isAbsolutePath(runtime_dir))
+        return QDir(runtime_dir).filePath(name);
+    return name + u'-' + QString::number(::geteuid());
+#endif
+}
+
+void knock(const QString &name)
+{
+    constexpr int patience = 500; // ms
+    QLocalSocket socket;
+    socket.connectToServer(name);
+    if (!socket.waitForConnected(patience))
+        return;
+    socket.write("show\n");
+    socket.waitForBytesWritten(patience);
+    socket.disconnectFromServer();
+}
+
+KnockListener::KnockListener(const QString &name, QObject *parent) : QObject(parent)
+{
+    server_.setSocketOptions(QLocalServer::UserAccessOption);
+    connect(&server_, &QLocalServer::newConnection, this, &KnockListener::on_connection);
+    QLocalServer::removeServer(name);
+    if (!server_.listen(name))
+        qCWarning(log_ui) << "a second start cannot ask for the window:" << server_.errorString();
+}
+
+void KnockListener::on_connection()
+{
+    // To have connected is all that there is to say.
+    while (QLocalSocket *socket = server_.nextPendingConnection()) {
+        socket->close();
+        socket->deleteLater();
+        Q_EMIT knocked();
+    }
+}
+
+} // namespace tally::app

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "window_setup.h"
+
+#include <QDeadlineTimer>
+#include <QMainWindow>
+
+#include <atomic>
+#include <memory>
+#include <optional>
+
+class QUrl;
+
+namespace tally::data {
+class TallyDb;
+}
+
+namespace tally::ui {
+
+class ReportTabs;
+class StartUpChain;
+
+/// The program's one main window: menus, status bar, the pages of reports and the ways to import
+/// mails by hand. What runs by itself behind it is the `StartUpChain`.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    /// \param db outlives the window
+    explicit MainWindow(data::TallyDb *db, QWidget *parent = nullptr,
+                        const WindowSetup &setup = {});
+    /// Waits for the window's threads within the deadline for leaving.
+    ~MainWindow() override;
+
+    /// To be called once the event loop runs.
+    void run_post_startup();
+    void refresh_all_tabs();
+    /// Leaves the program in order, or at the deadline in whatever state it is.
+    void request_exit();
+    /// 0 is dark, 1 is light; applied and stored.
+    void apply_theme(int theme);
+    /// In front of other windows, with the keyboard.
+    void bring_to_front();
+
+    ReportTabs &tabs() { return *tabs_; }
+    StartUpChain &chain() { return *chain_; }
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
+private Q_SLOTS:
+    void on_import_mailcache();
+    void on_theme_dark();
+    void on_theme_light();
+
+private:
+    void build_menus();
+    void build_file_menu();
+    void build_view_menu();
+    void build_help_menu();
+    void build_status_bar();
+    void connect_chain();
+    void show_message(const QString &text, int ms);
+    void open_data_folder();
+
+    /// \return whether the stored geometry was for a screen that is there.
+    bool restore_geometry();
+    void place_in_the_middle();
+    void show_as_it_was();
+    void save_window_state();
+
+    void import_with_progress(const QString &folder);
+    enum class DropResult { Imported, NothingNew, Skipped };
+    DropResult import_dropped(const QUrl &url);
+
+    data::TallyDb *db_;
+    WindowSetup setup_;
+    ReportTabs *tabs_ = nullptr;
+    std::unique_ptr<StartUpChain> chain_;
+    bool importing_ = false;
+    std::atomic<bool> cancel_import_ = false;
+    std::optional<QDeadlineTimer> leaving_; ///< set by `request_exit`
+};
+
+} // namespace tally::ui

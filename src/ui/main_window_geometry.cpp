@@ -1,0 +1,88 @@
+#include "main_window.h"
+
+#include "stored_settings.h"
+
+#include <QDataStream>
+#include <QGuiApplication>
+#include <QIODevice>
+#include <QScreen>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace tally::ui {
+namespace {
+
+const QString geometry_key = QStringLiteral("window_geometry_qt");
+const QString maximized_key = QStringLiteral("window_maximized");
+
+bool on_some_screen(const QRect &frame)
+{
+    const auto screens = QGuiApplication::screens();
+    return std::any_of(screens.begin(), screens.end(), [&frame](const QScreen *screen) {
+        return screen->availableGeometry().intersects(frame);
+    });
+}
+
+/// The window's frame in the bytes of `QWidget::saveGeometry`, an empty rectangle if they are none.
+/// `restoreGeometry` itself takes what is cut off for zeros, and moves a lost window to the edge of
+/// some screen.
+QRect saved_frame(const QByteArray &bytes)
+{
+    constexpr quint32 magic_number = 0x1d9d0cb;
+    QDataStream stream(bytes);
+    stream.setVersion(QDataStream::Qt_4_0);
+    quint32 magic = 0;
+    quint16 major_version = 0;
+    quint16 minor_version = 0;
+    QRect frame;
+    QRect inside;
+    stream >> magic >> major_version >> minor_version >> frame >> inside;
+    return stream.status() == QDataStream::Ok && magic == magic_number ? frame : QRect();
+}
+
+} // namespace
+
+bool MainWindow::restore_geometry()
+{
+    const auto bytes = QByteArray::fromBase64(stored_setting(*db_, geometry_key, {}).toLatin1());
+    if (const QRect frame = saved_frame(bytes); frame.isValid()) {
+        if (!on_some_screen(frame))
+            return false;
+        restoreGeometry(bytes);
+    }
+    return on_some_screen(frameGeometry());
+}
+
+void MainWindow::place_in_the_middle()
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return;
+    constexpr QSize size(1400, 900);
+    const QRect available = screen->availableGeometry();
+    resize(size);
+    move(available.left() + (available.width() - size.width()) / 2,
+         available.top() + (available.height() - size.height()) / 2);
+}
+
+void MainWindow::show_as_it_was()
+{
+    if (leaving_)
+        return;
+    show();
+    if (stored_flag(*db_, maximized_key, false))
+        showMaximized();
+    else
+        showNormal();
+    raise();
+    activateWindow();
+}
+
+void MainWindow::save_window_state()
+{
+    store_setting(*db_, geometry_key, QString::fromLatin1(saveGeometry().toBase64()));
+    store_flag(*db_, maximized_key, isMaximized());
+}
+
+} // namespace tally::ui

@@ -1,0 +1,134 @@
+#include "main_window.h"
+
+#include "files/exact_files.h"
+#include "import/import_pipeline.h"
+#include "stored_settings.h"
+#include "ui_log.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFileDialog>
+#include <QMimeData>
+#include <QProgressDialog>
+#include <QScopedValueRollback>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace tally::ui {
+namespace {
+
+const QString mailcache_key = QStringLiteral("mailcache_dir");
+
+/// The path of a local file by its exact name; empty for everything else.
+QString local_path(const QUrl &url)
+{
+#ifdef Q_OS_WIN
+    return url.toLocalFile();
+#else
+    if (!url.isLocalFile())
+        return {};
+    return platform::text_of_native_name(
+        QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()));
+#endif
+}
+
+bool is_mail(const QUrl &url)
+{
+    const QString path = local_path(url);
+    return data::is_mail_file(path.sliced(path.lastIndexOf(u'/') + 1));
+}
+
+} // namespace
+
+void MainWindow::on_import_mailcache()
+{
+    if (importing_)
+        return;
+    const QString folder = QFileDialog::getExistingDirectory(
+        this, QStringLiteral("Select mailcache directory"),
+        stored_setting(*db_, mailcache_key, QDir::homePath()), QFileDialog::ShowDirsOnly);
+    if (folder.isEmpty() || leaving_)
+        return;
+    store_setting(*db_, mailcache_key, folder);
+    import_with_progress(folder);
+    refresh_all_tabs();
+}
+
+void MainWindow::import_with_progress(const QString &folder)
+{
+    const QScopedValueRollback importing(importing_, true);
+    cancel_import_ = false;
+    QProgressDialog dialog(QStringLiteral("Importing mailcache..."), QStringLiteral("Cancel"), 0, 0,
+                           this);
+    dialog.setWindowModality(Qt::WindowModal);
+    dialog.setMinimumDuration(300);
+    dialog.setValue(0);
+    connect(
+        &dialog, &QProgressDialog::canceled, this, [this] { cancel_import_ = true; },
+        Qt::DirectConnection);
+    const auto show_progress = [&dialog](qint32 scanned, qint32 total, qint32 imported) {
+        if (dialog.maximum() != total)
+            dialog.setMaximum(total);
+        dialog.setValue(scanned);
+        dialog.setLabelText(
+            QStringLiteral("Importing %1/%2  (%3 new)").arg(scanned).arg(total).arg(imported));
+        QCoreApplication::processEvents();
+    };
+    QDir().mkpath(setup_.raw_dir);
+    const data::ImportStats stats =
+        data::import_dir(folder, setup_.raw_dir, *db_, show_progress, &cancel_import_);
+    dialog.close();
+    show_message(QStringLiteral("Import done: scanned=%1  imported=%2  errors=%3")
+                     .arg(stats.scanned)
+                     .arg(stats.imported)
+                     .arg(stats.errors),
+                 6'000);
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (std::any_of(urls.begin(), urls.end(), is_mail))
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.isEmpty())
+        return;
+    event->acceptProposedAction();
+    QDir().mkpath(setup_.raw_dir);
+    int imported = 0;
+    int skipped = 0;
+    for (const QUrl &url : urls) {
+        const DropResult result = import_dropped(url);
+        imported += result == DropResult::Imported ? 1 : 0;
+        skipped += result == DropResult::Skipped ? 1 : 0;
+    }
+    if (imported > 0)
+        refresh_all_tabs();
+    show_message(
+        QStringLiteral("Drop import: %1 file(s) imported, %2 skipped.").arg(imported).arg(skipped),
+        5'000);
+}
+
+MainWindow::DropResult MainWindow::import_dropped(const QUrl &url)
+{
+    if (!is_mail(url))
+        return DropResult::Skipped;
+    try {
+        return data::import_file(local_path(url), setup_.raw_dir, *db_) ? DropResult::Imported
+                                                                        : DropResult::NothingNew;
+    } catch (const std::exception &failure) {
+        qCWarning(log_ui) << "drop import failed:" << url.fileName() << failure.what();
+        return DropResult::NothingNew;
+    }
+}
+
+} // namespace tally::ui

@@ -1,0 +1,81 @@
+#include "main_window.h"
+
+#include "about.h"
+#include "option_menus.h"
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QMenu>
+#include <QMenuBar>
+#include <QUrl>
+
+namespace tally::ui {
+namespace {
+
+/// An entry whose window is still to be built: it says so instead of doing nothing.
+QAction *add_coming_entry(QMenu &menu, const QString &text, const QKeySequence &shortcut = {})
+{
+    QAction *action = menu.addAction(text);
+    action->setShortcut(shortcut);
+    action->setEnabled(false);
+    action->setToolTip(QStringLiteral("Not part of this version yet."));
+    menu.setStyleSheet(QStringLiteral("QMenu::item:disabled { color: #8a8f9e; }"));
+    return action;
+}
+
+} // namespace
+
+void MainWindow::build_menus()
+{
+    build_file_menu();
+    build_view_menu();
+    build_help_menu();
+}
+
+void MainWindow::build_file_menu()
+{
+    QMenu *file = menuBar()->addMenu(QStringLiteral("&File"));
+    file->setToolTipsVisible(true);
+    file->addAction(QStringLiteral("Reimport &mailcache..."),
+                    QKeySequence(QStringLiteral("Ctrl+I")), this, &MainWindow::on_import_mailcache);
+    file->addAction(QStringLiteral("Open &data folder"), this, &MainWindow::open_data_folder);
+    add_coming_entry(*file, QStringLiteral("&Settings..."), QKeySequence(QStringLiteral("Ctrl+,")));
+    file->addSeparator();
+    file->addAction(QStringLiteral("E&xit"), QKeySequence(QKeySequence::Quit), this,
+                    &MainWindow::request_exit);
+}
+
+void MainWindow::build_view_menu()
+{
+    QMenu *view = menuBar()->addMenu(QStringLiteral("&View"));
+    view->setToolTipsVisible(true);
+    add_coming_entry(*view, QStringLiteral("Show &Overlay"), QKeySequence(QStringLiteral("Ctrl+O")))
+        ->setCheckable(true);
+    add_overlay_options(*view, db_);
+    view->addSeparator();
+    add_coming_entry(*view, QStringLiteral("Honor &Tracker"),
+                     QKeySequence(QStringLiteral("Ctrl+H")))
+        ->setCheckable(true);
+    add_tracker_options(*view, db_);
+    view->addSeparator();
+    connect(add_theme_menu(*view, *db_), &QMenu::triggered, this,
+            [this](const QAction *theme) { apply_theme(theme->data().toInt()); });
+}
+
+void MainWindow::build_help_menu()
+{
+    QMenu *help = menuBar()->addMenu(QStringLiteral("&Help"));
+    help->setToolTipsVisible(true);
+    add_coming_entry(*help, QStringLiteral("Check for &updates..."));
+    help->addSeparator();
+    help->addAction(QStringLiteral("&About..."), this,
+                    [this] { show_about_box(this, setup_.endpoint.product_page); });
+}
+
+void MainWindow::open_data_folder()
+{
+    platform::ensure_data_dirs();
+    QDesktopServices::openUrl(QUrl::fromLocalFile(platform::data_dir()));
+}
+
+} // namespace tally::ui

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QWidget>
+
+namespace tally::ui {
+
+/// A page of the main window that shows what the store holds.
+class ReportTab : public QWidget {
+    Q_OBJECT
+
+public:
+    using QWidget::QWidget;
+
+    /// Reads the store again and shows what it holds now.
+    virtual void refresh() = 0;
+};
+
+} // namespace tally::ui

@@ -1,0 +1,194 @@
+#include "start_up_chain.h"
+
+#include "bootstrap_import_worker.h"
+#include "import/tally_watcher.h"
+#include "loading_splash.h"
+#include "master/master_refresh_worker.h"
+#include "stored_settings.h"
+#include "ui_log.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTimer>
+
+#include <algorithm>
+#include <iterator>
+
+namespace tally::ui {
+namespace {
+
+const QString mailcache_key = QStringLiteral("mailcache_dir");
+
+bool runs(const QThread *thread)
+{
+    return thread && thread->isRunning();
+}
+
+} // namespace
+
+StartUpChain::StartUpChain(data::TallyDb *db, const WindowSetup &setup, QWidget *window)
+    : db_(db), setup_(setup), window_(window)
+{
+    if (!setup_.refresh) {
+        setup_.refresh = [this](StartUpChain &chain) {
+            chain.start_refresh(
+                new data::MasterRefreshWorker(setup_.endpoint, setup_.icon_cache_dir));
+        };
+    }
+}
+
+StartUpChain::~StartUpChain() = default;
+
+void StartUpChain::run()
+{
+    if (runs(refresh_thread_)) {
+        qCWarning(log_ui) << "run_post_startup: already running, skipping";
+        return;
+    }
+    show_splash();
+    setup_.refresh(*this);
+}
+
+void StartUpChain::show_splash()
+{
+    splash_ = new LoadingSplash(window_, QStringLiteral("Loading data from server..."),
+                                setup_.splash_minimum);
+    splash_->show();
+    QTimer::singleShot(setup_.splash_limit, splash_, [splash = splash_.data()] {
+        qCWarning(log_ui) << "run_post_startup: SPLASH TIMEOUT (30s)";
+        splash->finish();
+    });
+}
+
+void StartUpChain::on_refresh_status(const QString &text)
+{
+    if (splash_)
+        splash_->set_status(text);
+    Q_EMIT message(text, 4'000);
+}
+
+void StartUpChain::on_master_refresh_done(bool success)
+{
+    if (splash_)
+        splash_->finish();
+    if (success)
+        Q_EMIT shownDataChanged();
+    else
+        Q_EMIT message(QStringLiteral("Master refresh failed — tabs will show raw IDs."), 8'000);
+    start_bootstrap_and_watcher();
+    Q_EMIT refreshDone(success);
+}
+
+QString StartUpChain::mailcache_dir()
+{
+    QString dir = stored_setting(*db_, mailcache_key, {});
+    if (dir.isEmpty()) {
+        dir = platform::default_mailcache_dir();
+        if (!dir.isEmpty())
+            store_setting(*db_, mailcache_key, dir);
+    }
+    return dir;
+}
+
+void StartUpChain::start_bootstrap_and_watcher()
+{
+    if (ending_)
+        return;
+    const QString dir = mailcache_dir();
+    if (dir.isEmpty() || !QFileInfo(dir).isDir()) {
+        Q_EMIT message(
+            QStringLiteral("Mailcache folder not found: %1 (File → Settings to change)").arg(dir),
+            10'000);
+        return;
+    }
+    if (runs(bootstrap_thread_)) {
+        qCWarning(log_ui) << "start_bootstrap_and_watcher: import already running";
+        return;
+    }
+    QDir().mkpath(setup_.raw_dir);
+
+    using Worker = BootstrapImportWorker;
+    auto *worker = new Worker(dir, setup_.raw_dir, db_, &ending_);
+    bootstrap_thread_ = new_thread(worker);
+    connect(bootstrap_thread_, &QThread::started, worker, &Worker::run);
+    connect(
+        worker, &Worker::statusMessage, this,
+        [this](const QString &text) { Q_EMIT message(text, 4'000); }, Qt::QueuedConnection);
+    connect(worker, &Worker::bootstrapDone, this, &StartUpChain::on_bootstrap_done,
+            Qt::QueuedConnection);
+    connect(worker, &Worker::bootstrapDone, worker, &QObject::deleteLater);
+    connect(worker, &Worker::bootstrapDone, bootstrap_thread_, &QThread::quit);
+    bootstrap_thread_->start(QThread::InheritPriority);
+}
+
+void StartUpChain::on_bootstrap_done(int scanned, int imported, int errors)
+{
+    Q_EMIT message(QStringLiteral("Bootstrap done: scanned=%1  imported=%2  errors=%3. "
+                                  "Monitoring active.")
+                       .arg(scanned)
+                       .arg(imported)
+                       .arg(errors),
+                   8'000);
+    Q_EMIT shownDataChanged();
+    stop_watcher();
+    const QString dir = stored_setting(*db_, mailcache_key, {});
+    if (dir.isEmpty() || watcher_ || ending_)
+        return;
+    using data::TallyWatcher;
+    watcher_ = std::make_unique<TallyWatcher>(
+        db_, dir, setup_.raw_dir, static_cast<int>(setup_.poll_interval.count()), nullptr);
+    connect(watcher_.get(), &TallyWatcher::newFilesImported, this, &StartUpChain::on_new_reports,
+            Qt::QueuedConnection);
+    connect(
+        watcher_.get(), &TallyWatcher::errorOccurred, this,
+        [this](const QString &text) {
+            Q_EMIT message(QStringLiteral("Watcher: %1").arg(text), 6'000);
+        },
+        Qt::QueuedConnection);
+    watcher_->start(QThread::InheritPriority);
+}
+
+void StartUpChain::on_new_reports(int count)
+{
+    Q_EMIT message(QStringLiteral("%1 new report(s) imported.").arg(count), 4'000);
+    Q_EMIT shownDataChanged();
+}
+
+QThread *StartUpChain::new_thread(QObject *worker)
+{
+    auto *thread = new QThread(this);
+    worker->moveToThread(thread);
+    connect(thread, &QThread::finished, thread, &QObject::deleteLater);
+    return thread;
+}
+
+void StartUpChain::stop_watcher()
+{
+    // A thread must not be destroyed while it runs: one that hangs in a file stays, and `end`
+    // tells.
+    if (watcher_ && watcher_->stop_and_wait())
+        watcher_.reset();
+}
+
+bool StartUpChain::end(QDeadlineTimer deadline)
+{
+    ending_ = true;
+    if (watcher_)
+        watcher_->request_stop();
+    QThread *const threads[] = {refresh_thread_, bootstrap_thread_, watcher_.get()};
+    for (QThread *thread : threads) {
+        if (thread) {
+            thread->requestInterruption();
+            thread->quit();
+        }
+    }
+    return std::all_of(std::begin(threads), std::end(threads),
+                       [deadline](QThread *thread) { return !thread || thread->wait(deadline); });
+}
+
+bool StartUpChain::watching() const
+{
+    return runs(watcher_.get());
+}
+
+} // namespace tally::ui

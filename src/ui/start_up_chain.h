@@ -1,0 +1,89 @@
+#pragma once
+
+#include "window_setup.h"
+
+#include <QDeadlineTimer>
+#include <QObject>
+#include <QPointer>
+#include <QThread>
+
+#include <atomic>
+#include <memory>
+
+class QWidget;
+
+namespace tally::data {
+class TallyDb;
+class TallyWatcher;
+} // namespace tally::data
+
+namespace tally::ui {
+
+class LoadingSplash;
+
+/// What the window does behind the user's back, each link started by the end of the one before:
+/// refresh of the reference data behind a splash, first import of the mail folder, watching it.
+class StartUpChain : public QObject {
+    Q_OBJECT
+
+public:
+    /// \param db outlives the chain
+    /// \param window what the splash covers; outlives the chain
+    StartUpChain(data::TallyDb *db, const WindowSetup &setup, QWidget *window);
+    /// `end` must have come before.
+    ~StartUpChain() override;
+
+    void run();
+
+    /// Lets a worker refresh the reference data on a thread of its own. It has the slot `run` and
+    /// the signals `statusMessage(QString)` and `masterRefreshDone(bool)`, of which the last ends
+    /// it. The chain takes it over.
+    template <typename Worker>
+    void start_refresh(Worker *worker)
+    {
+        refresh_thread_ = new_thread(worker);
+        connect(refresh_thread_, &QThread::started, worker, &Worker::run);
+        connect(worker, &Worker::statusMessage, this, &StartUpChain::on_refresh_status,
+                Qt::QueuedConnection);
+        connect(worker, &Worker::masterRefreshDone, this, &StartUpChain::on_master_refresh_done,
+                Qt::QueuedConnection);
+        connect(worker, &Worker::masterRefreshDone, worker, &QObject::deleteLater);
+        connect(worker, &Worker::masterRefreshDone, refresh_thread_, &QThread::quit);
+        refresh_thread_->start(QThread::InheritPriority);
+    }
+
+    void start_bootstrap_and_watcher();
+
+    /// Waits for the file that the watcher has in hand.
+    void stop_watcher();
+
+    /// Asks all threads to end and waits for them. \return whether all have ended in time.
+    bool end(QDeadlineTimer deadline);
+
+    bool watching() const;
+
+Q_SIGNALS:
+    void message(const QString &text, int ms); ///< for the status bar
+    void refreshDone(bool success);            ///< the first import has been started
+    void shownDataChanged();                   ///< what tabs show may be out of date
+
+private:
+    void on_refresh_status(const QString &text);
+    void on_master_refresh_done(bool success);
+    void on_bootstrap_done(int scanned, int imported, int errors);
+    void on_new_reports(int count);
+    void show_splash();
+    QThread *new_thread(QObject *worker);
+    QString mailcache_dir();
+
+    data::TallyDb *db_;
+    WindowSetup setup_;
+    QWidget *window_;
+    QPointer<LoadingSplash> splash_;
+    QPointer<QThread> refresh_thread_;
+    QPointer<QThread> bootstrap_thread_;
+    std::unique_ptr<data::TallyWatcher> watcher_;
+    std::atomic<bool> ending_ = false;
+};
+
+} // namespace tally::ui

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+
+class QApplication;
+
+namespace tally::ui {
+
+/// The program's look is one style sheet on the application. Themes are numbered 0 (dark) and 1
+/// (light); the setting "theme" holds their names.
+
+/// 1 for "light" in any letter case, 0 for everything else.
+int theme_from_name(const QString &name);
+/// "light" for 1, "dark" for everything else.
+QString theme_name(int theme);
+QString theme_stylesheet(int theme);
+/// Does nothing without an application.
+void apply_to_app(QApplication *app, int theme);
+
+} // namespace tally::ui

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "endpoint/endpoint.h"
+#include "paths/data_folders.h"
+
+#include <QString>
+
+#include <chrono>
+#include <functional>
+
+namespace tally::ui {
+
+class StartUpChain;
+
+/// Ends the process at once, without destructors: the last resort of an exit that takes too long.
+void exit_hard();
+
+/// What the window is built for. A test changes some of it; the program takes it as it is.
+struct WindowSetup {
+    platform::Endpoint endpoint = platform::shipped_endpoint();
+    QString raw_dir = platform::raw_dir();
+    QString icon_cache_dir = platform::icon_cache_dir();
+
+    /// Starts the refresh of the reference data by `StartUpChain::start_refresh`; empty: the
+    /// download from the endpoint.
+    std::function<void(StartUpChain &)> refresh;
+
+    std::chrono::milliseconds splash_minimum{1'500}; ///< how long the splash stands at least
+    std::chrono::milliseconds splash_limit{30'000};  ///< and at most
+    std::chrono::milliseconds poll_interval{2'000};  ///< between two looks at the mail folder
+    std::chrono::milliseconds exit_deadline{5'000};  ///< for leaving in order
+    std::function<void()> hard_exit = exit_hard;
+};
+
+} // namespace tally::ui

@@ -1,0 +1,118 @@
+#include "import/mail_folder.h"
+
+#include "support/temp_mails.h"
+
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+
+using namespace tally;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A folder on a file system that notes changes with the granularity of two seconds, and a clock.
+struct CoarseFolder {
+    QSet<QString> names;
+    double now = 1000.0;
+    double changed = 1000.0;
+    int listings = 0;
+
+    void change(const QString &name)
+    {
+        if (!names.remove(name))
+            names.insert(name);
+        changed = std::floor(now / 2.0) * 2.0;
+    }
+
+    data::FolderReader reader()
+    {
+        return {.stamp =
+                    [this](const QString &) {
+                        return platform::FolderStamp{1, 2, changed, std::llround(changed * 1e9)};
+                    },
+                .list =
+                    [this](const QString &) {
+                        ++listings;
+                        return names.values();
+                    },
+                .clock =
+                    [this] {
+                        return now;
+                    }};
+    }
+};
+
+QString mail(int number)
+{
+    return u"Persistent.Mail.%1"_s.arg(number);
+}
+
+} // namespace
+
+RC_GTEST_PROP(MailFolder, EveryLookSeesWhatAListingWouldSee, (const std::vector<int> &steps))
+{
+    CoarseFolder disk;
+    data::MailFolder folder(u"any"_s, disk.reader());
+    QSet<QString> known;
+    for (const int step : steps) {
+        disk.now += std::abs(step % 97) / 20.0;
+        if (step % 3 == 0)
+            disk.change(mail(step % 5));
+        if (step % 2 == 0)
+            known = folder.names_if_changed().value_or(known);
+        if (step % 2 == 0)
+            RC_ASSERT(known == disk.names);
+    }
+}
+
+TEST(MailFolder, AFolderThatRestsIsListedOnceInThirtyLooks)
+{
+    CoarseFolder disk;
+    disk.change(mail(1));
+    disk.now += 10.0;
+    data::MailFolder folder(u"any"_s, disk.reader());
+    for (int look = 0; look < 61; ++look, disk.now += 2.0)
+        folder.names_if_changed();
+    EXPECT_EQ(disk.listings, 3);
+}
+
+TEST(MailFolder, AFileSystemWithoutStampsIsListedAtEachLook)
+{
+    CoarseFolder disk;
+    data::FolderReader reader = disk.reader();
+    reader.stamp = [](const QString &) {
+        return std::nullopt;
+    };
+    data::MailFolder folder(u"any"_s, reader);
+    disk.change(mail(1));
+    EXPECT_EQ(folder.names_if_changed(), disk.names);
+    EXPECT_EQ(folder.names_if_changed(), disk.names);
+}
+
+TEST(MailFolder, AFolderOnDiskIsSkippedWhileItRestsAndListedWhenItChanges)
+{
+    const test::TempMails mails;
+    mails.add(mail(1), "old");
+    const std::filesystem::path path(mails.path().toStdString());
+    std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) -
+                                               std::chrono::hours(1));
+    if (!platform::folder_stamp(mails.path()))
+        GTEST_SKIP() << "the file system of " << path << " has no stamps";
+    data::MailFolder folder(mails.path());
+    EXPECT_EQ(folder.names_if_changed(), QSet<QString>{mail(1)});
+    EXPECT_EQ(folder.names_if_changed(), std::nullopt);
+    mails.add(mail(2), "new");
+    EXPECT_EQ(folder.names_if_changed(), (QSet<QString>{mail(1), mail(2)}));
+    ASSERT_TRUE(QFile::remove(mails.file(mail(1))));
+    EXPECT_EQ(folder.names_if_changed(), QSet<QString>{mail(2)});
+}
+
+TEST(MailFolder, OnlyMailsCount)
+{
+    CoarseFolder disk;
+    disk.names = {mail(1), u"persistent.mail.2"_s, u"Persistent.Mail"_s};
+    EXPECT_EQ(data::MailFolder(u"any"_s, disk.reader()).names_if_changed(), QSet<QString>{mail(1)});
+}

@@ -1,0 +1,157 @@
+#include "support/gui_program.h"
+#include "support/print_qt.h"
+
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+
+using namespace tally;
+using namespace tally::test;
+using namespace Qt::StringLiterals;
+using testing::HasSubstr;
+
+namespace {
+
+constexpr int patience = 60'000; // ms, on a busy machine under sanitizers
+
+/// The real program on a screen of its own, driven by keys.
+class Program : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!session_.running())
+            GTEST_SKIP() << "Xvfb, openbox and xdotool are needed";
+        program_.make_store({{u"mailcache_dir"_s, program_.mails()}});
+    }
+
+    void TearDown() override
+    {
+        if (first_.state() != QProcess::NotRunning) {
+            first_.kill();
+            first_.waitForFinished();
+        }
+    }
+
+    QByteArray xdotool(const QStringList &arguments) const
+    {
+        QProcess process;
+        process.setProcessEnvironment(session_.environment());
+        process.start(u"xdotool"_s, arguments);
+        return process.waitForFinished(patience) ? process.readAllStandardOutput().trimmed()
+                                                 : QByteArray();
+    }
+
+    void key(const QString &keys) const { xdotool({u"key"_s, u"--delay"_s, u"50"_s, keys}); }
+    QByteArray active_window() const { return xdotool({u"getactivewindow"_s}); }
+    QByteArray main_window() const
+    {
+        return xdotool({u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s,
+                        u"^Ledgerline - Tallyhand v"_s});
+    }
+
+    bool splash_shows() const
+    {
+        return !xdotool({u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Loading"_s}).isEmpty();
+    }
+
+    /// Starts the program and waits until the splash has left the keyboard to the main window.
+    void start()
+    {
+        program_.start(first_, session_.environment());
+        window_ = main_window();
+        ASSERT_FALSE(window_.isEmpty());
+        // The last of what the refresh asks for, and no server answers.
+        ASSERT_TRUE(QTest::qWaitFor([this] { return log().contains("icons_index"); }, patience));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !splash_shows(); }, patience));
+        xdotool({u"windowactivate"_s, u"--sync"_s, QString::fromLatin1(window_)});
+    }
+
+    QByteArray log() const
+    {
+        QFile file(program_.file(u"data/logs/tallyhand.log"_s));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    int end_of(QProcess &process) const
+    {
+        return process.waitForFinished(patience) && process.exitStatus() == QProcess::NormalExit
+                   ? process.exitCode()
+                   : -1;
+    }
+
+    XSession session_;
+    GuiProgram program_{QStringLiteral(TALLY_EXECUTABLE)};
+    QProcess first_;
+    QByteArray window_;
+};
+
+} // namespace
+
+TEST_F(Program, MenusWorkByKeyboardAndAnExitKeepsTheWindowsState)
+{
+    start();
+    key(u"alt+v"_s);
+    for (const QString &each : {u"Up"_s, u"Right"_s, u"Down"_s, u"Return"_s, u"ctrl+q"_s})
+        key(each);
+    EXPECT_EQ(end_of(first_), 0);
+    EXPECT_EQ(program_.setting(u"theme"_s), u"light");
+    EXPECT_NE(program_.setting(u"window_geometry_qt"_s), u"");
+    EXPECT_EQ(program_.setting(u"window_maximized"_s), u"0");
+}
+
+TEST_F(Program, WithoutATrayTheCloseButtonEndsIt)
+{
+    start();
+    key(u"alt+F4"_s);
+    EXPECT_EQ(end_of(first_), 0);
+}
+
+TEST_F(Program, ASecondStartBringsTheFirstToTheFrontAndEndsWell)
+{
+    start();
+    const QString window = QString::fromLatin1(window_);
+    xdotool({u"windowminimize"_s, u"--sync"_s, window});
+    QProcess second;
+    program_.start(second, session_.environment());
+    EXPECT_EQ(main_window(), window_); // visible again
+    EXPECT_EQ(end_of(second), 0);
+    EXPECT_THAT(second.readAllStandardError().toStdString(),
+                HasSubstr("[main] another live instance holds the singleton mutex — exiting\n"));
+    EXPECT_EQ(active_window(), window_);
+    EXPECT_EQ(first_.state(), QProcess::Running);
+}
+
+TEST_F(Program, AnInterruptEndsItInOrderEvenBehindTheSplash)
+{
+    program_.start(first_, session_.environment());
+    ASSERT_FALSE(main_window().isEmpty());
+    ASSERT_TRUE(QTest::qWaitFor([this] { return splash_shows(); }, patience));
+    ASSERT_EQ(::kill(static_cast<pid_t>(first_.processId()), SIGINT), 0);
+    EXPECT_EQ(end_of(first_), 0);
+    EXPECT_THAT(first_.readAllStandardError().toStdString(),
+                HasSubstr("[main] SIGINT received — quitting\n"));
+    EXPECT_NE(program_.setting(u"window_geometry_qt"_s), u"");
+}
+
+TEST_F(Program, AStoreThatCannotBeOpenedEndsItWithItsReason)
+{
+    QFile store(program_.store());
+    ASSERT_TRUE(store.open(QIODevice::WriteOnly));
+    store.write(QByteArray("no database").repeated(1000));
+    store.close();
+    program_.start(first_, session_.environment());
+    EXPECT_EQ(end_of(first_), 1);
+    EXPECT_THAT(first_.readAllStandardError().toStdString(),
+                HasSubstr("init_schema failed: TallyDb fatal: "));
+}
+
+TEST_F(Program, AStuckWorkerDoesNotHoldItUpBeyondTheDeadline)
+{
+    first_.setProcessEnvironment(session_.environment());
+    first_.start(QStringLiteral(TALLY_STUCK_WINDOW), QStringList());
+    EXPECT_EQ(end_of(first_), 0);
+    EXPECT_THAT(first_.readAllStandardError().toStdString(),
+                testing::EndsWith("leaving\n[MainWindow] hard-exit deadline hit — _Exit(0)\n"));
+}

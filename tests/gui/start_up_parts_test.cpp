@@ -1,0 +1,80 @@
+#include "instance_knock.h"
+#include "interrupt_watch.h"
+#include "rollback_marker.h"
+
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+using namespace tally;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+void make_file(const QString &path)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+}
+
+} // namespace
+
+TEST(InterruptWatch, AnInterruptIsToldOnceByTheEventLoop)
+{
+    const app::InterruptWatch watch(nullptr, 1ms);
+    QSignalSpy interrupted(&watch, &app::InterruptWatch::interrupted);
+    EXPECT_FALSE(interrupted.wait(20));
+    std::raise(SIGINT);
+    EXPECT_TRUE(interrupted.isEmpty());
+    EXPECT_TRUE(interrupted.wait(30'000));
+    EXPECT_FALSE(interrupted.wait(20));
+}
+
+TEST(RollbackMarker, OneThatIsThereAtTheStartGoesAfterAHealthyTime)
+{
+    const QTemporaryDir dir;
+    const QString marker = dir.filePath(u"rollback-pending.txt"_s);
+    make_file(marker);
+    QObject context;
+    app::clear_rollback_marker_when_healthy(marker, &context, 1ms);
+    EXPECT_TRUE(QFile::exists(marker));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !QFile::exists(marker); }, 30'000));
+}
+
+TEST(RollbackMarker, OneThatComesLaterOrOfAShortRunStays)
+{
+    const QTemporaryDir dir;
+    const QString late = dir.filePath(u"late"_s);
+    const QString ended = dir.filePath(u"ended"_s);
+    QObject context;
+    app::clear_rollback_marker_when_healthy(late, &context, 1ms);
+    make_file(late);
+    make_file(ended);
+    {
+        QObject run;
+        app::clear_rollback_marker_when_healthy(ended, &run, 1ms);
+    }
+    QTest::qWait(50);
+    EXPECT_TRUE(QFile::exists(late));
+    EXPECT_TRUE(QFile::exists(ended));
+}
+
+TEST(Knock, TheListenerHearsEachAndSurvivesWhatIsNoKnock)
+{
+    const QTemporaryDir dir;
+    const QString name = dir.filePath(u"knock"_s);
+    app::knock(name); // nobody is there
+    make_file(name);  // left by an instance that died
+    const app::KnockListener listener(name, nullptr);
+    QSignalSpy knocked(&listener, &app::KnockListener::knocked);
+    for (int i = 1; i <= 3; ++i) {
+        app::knock(name);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return knocked.size() == i; }, 30'000));
+    }
+}

@@ -1,0 +1,118 @@
+#pragma once
+
+#include "main_window.h"
+#include "report_tab.h"
+#include "report_tabs.h"
+#include "start_up_chain.h"
+#include "support/temp_mails.h"
+#include "support/temp_store.h"
+
+#include <QMenuBar>
+#include <QSignalSpy>
+#include <QStatusBar>
+#include <QTest>
+
+#include <memory>
+
+namespace tally::test {
+
+/// A worker in the place of the download: says one text and ends with `success`.
+class QuickRefresh : public QObject {
+    Q_OBJECT
+
+public:
+    explicit QuickRefresh(bool success) : success_(success) {}
+
+Q_SIGNALS:
+    void statusMessage(QString msg);
+    void masterRefreshDone(bool success);
+
+public Q_SLOTS:
+    void run()
+    {
+        Q_EMIT statusMessage(QStringLiteral("Downloading heroes..."));
+        Q_EMIT masterRefreshDone(success_);
+    }
+
+private:
+    bool success_;
+};
+
+/// A page that counts how often it was refreshed.
+class CountingTab : public ui::ReportTab {
+    Q_OBJECT
+
+public:
+    int refreshes = 0;
+    void refresh() override { ++refreshes; }
+};
+
+/// A main window over a store and a mail folder of its own, which talks to no network and hurries.
+class WindowFixture {
+public:
+    WindowFixture()
+    {
+        setup.raw_dir = store.folder.filePath(QStringLiteral("raw"));
+        setup.icon_cache_dir = store.folder.filePath(QStringLiteral("icons"));
+        setup.splash_minimum = std::chrono::milliseconds(0);
+        setup.poll_interval = std::chrono::milliseconds(1);
+        setup.refresh = [](ui::StartUpChain &chain) {
+            chain.start_refresh(new QuickRefresh(true));
+        };
+        setup.hard_exit = [count = hard_exits_] {
+            ++*count;
+        };
+        store.db.set_setting(QStringLiteral("mailcache_dir"), mails.path());
+    }
+
+    ui::MainWindow &open()
+    {
+        window_ = std::make_unique<ui::MainWindow>(&store.db, nullptr, setup);
+        return *window_;
+    }
+    ui::StartUpChain &open_chain() const { return window_->chain(); }
+    void destroy() { window_.reset(); }
+
+    std::string setting(const QString &key) const
+    {
+        return store.db.setting_or(key, QStringLiteral("<none>")).toStdString();
+    }
+    int hard_exits() const { return *hard_exits_; }
+    std::string message() const { return window_->statusBar()->currentMessage().toStdString(); }
+
+    /// The action at a path like "View/Theme/Light", mnemonics left out; null if there is none.
+    QAction *action(const QString &path) const
+    {
+        QList<QAction *> actions = window_->menuBar()->actions();
+        QAction *found = nullptr;
+        for (const QString &name : path.split(u'/')) {
+            found = nullptr;
+            for (QAction *candidate : actions) {
+                if (candidate->text().remove(u'&') == name)
+                    found = candidate;
+            }
+            if (!found)
+                return nullptr;
+            actions = found->menu() ? found->menu()->actions() : QList<QAction *>();
+        }
+        return found;
+    }
+
+    TempStore store;
+    TempMails mails;
+    ui::WindowSetup setup;
+
+private:
+    // The deadline's timer outlives the window, as it must.
+    std::shared_ptr<int> hard_exits_ = std::make_shared<int>(0);
+    std::unique_ptr<ui::MainWindow> window_;
+};
+
+/// Runs the event loop until the condition holds, for at most half a minute.
+template <typename Condition>
+bool wait_until(Condition condition)
+{
+    return QTest::qWaitFor(condition, 30'000);
+}
+
+} // namespace tally::test

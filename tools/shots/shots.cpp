@@ -1,0 +1,154 @@
+// Pictures of every window in both themes: shots DIR. The scale is that of QT_SCALE_FACTOR.
+
+#include "about.h"
+#include "identity.h"
+#include "loading_splash.h"
+#include "logo.h"
+#include "main_window.h"
+#include "store/tally_db.h"
+#include "theme.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPainter>
+#include <QProgressDialog>
+#include <QStatusBar>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <cstdio>
+#include <functional>
+
+namespace {
+
+using namespace tally;
+
+/// One folder of pictures, their names ending in theme and scale.
+class Album {
+public:
+    Album(QString dir, QString suffix) : dir_(std::move(dir)), suffix_(std::move(suffix))
+    {
+        QDir().mkpath(dir_);
+    }
+
+    void add(const QString &name, const QPixmap &picture) const
+    {
+        const QString path = QDir(dir_).filePath(name + suffix_ + QStringLiteral(".png"));
+        std::printf("%s\n", picture.save(path) ? qPrintable(path) : "cannot write a picture");
+    }
+
+private:
+    QString dir_;
+    QString suffix_;
+};
+
+/// The window with a menu, and perhaps one of its submenus, open over it.
+QPixmap with_menu(QMainWindow &window, const QString &title, const QString &submenu = {})
+{
+    QPixmap picture = window.grab();
+    QPainter painter(&picture);
+    for (QAction *action : window.menuBar()->actions()) {
+        if (action->text() != title)
+            continue;
+        QMenu *menu = action->menu();
+        QPoint corner =
+            window.menuBar()->mapTo(&window, window.menuBar()->actionGeometry(action).bottomLeft());
+        menu->popup(window.mapToGlobal(corner));
+        painter.drawPixmap(corner, menu->grab());
+        for (QAction *entry : menu->actions()) {
+            if (!submenu.isEmpty() && entry->text() == submenu) {
+                menu->setActiveAction(entry);
+                painter.drawPixmap(corner, menu->grab());
+                corner += menu->actionGeometry(entry).topRight();
+                entry->menu()->popup(window.mapToGlobal(corner));
+                painter.drawPixmap(corner, entry->menu()->grab());
+                entry->menu()->close();
+            }
+        }
+        menu->close();
+    }
+    return picture;
+}
+
+/// The modal dialog that `show` opens.
+QPixmap modal(const std::function<void()> &show)
+{
+    QPixmap picture;
+    QTimer::singleShot(200, [&picture] {
+        QWidget *dialog = QApplication::activeModalWidget();
+        picture = dialog->grab();
+        dialog->close();
+    });
+    show();
+    return picture;
+}
+
+void take_all(const Album &album, data::TallyDb &db)
+{
+    ui::MainWindow window(&db);
+    window.show();
+    QCoreApplication::processEvents();
+    window.resize(1000, 640);
+    QCoreApplication::processEvents();
+    album.add(QStringLiteral("main"), window.grab());
+    window.statusBar()->showMessage(
+        QStringLiteral("Bootstrap done: scanned=2431  imported=12  errors=0. Monitoring active."));
+    for (const auto &[title, submenu] :
+         {std::pair(QStringLiteral("&File"), QString()),
+          std::pair(QStringLiteral("&View"), QStringLiteral("Overlay options")),
+          std::pair(QStringLiteral("&View"), QStringLiteral("&Theme")),
+          std::pair(QStringLiteral("&Help"), QString())})
+        album.add(
+            QStringLiteral("menu-%1%2")
+                .arg(title.mid(1).toLower(),
+                     submenu.isEmpty()
+                         ? QString()
+                         : u'-' + QString(submenu).remove(u'&').section(u' ', 0, 0).toLower()),
+            with_menu(window, title, submenu));
+
+    ui::LoadingSplash splash(&window, QStringLiteral("Downloading inscriptions..."));
+    splash.setAttribute(Qt::WA_DeleteOnClose, false);
+    splash.show();
+    album.add(QStringLiteral("splash"), splash.grab());
+    splash.close();
+
+    QProgressDialog progress(QStringLiteral("Importing 1400/2431  (12 new)"),
+                             QStringLiteral("Cancel"), 0, 2431, &window);
+    progress.setValue(1400);
+    progress.show();
+    album.add(QStringLiteral("progress"), progress.grab());
+    progress.close();
+
+    album.add(QStringLiteral("about"), modal([&window] {
+                  ui::show_about_box(&window, platform::shipped_endpoint().product_page);
+              }));
+    album.add(QStringLiteral("folder"), modal([&window] {
+                  QFileDialog::getExistingDirectory(
+                      &window, QStringLiteral("Select mailcache directory"), QDir::rootPath());
+              }));
+    window.close();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(ui::logo());
+    const QString dir = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(".");
+    const int percent = qRound(application.devicePixelRatio() * 100);
+    const QTemporaryDir folder;
+    data::TallyDb db(folder.filePath(QStringLiteral("tally.db")));
+    db.init_schema();
+    for (const int theme : {0, 1}) {
+        db.set_setting(QStringLiteral("theme"), ui::theme_name(theme));
+        ui::apply_to_app(&application, theme);
+        take_all(Album(dir, QStringLiteral("-%1-%2").arg(ui::theme_name(theme)).arg(percent)), db);
+    }
+}
