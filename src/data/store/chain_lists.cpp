@@ -125,16 +125,16 @@ std::optional<FortOfChain> TallyDb::fort_of_chain(const QString &file_name) cons
 }
 
 /// The accounts of a table with a row for each mail or part of one.
-std::vector<PlayerRow> TallyDb::player_rows(const QString &table) const
+std::vector<PlayerRow> TallyDb::player_rows(const ChainSource &source) const
 {
     std::vector<PlayerRow> accounts;
     auto rows = exec_prepared(connection(), QStringLiteral(R"sql(
-        SELECT player_id, MAX(player_name) AS name, COUNT(DISTINCT file_name) AS n
-        FROM %1
+        SELECT player_id, MAX(player_name) AS name, COUNT(DISTINCT %1) AS n
+        FROM %2
         WHERE player_id IS NOT NULL
         GROUP BY player_id
         ORDER BY n DESC)sql")
-                                                .arg(table));
+                                                .arg(source.chain, source.table));
     while (rows.next())
         accounts.push_back(
             {number_in(rows.value(0)), rows.value(1).toString(), rows.value(2).toInt()});
@@ -144,14 +144,15 @@ std::vector<PlayerRow> TallyDb::player_rows(const QString &table) const
 std::vector<PlayerRow> TallyDb::players() const
 {
     return remembered<std::vector<PlayerRow>>(QStringLiteral("players"), {},
-                                              [&] { return player_rows(chain_table()); });
+                                              [&] { return player_rows(chain_source()); });
 }
 
 int TallyDb::chain_file_count() const
 {
     return remembered<int>(QStringLiteral("chain_file_count"), {}, [&] {
+        const ChainSource source = chain_source();
         return single_int(
-            QStringLiteral("SELECT COUNT(DISTINCT file_name) FROM %1").arg(chain_table()));
+            QStringLiteral("SELECT COUNT(DISTINCT %1) FROM %2").arg(source.chain, source.table));
     });
 }
 

@@ -16,9 +16,6 @@ namespace tally::data {
 
 namespace {
 
-const QString rounds_table = QStringLiteral("reports");
-const QString slices_table = QStringLiteral("chain_slices");
-
 QVariantList twice(double btype)
 {
     return {btype, btype};
@@ -67,9 +64,12 @@ ChainSqlFilter TallyDb::chain_filter(const QString &prefix, std::optional<double
     return filter;
 }
 
-QString TallyDb::chain_table() const
+TallyDb::ChainSource TallyDb::chain_source() const
 {
-    return slices_complete() ? slices_table : rounds_table;
+    // Ids are counted faster than names.
+    if (slices_complete())
+        return {QStringLiteral("chain_slices"), QStringLiteral("COALESCE(first_id, id)")};
+    return {QStringLiteral("reports"), QStringLiteral("file_name")};
 }
 
 std::optional<BestChain> TallyDb::best_chain(double btype, std::optional<double> from,
@@ -196,15 +196,16 @@ std::array<int, 24> TallyDb::hourly(double btype, std::optional<double> from,
 {
     const ChainSqlFilter filter = chain_filter({}, from, to, player);
     const auto compute = [&] {
+        const ChainSource source = chain_source();
         std::array<int, 24> chains = {};
         auto rows = exec_prepared(connection(),
                                   QStringLiteral(R"sql(
             SELECT CAST(strftime('%H', chain_start_time, 'unixepoch', 'localtime') AS INTEGER) AS h,
-                   COUNT(DISTINCT file_name) AS n
-            FROM %1
-            WHERE (? IS NULL OR npc_btype = ?) AND chain_start_time IS NOT NULL%2
+                   COUNT(DISTINCT %1) AS n
+            FROM %2
+            WHERE (? IS NULL OR npc_btype = ?) AND chain_start_time IS NOT NULL%3
             GROUP BY h)sql")
-                                      .arg(chain_table(), filter.sql),
+                                      .arg(source.chain, source.table, filter.sql),
                                   twice(btype) + filter.params);
         while (rows.next()) {
             const int hour = int_in(rows.value(0)).value_or(-1);
@@ -228,16 +229,17 @@ std::vector<HeroPair> TallyDb::hero_pairs(double btype, std::optional<double> fr
 {
     const ChainSqlFilter filter = chain_filter({}, from, to, player);
     const auto compute = [&] {
+        const ChainSource source = chain_source();
         std::vector<HeroPair> pairs;
         auto rows = exec_prepared(connection(),
                                   QStringLiteral(R"sql(
-            SELECT hero_id_1, hero_id_2, COUNT(DISTINCT file_name) AS chains
-            FROM %1
-            WHERE (? IS NULL OR npc_btype = ?)%2
+            SELECT hero_id_1, hero_id_2, COUNT(DISTINCT %1) AS chains
+            FROM %2
+            WHERE (? IS NULL OR npc_btype = ?)%3
               AND hero_id_1 IS NOT NULL AND hero_id_2 IS NOT NULL
             GROUP BY hero_id_1, hero_id_2
             ORDER BY chains DESC)sql")
-                                      .arg(chain_table(), filter.sql),
+                                      .arg(source.chain, source.table, filter.sql),
                                   twice(btype) + filter.params);
         while (rows.next())
             pairs.push_back({saturated(number_or_zero(rows.value(0))),

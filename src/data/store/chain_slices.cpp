@@ -37,6 +37,7 @@ std::vector<SchemaObject> slice_schema()
         {"TABLE", QStringLiteral("chain_slices"), QStringLiteral(R"sql(CREATE TABLE chain_slices (
   id INTEGER PRIMARY KEY,
   file_name TEXT NOT NULL,
+  first_id INTEGER /* of the chain's first slice; NULL in that */,
   npc_btype REAL,
   is_fort_round INTEGER,
   is_free_ap INTEGER,
@@ -92,8 +93,9 @@ std::vector<SchemaObject> slice_schema()
 
 QString slice_insert()
 {
-    return QStringLiteral("INSERT INTO chain_slices (file_name, %1, rounds, wins, honor, fights) "
-                          "VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)")
+    return QStringLiteral(
+               "INSERT INTO chain_slices (file_name, first_id, %1, rounds, wins, honor, fights) "
+               "VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)")
         .arg(QLatin1StringView(slice_key_columns));
 }
 
@@ -191,11 +193,14 @@ void TallyDb::store_slices(const QString &file_name, const ChainSlicer &slicer) 
     auto insert = kept(insert_sql);
     auto insert_loot =
         kept(QStringLiteral("INSERT INTO chain_slice_loot (slice_id, items) VALUES (?, ?)"));
+    QVariant first_id;
     for (const ChainSlice &slice : slicer.slices()) {
         const QVariantList values =
-            QVariantList{file_name} + slice.key +
+            QVariantList{file_name, first_id} + slice.key +
             QVariantList{slice.rounds, slice.wins, slice.honor, packed(slice.fights)};
         const QVariant id = insert.exec(values).lastInsertId();
+        if (first_id.isNull())
+            first_id = id;
         if (!slice.items.empty())
             insert_loot.exec({id, packed(slice.items)});
     }

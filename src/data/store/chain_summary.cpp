@@ -163,7 +163,7 @@ void TallyDb::classify_slices(ChainSummary &summary, const QString &filter,
     {
         auto row = exec_prepared(connection(),
                                  QStringLiteral(R"sql(
-            SELECT SUM(r.rounds), SUM(r.wins), COUNT(DISTINCT r.file_name),
+            SELECT SUM(r.rounds), SUM(r.wins), COUNT(DISTINCT COALESCE(r.first_id, r.id)),
                    MIN(r.file_mtime), MAX(r.file_mtime)
             FROM chain_slices r
             WHERE (? IS NULL OR r.npc_btype = ?)%1)sql")
@@ -225,7 +225,8 @@ ChainSummary TallyDb::summary(double btype, std::optional<double> from, std::opt
         if (player)
             span += QStringLiteral(" AND player_id = ?");
         // The values are the filter's: its other conditions have none.
-        auto chains = exec_prepared(connection(), durations.arg(chain_table(), span), params);
+        auto chains =
+            exec_prepared(connection(), durations.arg(chain_source().table, span), params);
         if (chains.next()) {
             summary.n_chains = chains.value(0).toInt();
             summary.total_dur = number_or_zero(chains.value(1));

@@ -133,7 +133,7 @@ std::optional<QVariantMap> TallyDb::field_attack(const QString &file_name,
 std::vector<PlayerRow> TallyDb::field_players() const
 {
     return remembered<std::vector<PlayerRow>>(QStringLiteral("field_players"), {}, [&] {
-        return player_rows(QStringLiteral("field_reports"));
+        return player_rows({QStringLiteral("field_reports"), QStringLiteral("file_name")});
     });
 }
 

@@ -34,7 +34,7 @@ std::optional<double> TallyDb::keep_player() const
         for (const QString &sql :
              {QStringLiteral("SELECT player_id FROM %1 WHERE player_id IS NOT NULL "
                              "GROUP BY player_id ORDER BY %2 DESC LIMIT 1")
-                  .arg(chain_table(), sliced ? u"SUM(rounds)" : u"COUNT(*)"),
+                  .arg(chain_source().table, sliced ? u"SUM(rounds)" : u"COUNT(*)"),
               QStringLiteral("SELECT player_id FROM trial_participants WHERE player_id IS NOT NULL "
                              "GROUP BY player_id ORDER BY COUNT(*) DESC LIMIT 1")}) {
             auto row = exec_prepared(connection(), sql);

@@ -101,9 +101,9 @@ void TallyDb::insert_report(const QString &file_name, const BattleReport &report
            hero_id_1, hero_id_2, npc_ctid, disappear_tick, damage_taken, damage_dealt, ets,
            player_id, player_name, alliance_name, is_fort_round, is_free_ap)
         VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?))sql"));
-    auto insert_loot = kept(
-        QStringLiteral("INSERT OR FAIL INTO loot (file_name, round_no, item_type, item_subtype, value) "
-                       "VALUES (?,?,?,?,?)"));
+    auto insert_loot = kept(QStringLiteral(
+        "INSERT OR FAIL INTO loot (file_name, round_no, item_type, item_subtype, value) "
+        "VALUES (?,?,?,?,?)"));
     ChainSlicer slicer;
     int round_no = 0;
     for (const BattleRound &round : report.rounds) {

@@ -246,8 +246,12 @@ private:
                       const std::function<Result()> &compute) const;
     ChangeStamp change_stamp() const;
 
-    /// The table that statistics read: the slices, or the rounds while the slices lack some.
-    QString chain_table() const;
+    /// What statistics read: the slices, or the rounds while the slices lack some.
+    struct ChainSource {
+        QString table;
+        QString chain; ///< what tells the chains apart
+    };
+    ChainSource chain_source() const;
     void classify_rounds(ChainSummary &summary, const QString &filter,
                          const QVariantList &params) const;
     void classify_slices(ChainSummary &summary, const QString &filter,
@@ -255,7 +259,7 @@ private:
     std::vector<LootSum> sliced_loot_sums(const QString &filter, const QVariantList &params) const;
     std::map<int, std::vector<LootEntry>> round_loot(const QString &file_name) const;
     std::vector<ChainRound> rounds_of(const QString &file_name) const;
-    std::vector<PlayerRow> player_rows(const QString &table) const;
+    std::vector<PlayerRow> player_rows(const ChainSource &source) const;
     std::vector<LootSum> loot_sums(const QString &sql, const QVariantList &params) const;
 
     /// Keeps the statement prepared.
