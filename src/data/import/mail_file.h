@@ -14,7 +14,7 @@ namespace tally::data {
 /// A file that cannot be opened counts as empty, and so does one larger than any mail can be.
 class MailFile {
 public:
-    static constexpr qint64 head_size = 32768;           ///< bytes
+    static constexpr qint64 head_size = 32768;                   ///< bytes
     static constexpr qint64 max_size = qint64{64} * 1024 * 1024; ///< bytes
 
     explicit MailFile(QString path);
