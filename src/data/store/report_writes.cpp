@@ -94,6 +94,8 @@ void TallyDb::insert_report(const QString &file_name, const BattleReport &report
                       QStringLiteral("UPDATE fort_reports SET battle_file_name = NULL "
                                      "WHERE battle_file_name = ?"),
                       {file_name});
+    // OR FAIL: with a trigger, the default lets SQLite keep a journal for each statement's undo,
+    // which the transaction's makes needless.
     auto insert_round = kept(QStringLiteral(R"sql(
         INSERT OR FAIL INTO reports
           (file_name, round_no, npc_btype, npc_type, level, result, report_time,
