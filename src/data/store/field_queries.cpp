@@ -9,8 +9,8 @@ namespace tally::data {
 namespace {
 
 constexpr const char *mode_clauses[] = {
-    "((my_ct=1 OR my_ct=6) AND (is_rally=0 OR is_rally IS NULL) "
-    "AND (enemy_npc_btype=0 OR enemy_npc_btype IS NULL))",
+    ("((my_ct=1 OR my_ct=6) AND (is_rally=0 OR is_rally IS NULL) "
+     "AND (enemy_npc_btype=0 OR enemy_npc_btype IS NULL))"),
     "(my_ct=1 AND is_rally=1)",
     "(my_ct>1 AND my_ct!=6)",
     "(email_box='Archive')",
