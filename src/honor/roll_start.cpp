@@ -3,6 +3,8 @@
 #include "honor_roll.h"
 #include "memory_window.h"
 
+#include <QHash>
+
 #include <algorithm>
 #include <iterator>
 #include <set>
