@@ -4,7 +4,6 @@
 #include "mail/map_shapes.h"
 
 #include <QMetaType>
-#include <QVarLengthArray>
 #include <QVariantList>
 #include <QtEndian>
 
@@ -15,6 +14,7 @@
 #include <iterator>
 #include <memory>
 #include <span>
+#include <vector>
 
 namespace tally::data {
 namespace {
@@ -45,31 +45,32 @@ QString text_of_key(QByteArrayView encoded)
     }
 }
 
-/// Of a key that lies inside a mail, whose root marker guarantees eight bytes before its end.
+constexpr qsizetype word = sizeof(quint64);
+
+/// The last bytes of a key, at most a word of them. The key lies inside a mail, whose root marker
+/// guarantees a word before the key's end.
+quint64 tail_of(const char *key, qsizetype size)
+{
+    const auto foreign_bits = 8 * std::max<qsizetype>(0, word - size);
+    return qFromLittleEndian<quint64>(key + size - word) >> foreign_bits;
+}
+
 quint64 hash_of(QByteArrayView key)
 {
     // Length and last bytes tell keys apart best: "HId" from "HId2", 1.0 from 2.0.
-    constexpr qsizetype word = sizeof(quint64);
-    const auto tail = qFromLittleEndian<quint64>(key.data() + key.size() - word);
-    const auto foreign_bits = 8 * std::max<qsizetype>(0, word - key.size());
-    return (tail >> foreign_bits ^ static_cast<quint64>(key.size()) << 56) * 0x9e3779b97f4a7c15u;
+    return (tail_of(key.data(), key.size()) ^ static_cast<quint64>(key.size()) << 56) *
+           0x9e3779b97f4a7c15u;
 }
 
-/// Whether `size` bytes are the same. Keys are so short that a call costs more than the comparison,
-/// which goes word by word; the last word may overlap the one before.
-bool same_bytes(const char *a, const char *b, qsizetype size)
+/// Whether two keys of one size are the same. Keys are so short that a call costs more than the
+/// comparison, which goes word by word; the last word may overlap the one before.
+bool same_key(const char *a, const char *b, qsizetype size)
 {
-    constexpr qsizetype word = sizeof(quint64);
-    const auto same_word = [a, b](qsizetype pos) {
-        return qFromUnaligned<quint64>(a + pos) == qFromUnaligned<quint64>(b + pos);
-    };
-    if (size < word)
-        return std::memcmp(a, b, static_cast<size_t>(size)) == 0;
     for (qsizetype pos = 0; pos < size - word; pos += word) {
-        if (!same_word(pos))
+        if (qFromUnaligned<quint64>(a + pos) != qFromUnaligned<quint64>(b + pos))
             return false;
     }
-    return same_word(size - word);
+    return tail_of(a, size) == tail_of(b, size);
 }
 
 /// The texts of keys met before in this mail, found by their encoded bytes. A mail repeats few keys
@@ -81,7 +82,7 @@ public:
     {
         Slot &slot = slots_[hash_of(encoded) >> 56];
         if (slot.encoded.size() != encoded.size() ||
-            !same_bytes(slot.encoded.data(), encoded.data(), encoded.size()))
+            !same_key(slot.encoded.data(), encoded.data(), encoded.size()))
             slot = {encoded, text_of_key(encoded)};
         return slot.text;
     }
@@ -132,6 +133,11 @@ public:
     }
 
 private:
+    struct Entry {
+        QByteArrayView key; ///< encoded
+        QVariant *value;
+    };
+
     void read_map(QVariant &value, int depth, quint64 context)
     {
         if (depth > max_nesting)
@@ -142,7 +148,7 @@ private:
         if (is_expected)
             read_known_entries(tree, *shape, depth, context);
         else
-            read_entries(tree, {}, depth, context);
+            read_entries(tree, entries_.size(), depth, context);
         std::construct_at(&value, QVariantMap(std::move(tree)));
     }
 
@@ -151,9 +157,9 @@ private:
     void read_known_entries(Tree &tree, const MapShape &shape, int depth, quint64 context)
     {
         const bool has_equal_keys = shape.keys.size() != tree.size();
-        const qsizetype first = values_.size();
+        const size_t first = values_.size();
         for (auto &entry : tree)
-            values_.append(&entry.second);
+            values_.push_back(&entry.second);
         size_t known = 0;
         for (; known < shape.keys.size() && next_is(shape.keys[known]); ++known) {
             const QByteArrayView key = shape.keys[known];
@@ -163,44 +169,55 @@ private:
                 value.clear(); // of equal keys the last one wins
             read_value(value, depth, context, key);
         }
+        const bool is_complete = known == shape.keys.size() && at_map_end();
+        const size_t first_entry = entries_.size();
+        if (!is_complete) {
+            for (size_t i = 0; i < known; ++i)
+                entries_.push_back({shape.keys[i], values_[first + shape.ranks[i]]});
+        }
         values_.resize(first);
-        if (known == shape.keys.size() && at_map_end()) {
+        if (is_complete) {
             shapes_.confirm(context);
             return;
         }
         std::erase_if(tree, [](const auto &entry) { return !entry.second.isValid(); });
-        read_entries(tree, std::span(shape.keys).first(known), depth, context);
+        read_entries(tree, first_entry, depth, context);
     }
 
-    /// Reads the rest of a map whose first keys are `known`, and remembers its shape.
-    void read_entries(Tree &tree, std::span<const QByteArrayView> known, int depth, quint64 context)
+    /// Reads the rest of a map whose entries so far stand in `entries_` from `first` on, and
+    /// remembers its shape.
+    void read_entries(Tree &tree, size_t first, int depth, quint64 context)
     {
-        const qsizetype first = map_keys_.size();
-        map_keys_.append(known.data(), static_cast<qsizetype>(known.size()));
         while (!at_map_end()) {
             const QByteArrayView key = read_key(depth);
-            map_keys_.append(key);
             const auto [place, is_new] = tree.try_emplace(key_texts_.text_of(key));
             if (!is_new)
                 place->second.clear(); // of equal keys the last one wins
+            entries_.push_back({key, &place->second});
             read_value(place->second, depth, context, key);
         }
-        const std::span keys(map_keys_.cbegin() + first, map_keys_.cend());
-        if (MapShape *shape = shapes_.replace_expected(context, keys.size()))
-            fill_shape(*shape, keys, tree);
-        map_keys_.resize(first);
+        const auto entries = std::span<const Entry>(entries_).subspan(first);
+        if (MapShape *shape = shapes_.replace_expected(context, entries.size()))
+            fill_shape(*shape, entries, tree);
+        entries_.resize(first);
     }
 
-    void fill_shape(MapShape &shape, std::span<const QByteArrayView> keys, const Tree &tree)
+    void fill_shape(MapShape &shape, std::span<const Entry> entries, Tree &tree)
     {
-        for (const auto &[text, value] : tree)
+        const size_t first = values_.size();
+        for (auto &[text, value] : tree) {
             shape.blank.emplace_hint(shape.blank.end(), text, QVariant());
-        shape.keys.assign(keys.begin(), keys.end());
-        shape.ranks.reserve(keys.size());
-        for (const QByteArrayView key : keys) {
-            const auto place = tree.find(key_texts_.text_of(key));
-            shape.ranks.push_back(static_cast<quint32>(std::distance(tree.begin(), place)));
+            values_.push_back(&value);
         }
+        // Looking for the addresses in turn is faster than comparing texts: shapes are short.
+        shape.keys.reserve(entries.size());
+        shape.ranks.reserve(entries.size());
+        for (const auto &[key, value] : entries) {
+            const auto place = std::find(values_.begin() + first, values_.end(), value);
+            shape.keys.push_back(key);
+            shape.ranks.push_back(static_cast<quint32>(place - values_.begin() - first));
+        }
+        values_.resize(first);
     }
 
     /// Maps below the same named key look alike, and so do all the elements of an array.
@@ -209,10 +226,9 @@ private:
         return key.front() == text_tag ? hash_of(key) : context + 1;
     }
 
-    bool next_is(QByteArrayView encoded) const
+    bool next_is(QByteArrayView key) const
     {
-        return encoded.size() <= size_ - pos_ &&
-               std::memcmp(data_ + pos_, encoded.data(), static_cast<size_t>(encoded.size())) == 0;
+        return key.size() <= size_ - pos_ && same_key(data_ + pos_, key.data(), key.size());
     }
 
     bool at_map_end()
@@ -293,10 +309,9 @@ private:
     qsizetype pos_;
     KeyTexts key_texts_;
     MapShapes shapes_;
-    // Of all maps that are being read, innermost last. They hardly ever leave the stack: a large
-    // allocation makes malloc sort out all the nodes that the last mail's tree gave back.
-    QVarLengthArray<QVariant *, 512> values_;
-    QVarLengthArray<QByteArrayView, 512> map_keys_;
+    // Of all maps that are being read, innermost last.
+    std::vector<QVariant *> values_;
+    std::vector<Entry> entries_;
 };
 
 } // namespace

@@ -64,7 +64,8 @@ private:
     static size_t slot_of(quint64 context) { return (context * 0x9e3779b97f4a7c15u) >> 57; }
 
     std::array<Slot, slot_count> slots_;
-    // Enough for all shapes of most mails: see MailReader's lists about large allocations.
+    // Enough for all shapes of most mails. A large allocation would make glibc's malloc sort out
+    // all the nodes that the last mail's tree gave back.
     std::array<std::byte, 65536> first_memory_;
     std::pmr::monotonic_buffer_resource memory_{first_memory_.data(), first_memory_.size()};
     std::pmr::deque<MapShape> shapes_{&memory_};
