@@ -162,6 +162,7 @@ TEST(StoreSchema, ANewFileHasAllIndexes)
                          "JOIN pragma_table_info(m.name) t WHERE t.pk > 0 GROUP BY m.name"_s),
               u"chain_slice_loot|slice_id\n"
               "chain_slices|id\n"
+              "examined_mails|file_name\n"
               "field_reports|file_name,attack_id\n"
               "fort_loot|id\n"
               "fort_reports|file_name\n"

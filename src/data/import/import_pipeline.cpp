@@ -1,6 +1,7 @@
 #include "import/import_pipeline.h"
 
 #include "files/exact_files.h"
+#include "import/examined_mails.h"
 #include "import/mail_file.h"
 #include "mail/battle_report.h"
 #include "mail/field_report.h"
@@ -102,14 +103,28 @@ constexpr Stage stages[] = {
     {&StoredKinds::fort, [](MailFile &mail) { return holds(mail.head(), fort_word); }, store_fort},
 };
 
+/// What looking through a mail came to.
+struct Examination {
+    StoredKinds stored;  ///< by now
+    bool is_new = false; ///< whether any of it was stored just now
+    bool failed = false;
+};
+
 /// A stage that fails leaves no rows, and the file is offered again at the next import.
-bool run_stage(const Stage &stage, MailFile &mail, TallyDb &db)
+Examination examine(MailFile &mail, const StoredKinds &known, TallyDb &db)
 {
-    try {
-        return stage.looks_right(mail) && stage.store(mail, db);
-    } catch (const std::exception &) {
-        return false;
+    Examination result{.stored = known};
+    for (const Stage &stage : stages) {
+        if (known.*stage.is_stored)
+            continue;
+        try {
+            if (stage.looks_right(mail) && stage.store(mail, db))
+                result.stored.*stage.is_stored = result.is_new = true;
+        } catch (const std::exception &) {
+            result.failed = true;
+        }
     }
+    return result;
 }
 
 void keep_raw_copy(const QString &path, const QString &name, const QString &raw_dir)
@@ -119,6 +134,24 @@ void keep_raw_copy(const QString &path, const QString &name, const QString &raw_
         return;
     if (!platform::copy_file(path, copy) && QDir().mkpath(raw_dir))
         platform::copy_file(path, copy);
+}
+
+/// As `import_file`, but passes over a mail that is known to have given all it holds.
+bool import_unless_examined(const QString &path, const QString &raw_dir, TallyDb &db,
+                            ExaminedMails &examined)
+{
+    MailFile mail(path);
+    if (!raw_dir.isEmpty())
+        keep_raw_copy(path, mail.name(), raw_dir);
+    const KnownMail known =
+        db.known_mail(mail.name(), platform::file_stamp(path).value_or(platform::FileStamp{}));
+    // Equality, for rows may have gone since: then the mail is to give them again.
+    if (known.examined == known.stored)
+        return false;
+    const Examination result = examine(mail, known.stored, db);
+    if (const auto stamp = mail.stamp_if_read(); stamp && !result.failed)
+        examined.note({mail.name(), *stamp, result.stored});
+    return result.is_new;
 }
 
 void link_forts(TallyDb &db)
@@ -144,13 +177,7 @@ bool import_file(const QString &path, const QString &raw_dir, TallyDb &db)
     MailFile mail(path);
     if (!raw_dir.isEmpty())
         keep_raw_copy(path, mail.name(), raw_dir);
-    const StoredKinds known = db.stored_kinds(mail.name());
-    bool stored = false;
-    for (const Stage &stage : stages) {
-        if (!(known.*stage.is_stored))
-            stored |= run_stage(stage, mail, db);
-    }
-    return stored;
+    return examine(mail, db.stored_kinds(mail.name()), db).is_new;
 }
 
 ImportStats import_dir(const QString &dir, const QString &raw_dir, TallyDb &db,
@@ -163,11 +190,12 @@ ImportStats import_dir(const QString &dir, const QString &raw_dir, TallyDb &db,
     const auto total = static_cast<qint32>(names.size());
 
     ImportStats stats;
+    ExaminedMails examined(db);
     for (const QString &name : names) {
         if (cancel && *cancel)
             break;
         try {
-            if (import_file(QDir(dir).filePath(name), raw_dir, db))
+            if (import_unless_examined(QDir(dir).filePath(name), raw_dir, db, examined))
                 ++stats.imported;
         } catch (...) {
             ++stats.errors;

@@ -25,6 +25,11 @@ bool MailFile::is_longer_than_head()
     return file().size() > head_size;
 }
 
+std::optional<platform::FileStamp> MailFile::stamp_if_read()
+{
+    return read_failed_ ? std::nullopt : file().stamp();
+}
+
 double MailFile::modified()
 {
     return file().modified();
@@ -34,8 +39,11 @@ void MailFile::read_up_to(qint64 end)
 {
     const qint64 size = file().size();
     const qint64 missing = std::min(end, size) - content_.size();
-    if (missing > 0 && size <= max_size)
-        content_ += file().read(missing);
+    if (missing <= 0 || size > max_size)
+        return;
+    const QByteArray bytes = file().read(missing);
+    content_ += bytes;
+    read_failed_ |= bytes.size() != missing;
 }
 
 platform::InputFile &MailFile::file()

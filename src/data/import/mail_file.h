@@ -25,6 +25,8 @@ public:
     QByteArrayView head();
     QByteArrayView all();
     bool is_longer_than_head();
+    /// What was read, if the system gave all that was asked of it.
+    std::optional<platform::FileStamp> stamp_if_read();
     /// When the file was last modified, in seconds since the Unix epoch, whole milliseconds.
     double modified();
 
@@ -36,6 +38,7 @@ private:
     QString name_;
     std::optional<platform::InputFile> file_;
     QByteArray content_;
+    bool read_failed_ = false;
 };
 
 } // namespace tally::data

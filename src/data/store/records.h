@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/exact_files.h"
 #include "store/chain_records.h"
 #include "store/field_records.h"
 #include "store/trial_records.h"
@@ -18,6 +19,22 @@ struct StoredKinds {
     bool field = false;
     bool trial = false;
     bool fort = false;
+
+    bool operator==(const StoredKinds &) const = default;
+};
+
+/// What the store knows of a mail.
+struct KnownMail {
+    StoredKinds stored;
+    /// What this version of the program found when it looked through just this content.
+    std::optional<StoredKinds> examined;
+};
+
+/// A mail that was looked through, as its file was then, and what was found in it.
+struct ExaminedMail {
+    QString file_name;
+    platform::FileStamp stamp;
+    StoredKinds kinds;
 };
 
 struct HonorLogRow {

@@ -67,19 +67,6 @@ bool TallyDb::fort_report_exists(const QString &file_name) const
                    {file_name});
 }
 
-StoredKinds TallyDb::stored_kinds(const QString &file_name) const
-{
-    auto statement = kept(QStringLiteral(R"sql(
-        SELECT EXISTS(SELECT 1 FROM reports WHERE file_name = ?),
-               EXISTS(SELECT 1 FROM field_reports WHERE file_name = ?),
-               EXISTS(SELECT 1 FROM trial_reports WHERE file_name = ?),
-               EXISTS(SELECT 1 FROM fort_reports WHERE file_name = ?))sql"));
-    QSqlQuery &row = statement.exec({file_name, file_name, file_name, file_name});
-    row.next();
-    return {row.value(0).toBool(), row.value(1).toBool(), row.value(2).toBool(),
-            row.value(3).toBool()};
-}
-
 void TallyDb::insert_report(const QString &file_name, const BattleReport &report, double file_mtime)
 {
     const QMutexLocker lock(&write_mutex_);

@@ -143,6 +143,14 @@ CREATE TABLE IF NOT EXISTS fort_loot (
   FOREIGN KEY (file_name) REFERENCES fort_reports(file_name) ON DELETE CASCADE
 );
 CREATE INDEX IF NOT EXISTS idx_fort_loot_file ON fort_loot(file_name);
+
+CREATE TABLE IF NOT EXISTS examined_mails (
+  file_name TEXT PRIMARY KEY NOT NULL,
+  modified_nanos INTEGER NOT NULL,
+  size INTEGER NOT NULL,
+  kinds INTEGER NOT NULL,
+  version TEXT NOT NULL
+) WITHOUT ROWID;
 )sql";
 
 QString field_column_definitions()

@@ -66,6 +66,10 @@ public:
     /// All four at once, for little more than the price of one.
     StoredKinds stored_kinds(const QString &file_name) const;
 
+    KnownMail known_mail(const QString &file_name, const platform::FileStamp &stamp) const;
+    /// For `known_mail` to tell: a memory that only saves work.
+    void note_examined(const std::vector<ExaminedMail> &mails);
+
     /// Ties each fort without a link to the chain whose start lies nearest, at most 300 seconds
     /// away; chains with a known fort round come first. \return how many forts were linked.
     int link_fort_to_chains();

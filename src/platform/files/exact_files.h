@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 
 namespace tally::platform {
 
@@ -24,6 +25,18 @@ QStringList regular_file_names(const QString &dir);
 
 bool file_exists(const QString &path);
 
+/// What changes when a file's content does, unless it is written twice within the granularity of
+/// the file system's clock.
+struct FileStamp {
+    qint64 modified_nanos = 0; ///< since the Unix epoch, the full precision of the file system
+    qint64 size = 0;           ///< bytes
+
+    bool operator==(const FileStamp &) const = default;
+};
+
+/// Nothing if there is no such file.
+std::optional<FileStamp> file_stamp(const QString &path);
+
 /// A file opened for unbuffered reading, once and for all. One that cannot be opened is empty.
 class InputFile {
 public:
@@ -32,6 +45,8 @@ public:
     InputFile(const InputFile &) = delete;
     InputFile &operator=(const InputFile &) = delete;
 
+    /// When it was opened; nothing if it could not be.
+    std::optional<FileStamp> stamp() const;
     qint64 size() const; ///< bytes, when it was opened
     /// When it was last modified, in seconds since the Unix epoch, whole milliseconds.
     double modified() const;

@@ -51,6 +51,14 @@ bool copy_bytes(int from, int to, off_t count)
     return true;
 }
 
+std::optional<FileStamp> stamp_in(const struct stat &status)
+{
+    if (!S_ISREG(status.st_mode))
+        return std::nullopt;
+    const timespec &time = status.st_mtim;
+    return FileStamp{qint64{time.tv_sec} * 1'000'000'000 + time.tv_nsec, status.st_size};
+}
+
 } // namespace
 
 QStringList regular_file_names(const QString &dir)
@@ -65,6 +73,13 @@ QStringList regular_file_names(const QString &dir)
     }
     std::sort(names.begin(), names.end());
     return names;
+}
+
+std::optional<FileStamp> file_stamp(const QString &path)
+{
+    struct stat status = {};
+    ::stat(native_name_of_text(path).constData(), &status);
+    return stamp_in(status);
 }
 
 bool file_exists(const QString &path)
@@ -88,6 +103,11 @@ InputFile::~InputFile()
 {
     if (native_->descriptor >= 0)
         ::close(native_->descriptor);
+}
+
+std::optional<FileStamp> InputFile::stamp() const
+{
+    return stamp_in(native_->status);
 }
 
 qint64 InputFile::size() const

@@ -3,12 +3,21 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace tally::platform {
 
 QStringList regular_file_names(const QString &dir)
 {
     return QDir(dir).entryList(QDir::Files | QDir::NoSymLinks, QDir::Name);
+}
+
+std::optional<FileStamp> file_stamp(const QString &path)
+{
+    const QFileInfo file(path);
+    if (!file.isFile())
+        return std::nullopt;
+    return FileStamp{file.lastModified().toMSecsSinceEpoch() * 1'000'000, file.size()};
 }
 
 bool file_exists(const QString &path)
@@ -27,6 +36,11 @@ InputFile::InputFile(const QString &path) : native_(std::make_unique<Native>())
 }
 
 InputFile::~InputFile() = default;
+
+std::optional<FileStamp> InputFile::stamp() const
+{
+    return native_->file.isOpen() ? file_stamp(native_->file.fileName()) : std::nullopt;
+}
 
 qint64 InputFile::size() const
 {

@@ -1,0 +1,118 @@
+#include "import/import_pipeline.h"
+#include "support/small_mails.h"
+#include "support/temp_mails.h"
+#include "support/temp_store.h"
+
+#include <QDateTime>
+#include <QSqlQuery>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace tally::data {
+namespace {
+
+using test::TempMails;
+using test::TempStore;
+
+const QString name = QStringLiteral("Persistent.Mail.1");
+const QByteArray report = test::fort_mail();
+const QByteArray no_report(report.size(), 'x');
+constexpr double written = 1.7e9;
+
+/// A folder with one mail that was imported once.
+struct ImportedFolder {
+    TempMails mails;
+    TempStore store;
+
+    explicit ImportedFolder(const QByteArray &content, double modified = written)
+    {
+        mails.add(name, content, modified);
+        import();
+    }
+
+    int import() { return import_dir(mails.path(), {}, store.db, {}, nullptr).imported; }
+
+    void run(const char *sql)
+    {
+        QSqlQuery query(store.db.connection());
+        ASSERT_TRUE(query.exec(QString::fromLatin1(sql))) << sql;
+    }
+};
+
+// The content behind an unchanged stamp tells whether a file was read again.
+TEST(ExaminedMails, AreNotReadAgain)
+{
+    ImportedFolder folder(no_report);
+    folder.mails.add(name, report, written);
+    EXPECT_EQ(folder.import(), 0);
+}
+
+struct Change {
+    const char *what;
+    std::function<void(ImportedFolder &)> make;
+};
+
+void PrintTo(const Change &change, std::ostream *out)
+{
+    *out << change.what;
+}
+
+class ExaminedMailsAreReadAgain : public testing::TestWithParam<Change> {};
+
+TEST_P(ExaminedMailsAreReadAgain, When)
+{
+    ImportedFolder folder(no_report);
+    folder.mails.add(name, report, written);
+    GetParam().make(folder);
+    EXPECT_EQ(folder.import(), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(, ExaminedMailsAreReadAgain,
+                         testing::Values(Change{"the file was modified",
+                                                [](ImportedFolder &folder) {
+                                                    folder.mails.add(name, report, written + 0.001);
+                                                }},
+                                         Change{"the file has another size",
+                                                [](ImportedFolder &folder) {
+                                                    folder.mails.add(name, report + "x", written);
+                                                }},
+                                         Change{"another version of the program looked",
+                                                [](ImportedFolder &folder) {
+                                                    folder.run(
+                                                        "UPDATE examined_mails SET version = 'v1'");
+                                                }},
+                                         Change{"the memory is lost", [](ImportedFolder &folder) {
+                                                    folder.run("DELETE FROM examined_mails");
+                                                }}));
+
+TEST(ExaminedMails, GiveTheirRowsAgainWhenThoseAreGone)
+{
+    ImportedFolder folder(report);
+    EXPECT_EQ(folder.import(), 0);
+    folder.run("DELETE FROM fort_reports");
+    EXPECT_EQ(folder.import(), 1);
+}
+
+TEST(ExaminedMails, DoNotCountWhileTheirFileMayStillBeWritten)
+{
+    const double now = static_cast<double>(QDateTime::currentSecsSinceEpoch());
+    ImportedFolder folder(no_report, now);
+    folder.mails.add(name, report, now);
+    EXPECT_EQ(folder.import(), 1);
+}
+
+TEST(ExaminedMails, DoNotCountWhenTheirReportCouldNotBeStored)
+{
+    ImportedFolder folder({});
+    folder.run("CREATE TRIGGER full BEFORE INSERT ON fort_loot "
+               "BEGIN SELECT RAISE(ABORT, 'disk full'); END");
+    folder.mails.add(name, report);
+    EXPECT_EQ(folder.import(), 0);
+    folder.run("DROP TRIGGER full");
+    EXPECT_EQ(folder.import(), 1);
+}
+
+} // namespace
+} // namespace tally::data
