@@ -210,12 +210,13 @@ private:
             values_.push_back(&value);
         }
         // Looking for the addresses in turn is faster than comparing texts: shapes are short.
+        const auto places = std::span(values_).subspan(first);
         shape.keys.reserve(entries.size());
         shape.ranks.reserve(entries.size());
         for (const auto &[key, value] : entries) {
-            const auto place = std::find(values_.begin() + first, values_.end(), value);
+            const auto place = std::find(places.begin(), places.end(), value);
             shape.keys.push_back(key);
-            shape.ranks.push_back(static_cast<quint32>(place - values_.begin() - first));
+            shape.ranks.push_back(static_cast<quint32>(place - places.begin()));
         }
         values_.resize(first);
     }
