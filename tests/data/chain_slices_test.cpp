@@ -97,7 +97,7 @@ INSTANTIATE_TEST_SUITE_P(
         "WHERE file_name = 'chain 1';INSERT INTO reports (file_name, round_no) "
         "VALUES ('chain 1', 0)"));
 
-TEST(ChainSlices, OfAnOlderDatabaseAreMadeWhenItIsOpened)
+TEST(ChainSlices, OfAnOlderDatabaseAreMadeAfterItWasOpened)
 {
     SlicedStore store;
     const QString kept = slices(store.plain());
@@ -111,10 +111,34 @@ TEST(ChainSlices, OfAnOlderDatabaseAreMadeWhenItIsOpened)
         rows_of(store.plain(), u"DROP "_s + QString::fromLatin1(name));
     data::TallyDb reopened(store.path);
     EXPECT_FALSE(reopened.init_schema());
+    reopened.complete_chain_slices();
     EXPECT_EQ(slices(reopened.connection()), kept);
     const QString schema = u"SELECT type, name, sql FROM sqlite_master "
                            "WHERE name NOT LIKE 'sqlite_%' ORDER BY name"_s;
     EXPECT_EQ(text_of(reopened.connection(), schema), text_of(TempStore().db.connection(), schema));
+}
+
+TEST(ChainSlices, OfManyChainsAreCompletedInStepsOutsideTheStart)
+{
+    SlicedStore store;
+    add_random_chains(store.db, 8, 450);
+    rows_of(store.plain(), u"UPDATE loot SET value = '5 pieces' WHERE id = "
+                           "(SELECT MIN(id) FROM loot WHERE file_name = 'chain 10')"_s);
+    rows_of(store.plain(), u"DROP TABLE chain_slices"_s);
+    store.db.init_schema();
+    EXPECT_NE(slices(store.plain()), u"");
+    const auto left = [&store] {
+        return text_of(store.plain(), u"SELECT COUNT(*) FROM stale_chains"_s).toInt();
+    };
+    EXPECT_GT(left(), 100);
+    const std::atomic<bool> cancelled = true;
+    store.db.complete_chain_slices(&cancelled);
+    EXPECT_GT(left(), 100);
+    store.db.complete_chain_slices();
+    EXPECT_EQ(stale(store.plain()), u"chain 10");
+    rows_of(store.plain(), u"UPDATE loot SET value = 5 WHERE value = '5 pieces'"_s);
+    store.db.complete_chain_slices();
+    EXPECT_EQ(stale(store.plain()), u"");
 }
 
 TEST(ChainSlices, GoWithTheRoundsThatAMigrationDrops)

@@ -237,7 +237,9 @@ void fill_store(const QString &path, const FillOptions &options)
     filler.add_trials();
     filler.add_forts();
     writer.exec("COMMIT");
-    data::TallyDb(path).init_schema();
+    data::TallyDb db(path);
+    db.init_schema();
+    db.complete_chain_slices();
 }
 
 } // namespace tally::tools

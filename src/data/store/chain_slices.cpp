@@ -2,10 +2,12 @@
 #include "store/sql_values.h"
 #include "store/tally_db.h"
 
+#include <QMutexLocker>
 #include <QStringList>
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 namespace tally::data {
 
@@ -131,15 +133,33 @@ bool TallyDb::slices_complete() const
     return !any_row(QStringLiteral("SELECT 1 FROM stale_chains LIMIT 1"), {});
 }
 
-/// To be called in a write transaction.
-void TallyDb::slice_stale_chains() const
+void TallyDb::complete_chain_slices(const std::atomic<bool> *cancel)
+{
+    QString last;
+    while (!slices_complete() && !(cancel && *cancel)) {
+        const QMutexLocker lock(&write_mutex_);
+        Transaction transaction(connection());
+        const QString previous = std::exchange(last, slice_stale_chains(last));
+        transaction.commit(QStringLiteral("chain slices commit failed"));
+        if (last == previous)
+            return; // what is still stale cannot be sliced
+    }
+}
+
+/// Slices the next stale chains behind a name, in the order of names: few enough not to keep other
+/// writers waiting. To be called in a write transaction. \return the last chain's name.
+QString TallyDb::slice_stale_chains(const QString &after) const
 {
     QStringList stale;
-    auto names = exec_prepared(connection(), QStringLiteral("SELECT file_name FROM stale_chains"));
+    auto names = exec_prepared(connection(),
+                               QStringLiteral("SELECT file_name FROM stale_chains "
+                                              "WHERE file_name > ? ORDER BY file_name LIMIT 200"),
+                               {not_null(after)});
     while (names.next())
         stale << names.value(0).toString();
     for (const QString &file_name : stale)
         slice_chain(file_name);
+    return stale.isEmpty() ? after : stale.last();
 }
 
 /// \return false for a chain with values that no mail has (texts instead of numbers): it stays

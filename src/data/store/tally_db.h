@@ -15,6 +15,7 @@
 #include <QVariantMap>
 
 #include <array>
+#include <atomic>
 #include <functional>
 #include <map>
 #include <optional>
@@ -73,6 +74,11 @@ public:
     /// Ties each fort without a link to the chain whose start lies nearest, at most 300 seconds
     /// away; chains with a known fort round come first. \return how many forts were linked.
     int link_fort_to_chains();
+
+    /// Makes what the statistics of chains keep added up for a store of an older version, which may
+    /// take seconds; done before, it returns at once. Until then the statistics are slower, not
+    /// other. To be called on a worker's thread; others can write meanwhile.
+    void complete_chain_slices(const std::atomic<bool> *cancel = nullptr);
 
     // Favourites: the game's own mail box "Archive" serves as the flag.
     void set_field_favorite(const QString &file_name, bool favorite);
@@ -229,7 +235,7 @@ private:
     // Slices of chains (chain_slice.h), kept by triggers: any change of a chain's rows, by whatever
     // program, deletes its slices and notes its name in `stale_chains`.
     static void ensure_chain_slices(const QSqlDatabase &db);
-    void slice_stale_chains() const;
+    QString slice_stale_chains(const QString &after = {}) const;
     bool slice_chain(const QString &file_name) const;
     void store_slices(const QString &file_name, const ChainSlicer &slicer) const;
     /// Whether the slices tell of all rounds.
