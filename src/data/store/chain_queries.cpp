@@ -131,12 +131,6 @@ std::optional<BestChain> TallyDb::best_chain(double btype, std::optional<double>
                                                 question_params(btype, filter), compute);
 }
 
-std::vector<LootSum> TallyDb::loot_sums(const QString &sql, const QVariantList &params) const
-{
-    auto rows = exec_prepared(connection(), sql, params);
-    return read_loot_sums(rows);
-}
-
 std::vector<LootSum> TallyDb::sliced_loot_sums(const QString &filter,
                                                const QVariantList &params) const
 {

@@ -81,27 +81,18 @@ std::vector<LootStat> TallyDb::fort_loot_stats(std::optional<double> from, std::
                                                int min_level, int *fights) const
 {
     const SqlConditions conditions = fort_conditions(QStringLiteral("fr."), from, to, min_level);
-    const QVariantList question = QVariantList{conditions.sql()} + conditions.params;
     if (fights)
-        *fights = remembered<int>(QStringLiteral("fort_fights"), question, [&] {
-            return single_int(QStringLiteral("SELECT COUNT(*) FROM fort_reports fr WHERE %1")
-                                  .arg(conditions.sql()),
-                              conditions.params);
-        });
-    const auto compute = [&] {
-        return loot_sums(QStringLiteral(R"sql(
-            SELECT fl.item_type, fl.item_subtype,
-                   SUM(fl.value) AS sztuki,
-                   COUNT(DISTINCT fl.file_name) AS bitwy
-            FROM fort_loot fl
-            JOIN fort_reports fr ON fr.file_name = fl.file_name
-            WHERE %1
-            GROUP BY fl.item_type, fl.item_subtype)sql")
-                             .arg(conditions.sql()),
-                         conditions.params);
-    };
-    return with_item_facts(
-        remembered<std::vector<LootSum>>(QStringLiteral("fort_loot_stats"), question, compute));
+        *fights = remembered_count(QStringLiteral("SELECT COUNT(*) FROM fort_reports fr WHERE %1"),
+                                   conditions);
+    return remembered_loot(QStringLiteral(R"sql(
+        SELECT fl.item_type, fl.item_subtype,
+               SUM(fl.value) AS sztuki,
+               COUNT(DISTINCT fl.file_name) AS bitwy
+        FROM fort_loot fl
+        JOIN fort_reports fr ON fr.file_name = fl.file_name
+        WHERE %1
+        GROUP BY fl.item_type, fl.item_subtype)sql"),
+                           conditions);
 }
 
 std::optional<FortBattle> TallyDb::fort_battle(const QString &file_name) const

@@ -28,6 +28,7 @@ struct BattleReport;
 struct ChangeStamp;
 struct FortReport;
 struct LootSum;
+struct SqlConditions;
 struct ThreadConnection;
 struct TrialReport;
 
@@ -271,6 +272,10 @@ private:
     std::vector<ChainRound> rounds_of(const QString &file_name) const;
     std::vector<PlayerRow> player_rows(const ChainSource &source) const;
     std::vector<LootSum> loot_sums(const QString &sql, const QVariantList &params) const;
+    // Remembered results of a text with %1 for its conditions.
+    int remembered_count(const QString &sql, const SqlConditions &conditions) const;
+    std::vector<LootStat> remembered_loot(const QString &sql,
+                                          const SqlConditions &conditions) const;
 
     /// Keeps the statement prepared.
     bool any_row(const QString &sql, const QVariantList &params) const;

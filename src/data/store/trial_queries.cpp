@@ -94,7 +94,6 @@ std::vector<LootStat> TallyDb::trial_loot_stats(const QStringList &bosses,
     SqlConditions conditions = kill_conditions(QStringLiteral("tr."), bosses, from, to);
     if (!player.isEmpty())
         conditions.add(QStringLiteral("tp.player_name = ?"), QVariant(player));
-    const QVariantList question = QVariantList{conditions.sql()} + conditions.params;
     if (fights) {
         const QString count = player.isEmpty()
                                   ? QStringLiteral("SELECT COUNT(*) FROM trial_reports tr WHERE %1")
@@ -103,25 +102,18 @@ std::vector<LootStat> TallyDb::trial_loot_stats(const QStringList &bosses,
             FROM trial_reports tr
             JOIN trial_participants tp ON tp.file_name = tr.file_name
             WHERE %1)sql");
-        *fights = remembered<int>(QStringLiteral("trial_fights"), question, [&] {
-            return single_int(count.arg(conditions.sql()), conditions.params);
-        });
+        *fights = remembered_count(count, conditions);
     }
-    const auto compute = [&] {
-        return loot_sums(QStringLiteral(R"sql(
-            SELECT tl.item_type, tl.item_subtype,
-                   SUM(tl.value) AS sztuki,
-                   COUNT(DISTINCT tr.file_name) AS bitwy
-            FROM trial_loot tl
-            JOIN trial_participants tp ON tp.id = tl.participant_id
-            JOIN trial_reports tr ON tr.file_name = tp.file_name
-            WHERE %1
-            GROUP BY tl.item_type, tl.item_subtype)sql")
-                             .arg(conditions.sql()),
-                         conditions.params);
-    };
-    return with_item_facts(
-        remembered<std::vector<LootSum>>(QStringLiteral("trial_loot_stats"), question, compute));
+    return remembered_loot(QStringLiteral(R"sql(
+        SELECT tl.item_type, tl.item_subtype,
+               SUM(tl.value) AS sztuki,
+               COUNT(DISTINCT tr.file_name) AS bitwy
+        FROM trial_loot tl
+        JOIN trial_participants tp ON tp.id = tl.participant_id
+        JOIN trial_reports tr ON tr.file_name = tp.file_name
+        WHERE %1
+        GROUP BY tl.item_type, tl.item_subtype)sql"),
+                           conditions);
 }
 
 std::vector<SessionPlayer> TallyDb::session_players(const QStringList &files) const
