@@ -15,6 +15,7 @@
 #include <QVariantMap>
 
 #include <array>
+#include <atomic>
 #include <functional>
 #include <map>
 #include <optional>
@@ -92,7 +93,7 @@ public:
 
     /// Which rounds all chain statistics look at: 0 all, 1 those that cost action points, 2 those
     /// that were free. Set and read without a lock.
-    int free_ap_mode = 0;
+    std::atomic<int> free_ap_mode = 0;
 
     /// The conditions for a table whose columns have this prefix ("r." or "").
     ChainSqlFilter chain_filter(const QString &prefix, std::optional<double> from,
