@@ -64,6 +64,7 @@ void MainWindow::build_tabs()
     tabs_ = new ReportTabs(this);
     ChainTrackerSetup setup;
     setup.icon_dir = setup_.icon_cache_dir;
+    setup.clock = setup_.clock;
     chain_tab_ = new ChainTrackerTab(db_, barbarians, tabs_, setup);
     tabs_->add(chain_tab_, QStringLiteral("⚔️ Chain Tracker"));
     setCentralWidget(tabs_);

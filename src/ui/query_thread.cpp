@@ -54,7 +54,7 @@ void QueryThread::place_answer()
     {
         const QMutexLocker lock(&mutex_);
         busy = answered_ != last_ && !ending_;
-        if (!busy)
+        if (answered_ == last_)
             placing = std::exchange(placing_, {});
     }
     set_busy(busy);
