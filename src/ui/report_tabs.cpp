@@ -1,6 +1,9 @@
 #include "report_tabs.h"
 
+#include "emoji_style.h"
 #include "report_tab.h"
+
+#include <QTabBar>
 
 #include <algorithm>
 
@@ -9,6 +12,9 @@ namespace tally::ui {
 ReportTabs::ReportTabs(QWidget *parent) : QTabWidget(parent)
 {
     setAccessibleName(QStringLiteral("Reports"));
+    auto *style = new EmojiStyle;
+    style->setParent(this);
+    tabBar()->setStyle(style);
 }
 
 void ReportTabs::add(ReportTab *tab, const QString &title)

@@ -1,5 +1,8 @@
 #include "chains/chain_filter_bar.h"
 
+#include "chains/chain_texts.h"
+#include "flow_layout.h"
+
 #include <QComboBox>
 #include <QDateEdit>
 #include <QHBoxLayout>
@@ -8,9 +11,12 @@
 #include <QSignalBlocker>
 #include <QTimeEdit>
 
+#include <algorithm>
+
 namespace tally::ui {
 namespace {
 
+constexpr int spacing = 6;
 constexpr int gap = 10;
 
 QPushButton *new_day_button(const QString &sign, const QString &tool_tip, const QString &moment)
@@ -37,36 +43,56 @@ ChainFilterBar::ChainFilterBar(QDate today, QWidget *parent)
     : QGroupBox(QStringLiteral("Filter"), parent)
 {
     setAccessibleName(title());
-    auto *row = new QHBoxLayout(this);
-    row->setSpacing(6);
-    from_ = add_moment(*row, QStringLiteral("From (UTC):"), ChainPeriod::day_start());
-    row->addSpacing(gap);
-    to_ = add_moment(*row, QStringLiteral("To (UTC):"), ChainPeriod::day_end());
-    row->addSpacing(gap);
-    player_combo_ = add_choice(*row, QStringLiteral("Player:"), 180);
-    row->addSpacing(gap);
-    ap_combo_ = add_choice(*row, QStringLiteral("AP source:"), 170);
+    new FlowLayout(this, -1, spacing + gap, spacing);
+    from_ = add_moment(QStringLiteral("From (UTC):"), ChainPeriod::day_start());
+    to_ = add_moment(QStringLiteral("To (UTC):"), ChainPeriod::day_end());
+    player_combo_ = add_choice(QStringLiteral("Player:"), 180);
+    ap_combo_ = add_choice(QStringLiteral("AP source:"), 170);
     ap_combo_->addItem(QStringLiteral("All"), 0);
     ap_combo_->addItem(QStringLiteral("AP-consumed only"), 1);
     ap_combo_->addItem(QStringLiteral("Free AP (Rally) only"), 2);
-    row->addSpacing(gap);
-    auto *refresh = new_button(QStringLiteral("Refresh"));
-    auto *clear_filter = new_button(QStringLiteral("Clear filter"));
-    row->addWidget(refresh);
-    row->addWidget(clear_filter);
-    row->addSpacing(16);
-    add_sparkline(*row);
-    row->addStretch();
+    add_buttons();
+    add_sparkline();
+    level_groups();
     clear(today);
 
     for (const QComboBox *combo : {player_combo_, ap_combo_})
         connect(combo, &QComboBox::currentIndexChanged, this, &ChainFilterBar::choiceChanged);
-    connect(refresh, &QPushButton::clicked, this, &ChainFilterBar::refreshAsked);
-    connect(clear_filter, &QPushButton::clicked, this, &ChainFilterBar::clearAsked);
 }
 
-ChainFilterBar::Moment ChainFilterBar::add_moment(QHBoxLayout &row, const QString &name,
-                                                  QTime time_of_new_date)
+QLayout *ChainFilterBar::add_group(std::initializer_list<QWidget *> widgets)
+{
+    auto *group = new QWidget;
+    auto *row = new QHBoxLayout(group);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(spacing);
+    for (QWidget *widget : widgets)
+        row->addWidget(widget);
+    layout()->addWidget(group);
+    return row;
+}
+
+/// Lets what stands in one row have one height, so that all of it is on one line.
+void ChainFilterBar::level_groups()
+{
+    int height = 0;
+    for (int i = 0; i < layout()->count(); ++i)
+        height = std::max(height, layout()->itemAt(i)->sizeHint().height());
+    for (int i = 0; i < layout()->count(); ++i)
+        layout()->itemAt(i)->widget()->setMinimumHeight(height);
+}
+
+void ChainFilterBar::add_buttons()
+{
+    auto *refresh = new_button(QStringLiteral("Refresh"));
+    auto *clear_filter = new_button(QStringLiteral("Clear filter"));
+    connect(refresh, &QPushButton::clicked, this, &ChainFilterBar::refreshAsked);
+    connect(clear_filter, &QPushButton::clicked, this, &ChainFilterBar::clearAsked);
+    constexpr int wider_gap = 16;
+    add_group({refresh, clear_filter})->setContentsMargins(0, 0, wider_gap - gap, 0);
+}
+
+ChainFilterBar::Moment ChainFilterBar::add_moment(const QString &name, QTime time_of_new_date)
 {
     const QString short_name = name.section(u' ', 0, 0);
     const bool is_from = time_of_new_date == ChainPeriod::day_start();
@@ -81,8 +107,7 @@ ChainFilterBar::Moment ChainFilterBar::add_moment(QHBoxLayout &row, const QStrin
     auto *time = new QTimeEdit;
     time->setDisplayFormat(QStringLiteral("HH:mm"));
     time->setAccessibleName(QStringLiteral("%1 time (UTC)").arg(short_name));
-    for (QWidget *widget : std::initializer_list<QWidget *>{label, previous, date, next, time})
-        row.addWidget(widget);
+    add_group({label, previous, date, next, time});
     label->setBuddy(date);
 
     connect(date, &QDateEdit::dateChanged, time,
@@ -93,19 +118,18 @@ ChainFilterBar::Moment ChainFilterBar::add_moment(QHBoxLayout &row, const QStrin
     return {date, time};
 }
 
-QComboBox *ChainFilterBar::add_choice(QHBoxLayout &row, const QString &name, int width)
+QComboBox *ChainFilterBar::add_choice(const QString &name, int width)
 {
     auto *label = new QLabel(name);
     auto *combo = new QComboBox;
     combo->setMinimumWidth(width);
     combo->setAccessibleName(name.chopped(1));
     label->setBuddy(combo);
-    row.addWidget(label);
-    row.addWidget(combo);
+    add_group({label, combo});
     return combo;
 }
 
-void ChainFilterBar::add_sparkline(QHBoxLayout &row)
+void ChainFilterBar::add_sparkline()
 {
     auto *label = new QLabel(QStringLiteral("Hourly:"));
     label->setStyleSheet(QStringLiteral("font-size: 9pt;"));
@@ -114,8 +138,8 @@ void ChainFilterBar::add_sparkline(QHBoxLayout &row)
     sparkline_->setAccessibleName(QStringLiteral("Chains by hour"));
     sparkline_->setStyleSheet(
         QStringLiteral("font-family: Consolas, monospace; font-size: 10pt; color: #808080;"));
-    row.addWidget(label);
-    row.addWidget(sparkline_);
+    sparkline_->setText(sparkline({}));
+    add_group({label, sparkline_});
 }
 
 ChainPeriod ChainFilterBar::period() const

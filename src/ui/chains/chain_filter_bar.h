@@ -5,18 +5,18 @@
 
 #include <QGroupBox>
 
+#include <initializer_list>
 #include <vector>
 
 class QComboBox;
 class QDateEdit;
-class QHBoxLayout;
 class QLabel;
 class QTimeEdit;
 
 namespace tally::ui {
 
 /// The row in which the period, the player and the source of action points are chosen, with the
-/// hours of the chains at its end.
+/// hours of the chains at its end. A window too narrow for it gets a second row.
 class ChainFilterBar : public QGroupBox {
     Q_OBJECT
 
@@ -51,9 +51,13 @@ private:
         QTimeEdit *time;
     };
 
-    Moment add_moment(QHBoxLayout &row, const QString &name, QTime time_of_new_date);
-    QComboBox *add_choice(QHBoxLayout &row, const QString &name, int width);
-    void add_sparkline(QHBoxLayout &row);
+    Moment add_moment(const QString &name, QTime time_of_new_date);
+    QComboBox *add_choice(const QString &name, int width);
+    void add_buttons();
+    void add_sparkline();
+    /// Widgets that stay together. \return their layout
+    QLayout *add_group(std::initializer_list<QWidget *> widgets);
+    void level_groups();
 
     Moment from_;
     Moment to_;

@@ -13,6 +13,7 @@
 
 #include <QDateTime>
 #include <QHeaderView>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QSplitter>
 #include <QTableView>
@@ -57,12 +58,14 @@ ChainTrackerTab::ChainTrackerTab(data::TallyDb *db, double npc_btype, QWidget *p
       filter_(new ChainFilterBar(today(), this)), summary_(new ChainSummaryBox(this)),
       queries_(setup.patience, nullptr)
 {
-    auto *layout = new QVBoxLayout(this);
+    auto *page = new QWidget;
+    auto *layout = new QVBoxLayout(page);
     layout->setContentsMargins(8, 8, 8, 8);
     layout->setSpacing(6);
     layout->addWidget(filter_);
     layout->addWidget(summary_);
     layout->addWidget(new_lists(), 1);
+    show_in_any_size(page);
 
     connect(filter_, &ChainFilterBar::choiceChanged, this, &ChainTrackerTab::refresh);
     connect(filter_, &ChainFilterBar::refreshAsked, this, &ChainTrackerTab::refresh);
@@ -80,6 +83,19 @@ ChainTrackerTab::ChainTrackerTab(data::TallyDb *db, double npc_btype, QWidget *p
         summary_->set_counting(false);
     });
     refresh();
+}
+
+/// A window smaller than the page shows a part of it.
+void ChainTrackerTab::show_in_any_size(QWidget *page)
+{
+    auto *view = new QScrollArea;
+    view->setFrameShape(QFrame::NoFrame);
+    view->setWidgetResizable(true);
+    view->setFocusPolicy(Qt::NoFocus);
+    view->setWidget(page);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(view);
 }
 
 QWidget *ChainTrackerTab::new_lists()

@@ -53,10 +53,10 @@ private Q_SLOTS:
     void shift_date(bool which_from, int delta_days);
 
 private:
+    void show_in_any_size(QWidget *page);
     QWidget *new_lists();
     QTableView *new_loot_table();
     void show_figures(const ChainFigures &figures);
-    void show_loot(const std::vector<data::LootStat> &loot, int kills);
     QDate today() const;
 
     data::TallyDb *db_;

@@ -35,6 +35,9 @@ HeroPairList::HeroPairList(QString icon_dir, QWidget *parent)
 {
     setAccessibleName(QStringLiteral("Hero pairs"));
     setIconSize(QSize(100, 48));
+    setWordWrap(true); // two long names are wider than the list
+    setResizeMode(QListView::Adjust);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setStyleSheet(
         QStringLiteral("QListWidget::item { padding: 4px; }"
                        "QListWidget::item:hover { background: rgba(120,150,220,0.15); }"));
