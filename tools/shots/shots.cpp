@@ -5,6 +5,7 @@
 #include "loading_splash.h"
 #include "logo.h"
 #include "main_window.h"
+#include "round_overview_shot.h"
 #include "store/tally_db.h"
 #include "theme.h"
 
@@ -149,6 +150,8 @@ int main(int argc, char *argv[])
     for (const int theme : {0, 1}) {
         db.set_setting(QStringLiteral("theme"), ui::theme_name(theme));
         ui::apply_to_app(&application, theme);
-        take_all(Album(dir, QStringLiteral("-%1-%2").arg(ui::theme_name(theme)).arg(percent)), db);
+        const Album album(dir, QStringLiteral("-%1-%2").arg(ui::theme_name(theme)).arg(percent));
+        take_all(album, db);
+        album.add(QStringLiteral("rounds"), round_overview_shot());
     }
 }

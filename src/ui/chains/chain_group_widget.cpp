@@ -9,10 +9,9 @@ ChainGroupWidget::ChainGroupWidget(QWidget *parent) : QFrame(parent), head_(new 
 {
     setFrameShape(QFrame::StyledPanel);
     // A style sheet writes the "::" of a class name as "--".
-    setStyleSheet(QStringLiteral(
-        "tally--ui--ChainGroupWidget { background: rgba(60,60,60,0.05); "
-        "border: 1px solid rgba(120,150,220,0.2); border-radius: 4px; "
-        "margin-top: 4px; margin-bottom: 4px; }"));
+    setStyleSheet(QStringLiteral("tally--ui--ChainGroupWidget { background: rgba(60,60,60,0.05); "
+                                 "border: 1px solid rgba(120,150,220,0.2); border-radius: 4px; "
+                                 "margin-top: 4px; margin-bottom: 4px; }"));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(8, 6, 8, 6);
     layout->setSpacing(spacing);

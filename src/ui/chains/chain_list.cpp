@@ -107,8 +107,8 @@ void ChainList::fill_view()
     const auto [first_chain, last_chain] = chains_.between(top, bottom);
     const std::vector<Row> rows = rows_between(top, bottom);
 
-    release_if_not([first = first_chain, last = last_chain](
-                       size_t chain) { return chain >= first && chain < last; },
+    release_if_not([first = first_chain,
+                    last = last_chain](size_t chain) { return chain >= first && chain < last; },
                    groups_in_view_,
                    [this](ChainGroupWidget *group) { spare_groups_.push_back(group); });
     release_if_not([&rows](const Row &row) { return std::ranges::binary_search(rows, row); },
@@ -142,8 +142,8 @@ void ChainList::place_row(const Row &row)
         shown = take_row(look.tint);
         shown->show_round(look);
     }
-    const QMargins margins = list_margins + QMargins(group_insets_.left(), 0,
-                                                     group_insets_.right(), 0);
+    const QMargins margins =
+        list_margins + QMargins(group_insets_.left(), 0, group_insets_.right(), 0);
     const StackGeometry &stack = rows_[row.first];
     shown->setGeometry(margins.left(), chains_.top(row.first) + stack.top(row.second + 1),
                        widget()->width() - margins.left() - margins.right(),
