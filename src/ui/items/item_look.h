@@ -18,11 +18,9 @@ struct ItemBadge {
 
 /// Whatever carries what the reference tables say about an item.
 template <typename Record>
-concept ItemRecord = requires(const Record &record) {
-    { record.name } -> std::convertible_to<QString>;
-    { record.unit } -> std::convertible_to<QString>;
-    { record.unit_value } -> std::convertible_to<double>;
-};
+concept ItemRecord = std::convertible_to<decltype(Record::name), QString> &&
+    std::convertible_to<decltype(Record::unit), QString> &&
+    std::convertible_to<decltype(Record::unit_value), double>;
 
 /// The tier of an item, told by its unit and by words in its name.
 ItemBadge item_badge(const QString &unit, const QString &name, double unit_value);

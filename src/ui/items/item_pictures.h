@@ -17,14 +17,14 @@ QPixmap item_icon(const QString &icon, const QString &icon_dir);
 
 /// What a tile shows.
 struct ItemTile {
-    QString icon; ///< the item's icon name, may be empty
-    QString unit;
-    QString name;
+    QString icon = {}; ///< the item's icon name, may be empty
+    QString unit = {};
+    QString name = {};
     double unit_value = 1.0;
-    QString unit_text;
-    QString quantity_text;
+    QString unit_text = {};
+    QString quantity_text = {};
     int size = 0; ///< side in pixels
-    QString fallback;
+    QString fallback = {};
 };
 
 /// As `render_item_tile` paints it.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QItemSelectionModel>
 #include <QString>
 
 class QAbstractItemModel;
@@ -13,11 +12,13 @@ namespace tally::ui {
 /// copied or written to a file. A cell without it gives its text.
 constexpr int export_role = Qt::UserRole + 100;
 
-/// The rows of a selection with the headers of the shown columns, tab-separated, a line each.
+/// The rows of a selection, on whatever level, with the headers of the shown columns,
+/// tab-separated, a line each.
 QString copied_rows(const QAbstractItemView &view);
 
-/// All top-level rows of a model as CSV by RFC 4180 in UTF-8 with a byte order mark. A text that a
-/// spreadsheet would run as a formula gets a leading apostrophe; a number never does.
+/// All rows of a model, child rows after their parent, as CSV by RFC 4180 in UTF-8 with a byte
+/// order mark. A text that a spreadsheet would run as a formula gets a leading apostrophe, also in
+/// copied rows; a number never does.
 QByteArray csv_of(const QAbstractItemModel &model);
 
 /// Gives a table, tree or list Ctrl+C and a context menu with "Copy" and "Export as CSV...".
