@@ -6,6 +6,7 @@
 #include "logo.h"
 #include "main_window.h"
 #include "report_tabs.h"
+#include "round_overview_shot.h"
 #include "sample_store.h"
 #include "theme.h"
 
@@ -165,7 +166,8 @@ int main(int argc, char *argv[])
     for (const int theme : {0, 1}) {
         store.db().set_setting(QStringLiteral("theme"), ui::theme_name(theme));
         ui::apply_to_app(&application, theme);
-        take_all(Album(dir, QStringLiteral("-%1-%2").arg(ui::theme_name(theme)).arg(percent)),
-                 store);
+        const Album album(dir, QStringLiteral("-%1-%2").arg(ui::theme_name(theme)).arg(percent));
+        take_all(album, store);
+        album.add(QStringLiteral("rounds"), round_overview_shot());
     }
 }

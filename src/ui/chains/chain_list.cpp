@@ -4,6 +4,8 @@
 #include "round_row_widget.h"
 
 #include <QKeyEvent>
+#include <QPaintEvent>
+#include <QPainter>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -13,6 +15,18 @@ namespace {
 
 constexpr QMargins list_margins(10, 8, 10, 8);
 constexpr int list_spacing = 6;
+
+/// Fills all that it covers, so that scrolling moves the picture and paints only what is new.
+class OpaqueContent : public QWidget {
+public:
+    OpaqueContent() { setAttribute(Qt::WA_OpaquePaintEvent); }
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        QPainter(this).fillRect(event->rect(), palette().window());
+    }
+};
 
 /// Moves the widgets out of `shown` whose place is not in view any more.
 template <typename Shown, typename InView, typename Release>
@@ -35,7 +49,7 @@ ChainList::ChainList(RoundOverview overview, QString icon_dir, QWidget *parent)
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setAccessibleName(QStringLiteral("Rounds by chain"));
-    setWidget(new QWidget);
+    setWidget(new OpaqueContent);
     const int width = measure();
     widget()->setMinimumSize(width, chains_.total_height());
 }

@@ -36,11 +36,11 @@ struct UnitRank {
 
 constexpr int last_rank = 99;
 constexpr UnitRank unit_ranks[] = {
-    {QLatin1StringView("crystals"), 0}, {QLatin1StringView("gems"), 1},
-    {QLatin1StringView("min"), 2},      {QLatin1StringView("xp"), 3},
-    {QLatin1StringView("gold"), 4},     {QLatin1StringView("food"), 4},
-    {QLatin1StringView("wood"), 4},     {QLatin1StringView("stone"), 4},
-    {QLatin1StringView("leather"), 5},  {QLatin1StringView("iron ore"), 5},
+    {QLatin1StringView("crystals"), 0},     {QLatin1StringView("gems"), 1},
+    {QLatin1StringView("min"), 2},          {QLatin1StringView("xp"), 3},
+    {QLatin1StringView("gold"), 4},         {QLatin1StringView("food"), 4},
+    {QLatin1StringView("wood"), 4},         {QLatin1StringView("stone"), 4},
+    {QLatin1StringView("leather"), 5},      {QLatin1StringView("iron ore"), 5},
     {QLatin1StringView("animal bones"), 5}, {QLatin1StringView("ebony"), 5},
 };
 
@@ -151,8 +151,8 @@ StyledText target_text(const data::ChainRound &round, bool is_free,
         return fort_target(round, fort);
     const data::BarbInfo barb = data::MasterCache::instance().barb(round.npc_type);
     const std::optional<int> level = level_above_zero(round);
-    return {QStringLiteral("Lvl %1 %2").arg(number_or_question_mark(level ? level : barb.level),
-                                            barb.name),
+    return {QStringLiteral("Lvl %1 %2")
+                .arg(number_or_question_mark(level ? level : barb.level), barb.name),
             is_free ? QStringLiteral("color: #2ecc71; font-weight: 500;") : QString()};
 }
 

@@ -102,8 +102,7 @@ QString chain_duration_text(std::optional<double> seconds)
 QString chain_head_text(int number, const data::ChainRun &chain)
 {
     const size_t won = won_rounds(chain);
-    return QStringLiteral(
-               "Chain #%1  ·  start %2 UTC  ·  %3  ·  %4 rounds (%5 won / %6 escapes)")
+    return QStringLiteral("Chain #%1  ·  start %2 UTC  ·  %3  ·  %4 rounds (%5 won / %6 escapes)")
         .arg(QString::number(number), start_text(chain.chain_start_time),
              chain_duration_text(duration_of(chain)), QString::number(chain.rounds.size()),
              QString::number(won), QString::number(chain.rounds.size() - won));

@@ -5,6 +5,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -36,7 +37,8 @@ QWidget *banner(const QString &text)
 QWidget *column_headers()
 {
     auto *header = new QWidget;
-    header->setStyleSheet(QStringLiteral("background: rgba(120,150,220,0.08);"));
+    header->setObjectName(QStringLiteral("columnHeaders")); // else the labels get it once more
+    header->setStyleSheet(QStringLiteral("#columnHeaders { background: rgba(120,150,220,0.08); }"));
     auto *layout = new QHBoxLayout(header);
     layout->setContentsMargins(16, 6, 16, 6);
     layout->setSpacing(round_columns::spacing);
@@ -86,8 +88,11 @@ RoundOverviewWindow::RoundOverviewWindow(int, int, const QString &hero_name_1,
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(banner(overview.banner(hero_name_1, hero_name_2)));
-    layout->addWidget(column_headers());
+    QWidget *headers = column_headers();
+    layout->addWidget(headers);
     auto *list = new ChainList(std::move(overview), std::move(icon_dir));
+    connect(list->horizontalScrollBar(), &QScrollBar::valueChanged, headers,
+            [headers](int x) { headers->setContentsMargins(-x, 0, x, 0); });
     layout->addWidget(list, 1);
     setCentralWidget(content);
     list->setFocus();

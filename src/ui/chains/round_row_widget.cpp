@@ -70,13 +70,14 @@ RoundRowWidget::RoundRowWidget(RowTint tint, QString icon_dir, QWidget *parent)
     tag_ = add_label(columns, round_columns::tag, left, {});
     auto *damage = new QVBoxLayout;
     damage->setSpacing(0);
+    damage->addStretch();
     columns->addLayout(damage);
-    damage_taken_ =
-        add_label(damage, round_columns::damage, right,
-                  QStringLiteral("font-family: Consolas, monospace; color: #e74c3c; "
-                                 "font-weight: bold;"));
+    damage_taken_ = add_label(damage, round_columns::damage, right,
+                              QStringLiteral("font-family: Consolas, monospace; color: #e74c3c; "
+                                             "font-weight: bold;"));
     damage_dealt_ = add_label(damage, round_columns::damage, right,
                               QStringLiteral("font-family: Consolas, monospace; color: #b8bec9;"));
+    damage->addStretch();
     rewards_ = new QHBoxLayout;
     rewards_->setSpacing(tile_spacing);
     rewards_->addStretch();
@@ -129,9 +130,8 @@ void RoundRowWidget::show_rewards(const std::vector<data::LootEntry> &rewards)
         QLabel *label = tile(i);
         label->setPixmap(item_tile(shown, icon_dir_));
         label->setToolTip(reward_tool_tip(item));
-        label->setAccessibleName(item.name.isEmpty()
-                                     ? quantity
-                                     : QStringLiteral("%1, %2").arg(item.name, quantity));
+        label->setAccessibleName(
+            item.name.isEmpty() ? quantity : QStringLiteral("%1, %2").arg(item.name, quantity));
         label->show();
     }
     for (size_t i = rewards.size(); i < tiles_.size(); ++i)
