@@ -1,7 +1,9 @@
 #include "main_window.h"
 
 #include "about.h"
+#include "chains/chain_tracker_tab.h"
 #include "identity.h"
+#include "item_pictures.h"
 #include "report_tabs.h"
 #include "start_up_chain.h"
 #include "stored_settings.h"
@@ -34,8 +36,7 @@ MainWindow::MainWindow(data::TallyDb *db, QWidget *parent, const WindowSetup &se
     setAcceptDrops(true);
     build_menus();
     build_status_bar();
-    tabs_ = new ReportTabs(this);
-    setCentralWidget(tabs_);
+    build_tabs();
     connect_chain();
     if (!restore_geometry())
         place_in_the_middle();
@@ -45,16 +46,44 @@ MainWindow::MainWindow(data::TallyDb *db, QWidget *parent, const WindowSetup &se
 MainWindow::~MainWindow()
 {
     cancel_import_ = true;
-    if (chain_->end(leaving_.value_or(QDeadlineTimer(setup_.exit_deadline))))
+    if (end_threads(leaving_.value_or(QDeadlineTimer(setup_.exit_deadline))))
         return;
     // The program does not come back from here; a test that does must let its threads end.
     setup_.hard_exit();
-    chain_->end(QDeadlineTimer(QDeadlineTimer::Forever));
+    end_threads(QDeadlineTimer(QDeadlineTimer::Forever));
+}
+
+bool MainWindow::end_threads(QDeadlineTimer deadline)
+{
+    return chain_->end(deadline) && tabs_->end_all(deadline);
+}
+
+void MainWindow::build_tabs()
+{
+    constexpr double barbarians = 1.0;
+    tabs_ = new ReportTabs(this);
+    ChainTrackerSetup setup;
+    setup.icon_dir = setup_.icon_cache_dir;
+    setup.clock = setup_.clock;
+    chain_tab_ = new ChainTrackerTab(db_, barbarians, tabs_, setup);
+    tabs_->add(chain_tab_, QStringLiteral("⚔️ Chain Tracker"));
+    setCentralWidget(tabs_);
+}
+
+std::optional<ChainFilter> MainWindow::current_chain_filter() const
+{
+    return chain_tab_ ? std::optional(chain_tab_->current_filter()) : std::nullopt;
+}
+
+QString MainWindow::current_tab_title() const
+{
+    return tabs_ ? tabs_->tabText(tabs_->currentIndex()) : QString();
 }
 
 void MainWindow::connect_chain()
 {
     connect(chain_.get(), &StartUpChain::message, this, &MainWindow::show_message);
+    connect(chain_.get(), &StartUpChain::referenceDataChanged, this, forget_item_pictures);
     connect(chain_.get(), &StartUpChain::shownDataChanged, this, &MainWindow::refresh_all_tabs);
 }
 

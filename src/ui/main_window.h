@@ -1,5 +1,6 @@
 #pragma once
 
+#include "chains/chain_filter.h"
 #include "window_setup.h"
 
 #include <QDeadlineTimer>
@@ -17,6 +18,7 @@ class TallyDb;
 
 namespace tally::ui {
 
+class ChainTrackerTab;
 class ReportTabs;
 class StartUpChain;
 
@@ -39,6 +41,9 @@ public:
     void request_exit();
     /// 0 is dark, 1 is light; applied and stored.
     void apply_theme(int theme);
+    /// What the page of chains shows; empty while there is none.
+    std::optional<ChainFilter> current_chain_filter() const;
+    QString current_tab_title() const;
     /// In front of other windows, with the keyboard.
     void bring_to_front();
 
@@ -61,7 +66,10 @@ private:
     void build_view_menu();
     void build_help_menu();
     void build_status_bar();
+    void build_tabs();
     void connect_chain();
+    /// Asks all threads of the window to end. \return whether all have ended in time.
+    bool end_threads(QDeadlineTimer deadline);
     void show_message(const QString &text, int ms);
     void open_data_folder();
 
@@ -78,6 +86,7 @@ private:
     data::TallyDb *db_;
     WindowSetup setup_;
     ReportTabs *tabs_ = nullptr;
+    ChainTrackerTab *chain_tab_ = nullptr;
     std::unique_ptr<StartUpChain> chain_;
     bool importing_ = false;
     std::atomic<bool> cancel_import_ = false;

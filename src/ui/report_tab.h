@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QWidget>
 
 namespace tally::ui {
@@ -13,6 +14,9 @@ public:
 
     /// Reads the store again and shows what it holds now.
     virtual void refresh() = 0;
+
+    /// Asks the page's threads to end. \return whether all have ended in time.
+    virtual bool end(QDeadlineTimer) { return true; }
 };
 
 } // namespace tally::ui

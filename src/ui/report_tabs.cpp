@@ -1,40 +1,20 @@
 #include "report_tabs.h"
 
-#include "logo.h"
+#include "emoji_style.h"
 #include "report_tab.h"
 
-#include <QLabel>
-#include <QVBoxLayout>
+#include <QTabBar>
+
+#include <algorithm>
 
 namespace tally::ui {
-namespace {
 
-QWidget *new_greeting(QWidget *parent)
-{
-    constexpr int logo_size = 128;
-    auto *mark = new QLabel;
-    mark->setPixmap(logo().pixmap(logo_size));
-    mark->setAlignment(Qt::AlignCenter);
-    auto *text = new QLabel(QStringLiteral("Drop mails of the game here, or choose\n"
-                                           "File → Reimport mailcache."));
-    text->setTextFormat(Qt::PlainText);
-    text->setAlignment(Qt::AlignCenter);
-
-    auto *greeting = new QWidget(parent);
-    auto *layout = new QVBoxLayout(greeting);
-    layout->addStretch(2);
-    layout->addWidget(mark);
-    layout->addSpacing(24);
-    layout->addWidget(text);
-    layout->addStretch(3);
-    return greeting;
-}
-
-} // namespace
-
-ReportTabs::ReportTabs(QWidget *parent) : QTabWidget(parent), greeting_(new_greeting(this))
+ReportTabs::ReportTabs(QWidget *parent) : QTabWidget(parent)
 {
     setAccessibleName(QStringLiteral("Reports"));
+    auto *style = new EmojiStyle;
+    style->setParent(this);
+    tabBar()->setStyle(style);
 }
 
 void ReportTabs::add(ReportTab *tab, const QString &title)
@@ -42,30 +22,27 @@ void ReportTabs::add(ReportTab *tab, const QString &title)
     addTab(tab, title);
 }
 
+QList<ReportTab *> ReportTabs::pages() const
+{
+    QList<ReportTab *> pages;
+    for (int i = 0; i < count(); ++i) {
+        if (auto *page = qobject_cast<ReportTab *>(widget(i)))
+            pages << page;
+    }
+    return pages;
+}
+
 void ReportTabs::refresh_all()
 {
-    for (int i = 0; i < count(); ++i) {
-        if (auto *tab = qobject_cast<ReportTab *>(widget(i)))
-            tab->refresh();
-    }
+    for (ReportTab *page : pages())
+        page->refresh();
 }
 
-void ReportTabs::resizeEvent(QResizeEvent *event)
+bool ReportTabs::end_all(QDeadlineTimer deadline)
 {
-    QTabWidget::resizeEvent(event);
-    greeting_->setGeometry(rect());
-}
-
-void ReportTabs::tabInserted(int index)
-{
-    QTabWidget::tabInserted(index);
-    greeting_->setVisible(count() == 0);
-}
-
-void ReportTabs::tabRemoved(int index)
-{
-    QTabWidget::tabRemoved(index);
-    greeting_->setVisible(count() == 0);
+    const QList<ReportTab *> all = pages();
+    return std::all_of(all.begin(), all.end(),
+                       [deadline](ReportTab *page) { return page->end(deadline); });
 }
 
 } // namespace tally::ui

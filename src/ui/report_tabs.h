@@ -1,12 +1,13 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QTabWidget>
 
 namespace tally::ui {
 
 class ReportTab;
 
-/// The pages of the main window. Without any it shows how mails get in.
+/// The pages of the main window.
 class ReportTabs : public QTabWidget {
     Q_OBJECT
 
@@ -16,14 +17,11 @@ public:
     void add(ReportTab *tab, const QString &title);
     /// Refreshes each page, in their order.
     void refresh_all();
-
-protected:
-    void resizeEvent(QResizeEvent *event) override;
-    void tabInserted(int index) override;
-    void tabRemoved(int index) override;
+    /// Asks the threads of all pages to end. \return whether all have ended in time.
+    bool end_all(QDeadlineTimer deadline);
 
 private:
-    QWidget *greeting_;
+    QList<ReportTab *> pages() const;
 };
 
 } // namespace tally::ui

@@ -87,6 +87,7 @@ void StartUpChain::on_master_refresh_done(bool success)
 {
     if (splash_)
         splash_->finish();
+    Q_EMIT referenceDataChanged(); // a failed refresh may have brought a part of it
     if (success)
         Q_EMIT shownDataChanged();
     else

@@ -65,6 +65,7 @@ public:
 Q_SIGNALS:
     void message(const QString &text, int ms); ///< for the status bar
     void refreshDone(bool success);            ///< the first import has been started
+    void referenceDataChanged();               ///< names and icons may now be others
     void shownDataChanged();                   ///< what tabs show may be out of date
 
 private:

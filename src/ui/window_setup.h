@@ -1,5 +1,6 @@
 #pragma once
 
+#include "clock/clock.h"
 #include "endpoint/endpoint.h"
 #include "paths/data_folders.h"
 
@@ -20,6 +21,7 @@ struct WindowSetup {
     platform::Endpoint endpoint = platform::shipped_endpoint();
     QString raw_dir = platform::raw_dir();
     QString icon_cache_dir = platform::icon_cache_dir();
+    platform::Clock clock = platform::system_time;
 
     /// Starts the refresh of the reference data by `StartUpChain::start_refresh`; empty: the
     /// download from the endpoint.

@@ -5,7 +5,9 @@
 #include "loading_splash.h"
 #include "logo.h"
 #include "main_window.h"
-#include "store/tally_db.h"
+#include "report_tabs.h"
+#include "round_overview_shot.h"
+#include "sample_store.h"
 #include "theme.h"
 
 #include <QApplication>
@@ -17,9 +19,9 @@
 #include <QPainter>
 #include <QProgressDialog>
 #include <QStatusBar>
-#include <QTemporaryDir>
 #include <QTimer>
 
+#include <array>
 #include <cstdio>
 #include <functional>
 
@@ -87,14 +89,31 @@ QPixmap modal(const std::function<void()> &show)
     return picture;
 }
 
-void take_all(const Album &album, data::TallyDb &db)
+/// The pages of the main window, with data.
+void take_pages(const Album &album, ui::MainWindow &window)
 {
-    ui::MainWindow window(&db);
+    ui::ReportTabs &pages = window.tabs();
+    constexpr std::array names = {"chains"};
+    for (int page = 0; page < pages.count(); ++page) {
+        pages.setCurrentIndex(page);
+        QCoreApplication::processEvents();
+        album.add(QLatin1StringView(names.at(static_cast<std::size_t>(page))), window.grab());
+    }
+}
+
+void take_all(const Album &album, tools::SampleStore &store)
+{
+    ui::WindowSetup setup;
+    setup.icon_cache_dir = store.icon_dir();
+    setup.clock = [] {
+        return tools::SampleStore::end;
+    };
+    ui::MainWindow window(&store.db(), nullptr, setup);
     window.show();
     QCoreApplication::processEvents();
+    take_pages(album, window);
     window.resize(1000, 640);
     QCoreApplication::processEvents();
-    album.add(QStringLiteral("main"), window.grab());
     window.statusBar()->showMessage(
         QStringLiteral("Bootstrap done: scanned=2431  imported=12  errors=0. Monitoring active."));
     for (const auto &[title, submenu] :
@@ -143,12 +162,12 @@ int main(int argc, char *argv[])
     QApplication::setWindowIcon(ui::logo());
     const QString dir = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(".");
     const int percent = qRound(application.devicePixelRatio() * 100);
-    const QTemporaryDir folder;
-    data::TallyDb db(folder.filePath(QStringLiteral("tally.db")));
-    db.init_schema();
+    tools::SampleStore store;
     for (const int theme : {0, 1}) {
-        db.set_setting(QStringLiteral("theme"), ui::theme_name(theme));
+        store.db().set_setting(QStringLiteral("theme"), ui::theme_name(theme));
         ui::apply_to_app(&application, theme);
-        take_all(Album(dir, QStringLiteral("-%1-%2").arg(ui::theme_name(theme)).arg(percent)), db);
+        const Album album(dir, QStringLiteral("-%1-%2").arg(ui::theme_name(theme)).arg(percent));
+        take_all(album, store);
+        album.add(QStringLiteral("rounds"), round_overview_shot());
     }
 }

@@ -57,9 +57,10 @@ ChainSqlFilter TallyDb::chain_filter(const QString &prefix, std::optional<double
         filter.params << *player;
     }
     add(" AND COALESCE(%1is_fort_round, 0) = 0");
-    if (free_ap_mode == 1)
+    const int mode = free_ap_mode;
+    if (mode == 1)
         add(" AND COALESCE(%1is_free_ap, 0) = 0");
-    else if (free_ap_mode == 2)
+    else if (mode == 2)
         add(" AND COALESCE(%1is_free_ap, 0) = 1");
     return filter;
 }

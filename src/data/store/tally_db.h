@@ -103,7 +103,7 @@ public:
 
     /// Which rounds all chain statistics look at: 0 all, 1 those that cost action points, 2 those
     /// that were free. Set and read without a lock.
-    int free_ap_mode = 0;
+    std::atomic<int> free_ap_mode = 0;
 
     /// The conditions for a table whose columns have this prefix ("r." or "").
     ChainSqlFilter chain_filter(const QString &prefix, std::optional<double> from,

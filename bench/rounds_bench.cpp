@@ -1,0 +1,230 @@
+// The window of a hero pair's rounds, with 300 chains of ten rounds: the time from its construction
+// to the first painted frame, and the frames while it is scrolled from top to bottom.
+
+#include "chains/round_overview_window.h"
+#include "figure.h"
+#include "item_pictures.h"
+#include "master/master_cache.h"
+#include "reference_folder.h"
+#include "sample_items.h"
+#include "theme.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QPointer>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QWheelEvent>
+
+#include <cstdio>
+#include <ctime>
+#include <random>
+#include <stdexcept>
+
+namespace {
+
+using namespace tally;
+using namespace tally::bench;
+
+constexpr int chain_count = 300;
+constexpr int rounds_a_chain = 10;
+constexpr int openings = 5;
+constexpr double frame_milliseconds = 16.7;
+
+void load_reference(const QDir &folder)
+{
+    sample::write_reference_folder(folder.path());
+    for (const QString &kind : {QStringLiteral("heroes"), QStringLiteral("items"),
+                                QStringLiteral("barbs"), QStringLiteral("icons_index")}) {
+        QFile table(folder.filePath(QStringLiteral("master/%1.json").arg(kind)));
+        if (!table.open(QIODevice::ReadOnly) ||
+            !data::MasterCache::instance().load_json(kind, table.readAll()))
+            throw std::runtime_error("no reference data");
+    }
+}
+
+/// A third of the rounds got away, a chain in five went for a fort.
+class SampleRounds {
+public:
+    std::vector<data::ChainRun> chains;
+    std::vector<std::optional<data::FortOfChain>> forts;
+
+    SampleRounds()
+    {
+        for (int i = 0; i < chain_count; ++i) {
+            const bool with_fort = i % 5 == 0;
+            data::ChainRun chain{.file_name = QStringLiteral("Persistent.Mail.%1").arg(i),
+                                 .chain_start_time = 1.75e9 - i * 900.0,
+                                 .chain_end_time = 1.75e9 - i * 900.0 + number(40, 800),
+                                 .fort_file_name = {},
+                                 .rounds = {}};
+            for (int no = 0; no < rounds_a_chain; ++no)
+                chain.rounds.push_back(round(no, with_fort, no + 1 == rounds_a_chain));
+            chains.push_back(std::move(chain));
+            forts.push_back(with_fort ? std::optional(fort()) : std::nullopt);
+        }
+    }
+
+private:
+    int number(int low, int high) { return std::uniform_int_distribution<int>(low, high)(random_); }
+
+    std::vector<data::LootEntry> loot(int least, int most)
+    {
+        std::vector<data::LootEntry> result;
+        const auto items = sample::sample_items();
+        for (int i = number(least, most); i > 0; --i) {
+            const auto &item = items[static_cast<size_t>(number(0, int(items.size()) - 1))];
+            result.push_back(
+                {.item_type = item.type, .item_subtype = item.subtype, .value = number(1, 40'000)});
+        }
+        return result;
+    }
+
+    data::ChainRound round(int no, bool with_fort, bool is_last)
+    {
+        data::ChainRound round;
+        round.round_no = no;
+        round.npc_type = number(150'009, 150'050);
+        round.npc_ctid = number(1, 2500);
+        round.damage_taken = number(1000, 90'000);
+        round.damage_dealt = number(10'000, 900'000);
+        round.is_fort_round = with_fort && is_last;
+        round.is_free_ap = with_fort && !is_last;
+        if (number(0, 2) != 0 && !round.is_fort_round)
+            round.loot = loot(3, 6);
+        return round;
+    }
+
+    data::FortOfChain fort()
+    {
+        data::FortOfChain fort;
+        fort.fort_level = 5;
+        fort.damage_percent = number(1, 100);
+        fort.loot = loot(6, 9);
+        return fort;
+    }
+
+    std::mt19937 random_{1};
+};
+
+/// An open overview; drawn when the constructor is done.
+class OpenWindow {
+public:
+    OpenWindow(const SampleRounds &rounds, const QString &icon_dir)
+        : window_(new ui::RoundOverviewWindow(1, 2, QStringLiteral("Ada"), QStringLiteral("Bea"),
+                                              rounds.chains, rounds.forts, icon_dir))
+    {
+        window_->show();
+        QCoreApplication::processEvents();
+    }
+    ~OpenWindow()
+    {
+        window_->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    OpenWindow(const OpenWindow &) = delete;
+    OpenWindow &operator=(const OpenWindow &) = delete;
+
+    QScrollArea &list() const { return *window_->findChild<QScrollArea *>(); }
+
+private:
+    QPointer<ui::RoundOverviewWindow> window_;
+};
+
+/// What the clock on the wall and the processor's own say; they part on a busy machine.
+struct Cost {
+    double milliseconds = 0.0;
+    double cpu_milliseconds = 0.0;
+};
+
+template <typename Action>
+Cost cost_of(Action action)
+{
+    QElapsedTimer timer;
+    timer.start();
+    const std::clock_t begin = std::clock();
+    action();
+    const std::clock_t end = std::clock();
+    return {static_cast<double>(timer.nsecsElapsed()) / 1e6,
+            static_cast<double>(end - begin) * 1e3 / CLOCKS_PER_SEC};
+}
+
+/// The value that this share of all does not pass.
+double quantile(std::vector<Cost> costs, double share, double Cost::*clock)
+{
+    std::ranges::sort(costs, {}, clock);
+    return costs[static_cast<size_t>(share * static_cast<double>(costs.size() - 1))].*clock;
+}
+
+double opening_milliseconds(const SampleRounds &rounds, const QString &icon_dir)
+{
+    std::vector<double> times;
+    for (int i = 0; i < openings; ++i) {
+        ui::forget_item_pictures();
+        std::optional<OpenWindow> window;
+        times.push_back(cost_of([&] { window.emplace(rounds, icon_dir); }).milliseconds);
+        std::printf("open %.1f ms\n", times.back());
+    }
+    return median(times);
+}
+
+void turn_wheel(QScrollArea &list)
+{
+    const QPointF centre = list.viewport()->rect().center();
+    QWheelEvent notch(centre, list.viewport()->mapToGlobal(centre), {}, {0, -120}, Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(list.viewport(), &notch);
+}
+
+void turn_page(QScrollArea &list)
+{
+    list.verticalScrollBar()->triggerAction(QScrollBar::SliderPageStepAdd);
+}
+
+/// Scrolls from top to bottom and prints what its frames took, each from the input to the end of
+/// painting.
+void scroll(const char *name, const OpenWindow &window, void (*step)(QScrollArea &))
+{
+    ui::forget_item_pictures();
+    QScrollArea &list = window.list();
+    QScrollBar *bar = list.verticalScrollBar();
+    bar->setValue(0);
+    QCoreApplication::processEvents();
+    std::vector<Cost> frames;
+    while (bar->value() < bar->maximum())
+        frames.push_back(cost_of([&list, step] {
+            step(list);
+            QCoreApplication::processEvents();
+        }));
+    for (const double share : {0.5, 0.95, 1.0})
+        std::printf("%s: %g of %zu frames within %.2f ms, %.2f ms of the processor\n", name, share,
+                    frames.size(), quantile(frames, share, &Cost::milliseconds),
+                    quantile(frames, share, &Cost::cpu_milliseconds));
+    print_figure(std::string(name) + "_frame_p95_milliseconds",
+                 quantile(frames, 0.95, &Cost::milliseconds), Goal::at_most, frame_milliseconds);
+    print_figure(std::string(name) + "_frame_slowest_milliseconds",
+                 quantile(frames, 1.0, &Cost::milliseconds), Goal::at_most, frame_milliseconds);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    ui::apply_to_app(&application, 0);
+    const QTemporaryDir folder;
+    load_reference(QDir(folder.path()));
+    const QString icon_dir = folder.filePath(QStringLiteral("icon"));
+    const SampleRounds rounds;
+
+    const double opening = opening_milliseconds(rounds, icon_dir);
+    const OpenWindow window(rounds, icon_dir);
+    scroll("rounds_wheel", window, turn_wheel);
+    scroll("rounds_page", window, turn_page);
+    print_figure("rounds_open_milliseconds", opening, Goal::at_most, 400);
+}

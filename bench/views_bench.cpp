@@ -1,0 +1,259 @@
+// The pages of the window on stores of years of play: how long a refresh stops the window, and what
+// a repeated one costs. views_bench
+
+#include "chains/chain_tracker_tab.h"
+#include "figure.h"
+#include "mail/battle_report.h"
+#include "master/master_cache.h"
+#include "reference_folder.h"
+#include "store/tally_db.h"
+#include "store_filler.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <cstdio>
+#include <stdexcept>
+
+namespace {
+
+using namespace tally;
+using namespace tally::bench;
+
+constexpr double barbarians = 1.0;
+constexpr int repeats = 7;
+
+double milliseconds(const QElapsedTimer &timer)
+{
+    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
+QJsonObject table(const QString &reference, const QString &kind)
+{
+    QFile file(QStringLiteral("%1/master/%2.json").arg(reference, kind));
+    if (!file.open(QIODevice::ReadOnly))
+        throw std::runtime_error("no reference data");
+    return QJsonDocument::fromJson(file.readAll()).object();
+}
+
+/// Names and icons for the heroes and items of `fill_store`.
+void load_reference_data(const QString &reference)
+{
+    sample::write_reference_folder(reference);
+    const QJsonObject index = table(reference, QStringLiteral("icons_index"));
+    const QStringList hero_icons = index.value(u"commanders").toObject().keys();
+    const QStringList item_icons = index.value(u"all_loot").toObject().keys();
+    QVariantMap heroes;
+    for (int number = 1; number <= 24; ++number)
+        heroes[QString::number(number * 7)] =
+            QVariantMap{{QStringLiteral("name"), QStringLiteral("Hero of Thebes %1").arg(number)},
+                        {QStringLiteral("icon"),
+                         hero_icons.at(number % hero_icons.size()) + QStringLiteral(".webp")}};
+    QVariantMap items;
+    for (int kind = 0; kind < 40; ++kind)
+        items[QStringLiteral("%1.0_%2.0").arg(1 + kind % 5).arg(kind)] =
+            QVariantMap{{QStringLiteral("name"), QStringLiteral("Item %1").arg(kind)},
+                        {QStringLiteral("unit"), QStringLiteral("min")},
+                        {QStringLiteral("unit_value"), 5},
+                        {QStringLiteral("icon"), item_icons.at(kind % item_icons.size())}};
+    data::MasterCache &master = data::MasterCache::instance();
+    master.set_kind(QStringLiteral("heroes"), {{QStringLiteral("heroes"), heroes}});
+    master.set_kind(QStringLiteral("items"), {{QStringLiteral("items"), items}});
+    master.set_kind(QStringLiteral("icons_index"), index.toVariantMap());
+}
+
+struct Refresh {
+    double stop = 0.0;  ///< the longest time between two beats of the window's thread
+    double until = 0.0; ///< the figures stand
+};
+
+Refresh refresh(ui::ChainTrackerTab &tab)
+{
+    Refresh result;
+    QElapsedTimer since_beat;
+    QTimer heartbeat;
+    heartbeat.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&heartbeat, &QTimer::timeout, [&] {
+        result.stop = std::max(result.stop, milliseconds(since_beat));
+        since_beat.start();
+    });
+    QEventLoop loop;
+    QElapsedTimer total;
+    QTimer::singleShot(20, &loop, [&] {
+        total.start();
+        tab.refresh();
+        const auto finish = [&] {
+            result.until = milliseconds(total);
+            QTimer::singleShot(50, &loop, &QEventLoop::quit); // painted as well
+        };
+        if (!tab.busy())
+            return finish();
+        auto *settled = new QTimer(&loop);
+        QObject::connect(settled, &QTimer::timeout, [&tab, settled, finish] {
+            if (tab.busy())
+                return;
+            settled->stop();
+            finish();
+        });
+        settled->start(1);
+    });
+    since_beat.start();
+    heartbeat.start(1);
+    loop.exec();
+    return result;
+}
+
+/// A page over a store of years of play, on its last day.
+class Page {
+public:
+    Page(const QString &folder, int rounds)
+        : path_(QStringLiteral("%1/%2.db").arg(folder).arg(rounds))
+    {
+        tools::FillOptions options;
+        options.rounds = rounds;
+        tools::fill_store(path_, options);
+        db_ = std::make_unique<data::TallyDb>(path_);
+        db_->init_schema();
+        ui::ChainTrackerSetup setup;
+        setup.icon_dir = folder + QStringLiteral("/reference/icon");
+        setup.clock = [] {
+            return last_day;
+        };
+        tab_ = std::make_unique<ui::ChainTrackerTab>(db_.get(), barbarians, nullptr, setup);
+        tab_->resize(1400, 900);
+        tab_->show();
+        choice(QStringLiteral("Player")).setCurrentIndex(0);
+        refresh(*tab_);
+    }
+
+    ~Page()
+    {
+        tab_.reset();
+        db_.reset();
+        QFile::remove(path_);
+    }
+
+    void look_at_all_time() const
+    {
+        for (auto *date : tab_->findChildren<QDateEdit *>()) {
+            if (date->accessibleName().startsWith(u"From"))
+                date->setDate(QDate(2000, 1, 1));
+        }
+        refresh(*tab_);
+    }
+
+    /// After one more chain, as the watcher brings it.
+    Refresh refresh_after_a_mail()
+    {
+        data::BattleReport report;
+        report.chain_start_time = last_day + mails_;
+        report.chain_end_time = last_day + mails_ + 60.0;
+        report.hero_id_1 = 7.0;
+        report.hero_id_2 = 91.0;
+        report.player_id = 5'000'000.0;
+        report.player_name = QStringLiteral("Player 1");
+        report.rounds.resize(10);
+        for (data::BattleRound &round : report.rounds)
+            round.npc_btype = barbarians;
+        data::TallyDb(path_).insert_report(QStringLiteral("Persistent.Mail.%1").arg(++mails_),
+                                           report, last_day);
+        return refresh(*tab_);
+    }
+
+    Refresh refresh_again() { return refresh(*tab_); }
+
+    /// The query for the rounds of a pair, over a time in which it fought 300 chains.
+    double pair_milliseconds() const
+    {
+        double days = 365.0;
+        std::vector<data::ChainRun> chains;
+        QElapsedTimer timer;
+        for (int step = 0; step < 20; ++step) {
+            timer.start();
+            chains = db_->chains_for_pair(7, 91, barbarians, last_day - days * 86400.0, {}, {});
+            days *= 300.0 / std::max(1.0, static_cast<double>(chains.size()));
+        }
+        std::printf("pair: %zu chains\n", chains.size());
+        return milliseconds(timer);
+    }
+
+private:
+    static constexpr double last_day = 1'789'948'800.0 + 3600.0;
+
+    QComboBox &choice(const QString &name) const
+    {
+        for (auto *combo : tab_->findChildren<QComboBox *>()) {
+            if (combo->accessibleName() == name)
+                return *combo;
+        }
+        throw std::runtime_error("no such choice");
+    }
+
+    QString path_;
+    std::unique_ptr<data::TallyDb> db_;
+    std::unique_ptr<ui::ChainTrackerTab> tab_;
+    int mails_ = 0;
+};
+
+struct Figures {
+    double stop;       ///< median
+    double worst_stop; ///< of all
+    double repeat;     ///< an unchanged refresh as a share of one after a mail
+};
+
+Figures measure(Page &page, const char *name)
+{
+    std::vector<double> stops;
+    std::vector<double> firsts;
+    std::vector<double> seconds;
+    for (int i = 0; i < repeats; ++i) {
+        const Refresh first = page.refresh_after_a_mail();
+        const Refresh second = page.refresh_again();
+        stops.push_back(first.stop);
+        firsts.push_back(first.until);
+        seconds.push_back(second.until);
+        std::printf("%s: stop %.1f ms, figures after %.1f ms, again after %.2f ms\n", name,
+                    first.stop, first.until, second.until);
+    }
+    return {median(stops), *std::max_element(stops.begin(), stops.end()),
+            median(seconds) / median(firsts)};
+}
+
+void bench_page(const QString &folder, int rounds)
+{
+    Page page(folder, rounds);
+    const std::string at = "_at_" + std::to_string(rounds);
+    const bool is_large = rounds >= 1'000'000;
+    const Figures day = measure(page, ("one day" + at).c_str());
+    page.look_at_all_time();
+    const Figures all = measure(page, ("all time" + at).c_str());
+    const double pair = page.pair_milliseconds();
+    print_figure("chains_refresh_day_stop_ms" + at, day.stop, Goal::at_most, 40);
+    print_figure("chains_refresh_day_again_ratio" + at, day.repeat, Goal::at_most, 0.1);
+    print_figure("chains_refresh_all_stop_ms" + at, all.stop, Goal::at_most, 300);
+    print_figure("chains_refresh_all_again_ratio" + at, all.repeat, Goal::at_most, 0.1);
+    print_figure("chains_refresh_all_worst_stop_ms" + at, all.worst_stop, Goal::at_most,
+                 is_large ? 120 : 300);
+    print_figure("pair_of_300_chains_query_ms" + at, pair, Goal::at_most, 100);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    const QTemporaryDir folder(QCoreApplication::applicationDirPath() +
+                               QStringLiteral("/views-XXXXXX"));
+    load_reference_data(folder.filePath(QStringLiteral("reference")));
+    for (const int rounds : {100'000, 1'000'000})
+        bench_page(folder.path(), rounds);
+}

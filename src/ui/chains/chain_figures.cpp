@@ -1,0 +1,83 @@
+#include "chains/chain_figures.h"
+
+#include "master/master_cache.h"
+#include "store/sql_values.h"
+#include "store/tally_db.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace tally::ui {
+namespace {
+
+void complete(data::LootStat &row)
+{
+    const data::ItemInfo item = data::MasterCache::instance().item(row.item_type, row.item_subtype);
+    if (item.name.isEmpty())
+        return;
+    row.name = item.name;
+    row.unit_value = item.unit_value;
+    row.unit = item.unit;
+    row.icon = item.icon;
+    row.total_value = data::saturated<qint64>(row.pieces * item.unit_value + 0.5);
+}
+
+/// Runs the queries of one refresh, each for itself.
+class Asking {
+public:
+    explicit Asking(const std::function<bool()> &is_outdated) : is_outdated_(is_outdated) {}
+
+    template <typename Part, typename Query>
+    void ask(std::optional<Part> &part, Query query) const
+    {
+        if (is_outdated_())
+            return;
+        try {
+            part = query();
+        } catch (const std::exception &) {
+            // The store has logged it; the others may still answer.
+        }
+    }
+
+private:
+    const std::function<bool()> &is_outdated_;
+};
+
+} // namespace
+
+std::vector<data::LootStat> loot_rows(std::vector<data::LootStat> rows)
+{
+    for (data::LootStat &row : rows) {
+        if (row.name.isEmpty())
+            complete(row);
+    }
+    const auto place = [](const data::LootStat &row) {
+        return std::tuple(-row.battles, -row.total_value, row.item_type, row.item_subtype);
+    };
+    std::sort(rows.begin(), rows.end(),
+              [&place](const auto &one, const auto &other) { return place(one) < place(other); });
+    return rows;
+}
+
+ChainFigures chain_figures(const data::TallyDb &db, const ChainQuestion &question,
+                           const std::function<bool()> &is_outdated)
+{
+    ChainFigures figures;
+    figures.filter = question.filter;
+    const Asking asking(is_outdated);
+    asking.ask(figures.players, [&] { return player_entries(db.players()); });
+    if (figures.players) {
+        figures.chosen_player = chosen_player(*figures.players, question.player_text);
+        figures.filter.player = figures.players->at(figures.chosen_player).id;
+    }
+    const auto &[btype, from, to, player] = figures.filter;
+    asking.ask(figures.summary, [&] { return db.summary(btype, from, to, player); });
+    asking.ask(figures.best_in_filter, [&] { return db.best_chain(btype, from, to, player); });
+    asking.ask(figures.best_overall, [&] { return db.best_chain(btype, {}, {}, {}); });
+    asking.ask(figures.hourly, [&] { return db.hourly(btype, from, to, player); });
+    asking.ask(figures.loot, [&] { return loot_rows(db.loot_stats(btype, from, to, player)); });
+    asking.ask(figures.hero_pairs, [&] { return db.hero_pairs(btype, from, to, player); });
+    return figures;
+}
+
+} // namespace tally::ui

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "chains/chain_filter.h"
+#include "chains/player_entries.h"
+
+#include <QGroupBox>
+
+#include <initializer_list>
+#include <vector>
+
+class QComboBox;
+class QDateEdit;
+class QLabel;
+class QTimeEdit;
+
+namespace tally::ui {
+
+/// The row in which the period, the player and the source of action points are chosen, with the
+/// hours of the chains at its end. A window too narrow for it gets a second row.
+class ChainFilterBar : public QGroupBox {
+    Q_OBJECT
+
+public:
+    ChainFilterBar(QDate today, QWidget *parent);
+
+    ChainPeriod period() const;
+    /// All of this day, all players.
+    void clear(QDate today);
+    /// A date whose change sets its time, as if it had been entered.
+    void shift_date(bool which_from, int delta_days);
+
+    /// 0 all rounds, 1 those that cost action points, 2 those that were free.
+    int ap_source() const;
+
+    /// Does not count as a change by the user.
+    void set_players(const std::vector<PlayerEntry> &entries, std::size_t chosen);
+    QString player_text() const;
+    std::optional<double> player() const;
+
+    void set_sparkline(const QString &text);
+
+Q_SIGNALS:
+    void choiceChanged(); ///< of the player or the source of action points
+    void dayStepped(bool which_from, int delta_days);
+    void refreshAsked();
+    void clearAsked();
+
+private:
+    struct Moment {
+        QDateEdit *date;
+        QTimeEdit *time;
+    };
+
+    Moment add_moment(const QString &name, QTime time_of_new_date);
+    QComboBox *add_choice(const QString &name, int width);
+    void add_buttons();
+    void add_sparkline();
+    /// Widgets that stay together. \return their layout
+    QLayout *add_group(std::initializer_list<QWidget *> widgets);
+    void level_groups();
+
+    Moment from_;
+    Moment to_;
+    QComboBox *player_combo_;
+    QComboBox *ap_combo_;
+    QLabel *sparkline_;
+    std::vector<PlayerEntry> players_; ///< the entries of the combo
+};
+
+} // namespace tally::ui

@@ -1,0 +1,68 @@
+#include "chains/chain_summary_box.h"
+
+#include "summary_card.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+
+namespace tally::ui {
+
+ChainSummaryBox::ChainSummaryBox(QWidget *parent) : QGroupBox(parent)
+{
+    set_counting(false);
+    auto *layout = new QVBoxLayout(this);
+    layout->setSpacing(4);
+    auto *cards = new QHBoxLayout;
+    cards->setSpacing(6);
+    for (std::size_t i = 0; i < cards_.size(); ++i) {
+        cards_.at(i) = new SummaryCard(QString::fromUtf16(chain_card_row.at(i).title));
+        cards_.at(i)->setObjectName(chain_card_row.at(i).key);
+        cards->addWidget(cards_.at(i), 1);
+    }
+    layout->addLayout(cards);
+
+    auto *best = new QHBoxLayout;
+    best->setSpacing(20);
+    best->addStretch();
+    best_in_filter_ = add_best_chain(*best, QStringLiteral("Best chain in the filter"));
+    auto *separator = new QLabel(QStringLiteral("|"));
+    separator->setStyleSheet(QStringLiteral("color: #555; font-size: 9pt;"));
+    best->addWidget(separator);
+    best_overall_ = add_best_chain(*best, QStringLiteral("Best chain of all"));
+    best->addStretch();
+    layout->addLayout(best);
+}
+
+QLabel *ChainSummaryBox::add_best_chain(QHBoxLayout &row, const QString &name)
+{
+    auto *label = new QLabel;
+    label->setTextFormat(Qt::PlainText);
+    label->setObjectName(name);
+    label->setStyleSheet(QStringLiteral("color: #808080; font-size: 9pt;"));
+    row.addWidget(label);
+    return label;
+}
+
+void ChainSummaryBox::set_cards(const ChainCardTexts &texts)
+{
+    for (std::size_t i = 0; i < cards_.size(); ++i)
+        cards_.at(i)->set_text(texts.at(i));
+}
+
+void ChainSummaryBox::set_best_in_filter(const QString &line)
+{
+    best_in_filter_->setText(line);
+}
+
+void ChainSummaryBox::set_best_overall(const QString &line)
+{
+    best_overall_->setText(line);
+}
+
+void ChainSummaryBox::set_counting(bool counting)
+{
+    setTitle(counting ? QStringLiteral("Summary (counting…)") : QStringLiteral("Summary"));
+    setAccessibleName(title());
+}
+
+} // namespace tally::ui

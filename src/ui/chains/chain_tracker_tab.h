@@ -1,0 +1,75 @@
+#pragma once
+
+#include "chains/chain_figures.h"
+#include "chains/chain_filter.h"
+#include "clock/clock.h"
+#include "paths/data_folders.h"
+#include "query_thread.h"
+#include "report_tab.h"
+
+#include <QString>
+#include <QTimer>
+
+#include <chrono>
+
+class QListWidgetItem;
+class QTableView;
+
+namespace tally::ui {
+
+class ChainFilterBar;
+class ChainSummaryBox;
+class HeroPairList;
+class LootTableModel;
+
+/// What the tab is built for. A test changes some of it; the program takes it as it is.
+struct ChainTrackerSetup {
+    QString icon_dir = platform::icon_cache_dir();
+    platform::Clock clock = platform::system_time;
+    /// A refresh stops the window for at most about this long; what takes longer comes later.
+    std::chrono::milliseconds patience{100};
+    std::chrono::milliseconds counting_sign_after{150};
+};
+
+/// What the chains of a period achieved and dropped, for one account or all.
+class ChainTrackerTab : public ReportTab {
+    Q_OBJECT
+
+public:
+    /// \param db outlives the tab
+    /// \param npc_btype the npc base type whose chains are shown
+    ChainTrackerTab(data::TallyDb *db, double npc_btype, QWidget *parent = nullptr,
+                    const ChainTrackerSetup &setup = {});
+
+    void refresh() override;
+    bool end(QDeadlineTimer deadline) override { return queries_.end(deadline); }
+    ChainFilter current_filter() const;
+    /// Whether figures are still to come.
+    bool busy() const { return queries_.busy(); }
+
+private Q_SLOTS:
+    void on_hero_pair_clicked(QListWidgetItem *item);
+    void on_clear_filter();
+    void shift_date(bool which_from, int delta_days);
+
+private:
+    void show_in_any_size(QWidget *page);
+    QWidget *new_lists();
+    QTableView *new_loot_table();
+    void show_figures(const ChainFigures &figures);
+    QDate today() const;
+
+    data::TallyDb *db_;
+    double npc_btype_;
+    ChainTrackerSetup setup_;
+    ChainFilterBar *filter_;
+    ChainSummaryBox *summary_;
+    HeroPairList *hero_pairs_ = nullptr;
+    QTableView *loot_table_ = nullptr;
+    LootTableModel *loot_model_ = nullptr;
+    int kills_ = 0; ///< what the drop rates are shares of
+    QTimer counting_sign_;
+    QueryThread queries_;
+};
+
+} // namespace tally::ui

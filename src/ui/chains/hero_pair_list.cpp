@@ -1,0 +1,95 @@
+#include "chains/hero_pair_list.h"
+
+#include "hero_pair_icon.h"
+#include "master/master_cache.h"
+#include "table_export.h"
+
+#include <QScrollBar>
+#include <QShortcut>
+
+namespace tally::ui {
+namespace {
+
+QVariant optional_variant(std::optional<double> value)
+{
+    return value ? QVariant(*value) : QVariant();
+}
+
+std::optional<double> optional_number(const QVariant &value)
+{
+    return value.isValid() ? std::optional(value.toDouble()) : std::nullopt;
+}
+
+} // namespace
+
+QString hero_pair_text(const data::HeroPair &pair)
+{
+    const data::MasterCache &master = data::MasterCache::instance();
+    return QStringLiteral("%1 + %2\n%3 chains")
+        .arg(master.hero_name(pair.hero_1), master.hero_name(pair.hero_2),
+             QString::number(pair.chains));
+}
+
+HeroPairList::HeroPairList(QString icon_dir, QWidget *parent)
+    : QListWidget(parent), icon_dir_(std::move(icon_dir))
+{
+    setAccessibleName(QStringLiteral("Hero pairs"));
+    setIconSize(QSize(100, 48));
+    setWordWrap(true); // two long names are wider than the list
+    setResizeMode(QListView::Adjust);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setStyleSheet(
+        QStringLiteral("QListWidget::item { padding: 4px; }"
+                       "QListWidget::item:hover { background: rgba(120,150,220,0.15); }"));
+    offer_copy_and_export(this, QStringLiteral("hero-pairs"));
+    // `itemActivated` would come with a second click as well.
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        connect(new QShortcut(key, this, nullptr, nullptr, Qt::WidgetShortcut),
+                &QShortcut::activated, this, [this] {
+                    if (QListWidgetItem *item = currentItem())
+                        Q_EMIT itemClicked(item);
+                });
+    }
+}
+
+void HeroPairList::show_pairs(const std::vector<data::HeroPair> &pairs, const ChainFilter &filter)
+{
+    const QListWidgetItem *current = currentItem();
+    const auto chosen = current ? choice_of(*current) : std::nullopt;
+    const int scrolled = verticalScrollBar()->value();
+    clear();
+    for (const data::HeroPair &pair : pairs) {
+        add_pair(pair, filter);
+        if (chosen && pair.hero_1 == chosen->hero_1 && pair.hero_2 == chosen->hero_2)
+            setCurrentRow(count() - 1);
+    }
+    if (pairs.empty()) {
+        auto *nothing = new QListWidgetItem(QStringLiteral("(no hero pairs in filter)"), this);
+        nothing->setForeground(QColor(Qt::gray));
+    }
+    verticalScrollBar()->setValue(scrolled);
+}
+
+void HeroPairList::add_pair(const data::HeroPair &pair, const ChainFilter &filter)
+{
+    constexpr int height = 48;
+    constexpr int gap = 4;
+    const data::MasterCache &master = data::MasterCache::instance();
+    auto *item = new QListWidgetItem(hero_pair_text(pair), this);
+    item->setData(Qt::UserRole,
+                  QVariantList{pair.hero_1, pair.hero_2, optional_variant(filter.from),
+                               optional_variant(filter.to)});
+    item->setIcon(render_hero_pair(master.hero(pair.hero_1).icon, master.hero(pair.hero_2).icon,
+                                   icon_dir_, height, gap));
+}
+
+std::optional<HeroPairChoice> HeroPairList::choice_of(const QListWidgetItem &item)
+{
+    const QVariantList data = item.data(Qt::UserRole).toList();
+    if (data.size() < 4)
+        return std::nullopt;
+    return HeroPairChoice{data.at(0).toInt(), data.at(1).toInt(), optional_number(data.at(2)),
+                          optional_number(data.at(3))};
+}
+
+} // namespace tally::ui

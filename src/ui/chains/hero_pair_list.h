@@ -1,0 +1,43 @@
+#pragma once
+
+#include "chains/chain_filter.h"
+#include "store/chain_records.h"
+
+#include <QListWidget>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace tally::ui {
+
+/// A pair of heroes and the period that it was counted in.
+struct HeroPairChoice {
+    int hero_1 = 0;
+    int hero_2 = 0;
+    std::optional<double> from;
+    std::optional<double> to;
+};
+
+/// The pair by name and the number of its chains, in two lines.
+QString hero_pair_text(const data::HeroPair &pair);
+
+/// The pairs that fought chains. A click or Enter is `itemClicked`.
+class HeroPairList : public QListWidget {
+    Q_OBJECT
+
+public:
+    HeroPairList(QString icon_dir, QWidget *parent);
+
+    /// Keeps the current pair and the place that is looked at.
+    void show_pairs(const std::vector<data::HeroPair> &pairs, const ChainFilter &filter);
+    /// Nothing for an item that is no pair.
+    static std::optional<HeroPairChoice> choice_of(const QListWidgetItem &item);
+
+private:
+    void add_pair(const data::HeroPair &pair, const ChainFilter &filter);
+
+    QString icon_dir_;
+};
+
+} // namespace tally::ui

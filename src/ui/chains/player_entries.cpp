@@ -1,0 +1,36 @@
+#include "chains/player_entries.h"
+
+#include "store/sql_values.h"
+
+#include <QSet>
+
+#include <algorithm>
+
+namespace tally::ui {
+
+std::vector<PlayerEntry> player_entries(const std::vector<data::PlayerRow> &accounts)
+{
+    std::vector<PlayerEntry> entries = {{QStringLiteral("All players"), std::nullopt}};
+    QSet<QString> taken = {entries.front().text};
+    for (const auto &[player_id, name, chains] : accounts) {
+        const QString id = QString::number(data::saturated<qint64>(player_id.value_or(0.0)));
+        QString text = name.isEmpty() ? QStringLiteral("ID %1").arg(id) : name;
+        while (taken.contains(text))
+            text = QStringLiteral("%1 (%2)").arg(text, id);
+        taken.insert(text);
+        entries.push_back({text, player_id});
+    }
+    return entries;
+}
+
+std::size_t chosen_player(const std::vector<PlayerEntry> &entries, const QString &chosen)
+{
+    const auto found =
+        std::find_if(entries.begin(), entries.end(),
+                     [&chosen](const PlayerEntry &entry) { return entry.text == chosen; });
+    if (found != entries.end())
+        return static_cast<std::size_t>(found - entries.begin());
+    return entries.size() > 1 ? 1 : 0;
+}
+
+} // namespace tally::ui

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "item_look.h"
+
+#include <QPixmap>
+#include <QString>
+
+namespace tally::ui {
+
+/// The picture of one item: a rounded square in the colour of its tier with the icon in it.
+/// \param unit_text upper left corner
+/// \param quantity_text lower right corner
+/// \param size side in device-independent pixels
+/// \param fallback stands in the middle where there is no icon
+QPixmap render_item_tile(const QPixmap &icon, const QString &unit_text,
+                         const QString &quantity_text, const ItemBadge &badge, int size,
+                         const QString &fallback);
+
+} // namespace tally::ui
