@@ -1,3 +1,4 @@
+#include "files/exact_files.h"
 #include "support/program_run.h"
 
 #include <QDir>
@@ -9,6 +10,7 @@
 namespace tally::app {
 namespace {
 
+using namespace Qt::StringLiterals;
 using testing::HasSubstr;
 
 const QString executable = QStringLiteral(TALLY_EXECUTABLE);
@@ -22,8 +24,7 @@ protected:
 
     std::string log(const QString &name) const
     {
-        QFile file(dir_.filePath(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+        return platform::read_file(dir_.filePath(name)).toStdString();
     }
 
     QTemporaryDir dir_;
@@ -33,60 +34,51 @@ TEST_F(ConsoleModes, SelfTestsPassOnAnInstalledCopyAndLeaveTheirLogs)
 {
     for (const char *mode : {"parser", "master", "db"}) {
         const QString name = QString::fromLatin1(mode);
-        const test::ProgramResult result = run({QStringLiteral("--test-%1").arg(name)});
+        const test::ProgramResult result = run({u"--test-%1"_s.arg(name)});
         EXPECT_EQ(result.exit_code, 0) << result.error_output.constData();
-        const std::string text = log(QStringLiteral("smoke-test-%1.log").arg(name));
+        const std::string text = log(u"smoke-test-%1.log"_s.arg(name));
         EXPECT_THAT(text, HasSubstr("smoke test PASSED =="));
         EXPECT_THAT(result.error_output.toStdString(), HasSubstr(text));
     }
-    EXPECT_THAT(log(QStringLiteral("smoke-test-parser.log")),
+    EXPECT_THAT(log(u"smoke-test-parser.log"_s),
                 HasSubstr("parsed: type=Battle  level=45\nfind_first(level) = 45 OK\n"));
 }
 
-TEST_F(ConsoleModes, ImportOfAnEmptyFolderCountsNothingAndStillReports)
+TEST_F(ConsoleModes, ImportOfNothingOrNowhereStillReports)
 {
     const QTemporaryDir mails;
-    const test::ProgramResult result = run({QStringLiteral("--import-only"), mails.path()});
-    EXPECT_EQ(result.exit_code, 0);
-    const std::string text = log(QStringLiteral("import-only.log"));
-    EXPECT_THAT(text, HasSubstr("init_schema() needs_hard=false\n"
-                                "  progress: scanned=0/0  imported=0\n"
-                                "stats: scanned=0  imported=0  errors=0\n"
-                                "db counts: reports rows=0  field_reports rows=0  "
-                                "distinct chain files=0\n"
-                                "players in chain reports: 0\n"
-                                "== --import-only DONE ==\n"));
-}
-
-TEST_F(ConsoleModes, ImportOfAMissingFolderIsCountedAsAnErrorNotThrown)
-{
-    const test::ProgramResult result =
-        run({QStringLiteral("--import-only"), dir_.filePath(QStringLiteral("missing"))});
-    EXPECT_EQ(result.exit_code, 0);
-    EXPECT_THAT(result.error_output.toStdString(),
-                HasSubstr("stats: scanned=0  imported=0  errors=1\n"));
+    EXPECT_EQ(run({u"--import-only"_s, mails.path()}).exit_code, 0);
+    EXPECT_THAT(log(u"import-only.log"_s),
+                HasSubstr("init_schema() needs_hard=false\n"
+                          "  progress: scanned=0/0  imported=0\n"
+                          "stats: scanned=0  imported=0  errors=0\n"
+                          "db counts: reports rows=0  field_reports rows=0  "
+                          "distinct chain files=0\n"
+                          "players in chain reports: 0\n"
+                          "== --import-only DONE ==\n"));
+    EXPECT_EQ(run({u"--import-only"_s, dir_.filePath(u"missing"_s)}).exit_code, 0);
+    EXPECT_THAT(log(u"import-only.log"_s), HasSubstr("stats: scanned=0  imported=0  errors=1\n"));
 }
 
 TEST_F(ConsoleModes, ImportIntoADamagedStoreSaysSoAndLeavesItAlone)
 {
-    const QString store = dir_.filePath(QStringLiteral("tally-import.db"));
+    const QString store = dir_.filePath(u"tally-import.db"_s);
     const QByteArray damaged(8192, 'x');
     QFile file(store);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(damaged) == damaged.size());
     file.close();
 
-    const test::ProgramResult result = run({QStringLiteral("--import-only"), dir_.path()});
+    const test::ProgramResult result = run({u"--import-only"_s, dir_.path()});
     EXPECT_FALSE(result.crashed);
     EXPECT_EQ(result.exit_code, 1);
-    EXPECT_THAT(log(QStringLiteral("import-only.log")), HasSubstr("EXCEPTION: TallyDb fatal: "));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), damaged);
+    EXPECT_THAT(log(u"import-only.log"_s), HasSubstr("EXCEPTION: TallyDb fatal: "));
+    EXPECT_EQ(platform::read_file(store), damaged);
 }
 
 TEST_F(ConsoleModes, ImportWithoutAFolderAndHelpEndWithTheirCodes)
 {
-    EXPECT_EQ(run({QStringLiteral("word"), QStringLiteral("--import-only")}).exit_code, 2);
-    const test::ProgramResult help = run({QStringLiteral("-h")});
+    EXPECT_EQ(run({u"word"_s, u"--import-only"_s}).exit_code, 2);
+    const test::ProgramResult help = run({u"-h"_s});
     EXPECT_EQ(help.exit_code, 0);
     EXPECT_THAT(help.error_output.toStdString(),
                 HasSubstr("Ledgerline - Tallyhand v2.0-alfa.072\n\nusage:\n"));

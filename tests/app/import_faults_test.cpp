@@ -1,3 +1,4 @@
+#include "support/plain_connection.h"
 #include "support/program_run.h"
 #include "support/store_dump.h"
 
@@ -5,11 +6,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QTemporaryDir>
-#include <QVariant>
 
 #include <gtest/gtest.h>
 
@@ -18,26 +15,12 @@
 namespace tally::app {
 namespace {
 
+using namespace Qt::StringLiterals;
 const QString executable = QStringLiteral(TALLY_EXECUTABLE);
 
 QString store_in(const QTemporaryDir &folder)
 {
-    return folder.filePath(QStringLiteral("tally-import.db"));
-}
-
-QString integrity_of(const QString &store)
-{
-    QString answer;
-    {
-        auto db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("check"));
-        db.setDatabaseName(store);
-        db.open();
-        QSqlQuery query(db);
-        query.exec(QStringLiteral("PRAGMA integrity_check"));
-        answer = query.next() ? query.value(0).toString() : query.lastError().text();
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("check"));
-    return answer;
+    return folder.filePath(u"tally-import.db"_s);
 }
 
 /// Sample mails, and what one undisturbed import makes of them.
@@ -54,7 +37,7 @@ protected:
         clean_dump_ = test::store_dump(store_in(clean_));
     }
 
-    QStringList arguments() const { return {QStringLiteral("--import-only"), mails_.path()}; }
+    QStringList arguments() const { return {u"--import-only"_s, mails_.path()}; }
 
     void import(const QTemporaryDir &folder) const
     {
@@ -64,7 +47,7 @@ protected:
 
     void expect_clean_rows(const QTemporaryDir &folder) const
     {
-        EXPECT_EQ(integrity_of(store_in(folder)), QStringLiteral("ok"));
+        EXPECT_EQ(test::PlainConnection(store_in(folder)).text(u"PRAGMA integrity_check"_s), u"ok");
         EXPECT_EQ(test::store_dump(store_in(folder)).toStdString(), clean_dump_.toStdString());
     }
 

@@ -2,7 +2,7 @@
 #include "support/report_builders.h"
 #include "support/temp_store.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <map>
@@ -12,8 +12,6 @@
 using namespace tally;
 using namespace tally::test;
 using namespace Qt::StringLiterals;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -104,27 +102,30 @@ TEST_P(FieldQueriesOf, SummariesAndListsAreWhatTheAttacksAddUpTo)
             std::set<double> enemies;
             std::multiset<std::pair<QString, double>> listed;
             for (const QVariantMap &row : store.rows) {
-                const QVariant time = row.value(u"email_time"_s);
+                const auto at = [&row](const char *column) {
+                    return row.value(QLatin1StringView(column));
+                };
+                const QVariant time = at("email_time");
                 if (!is_of_mode(row, mode) ||
                     (span.from && (time.isNull() || time.toDouble() < *span.from)) ||
                     (span.to && (time.isNull() || time.toDouble() >= *span.to)) ||
-                    (span.player && row.value(u"player_id"_s) != *span.player))
+                    (span.player && at("player_id") != *span.player))
                     continue;
-                const QString file = row.value(u"file_name"_s).toString();
+                const QString file = at("file_name").toString();
                 files.insert(file);
-                if (row.value(u"is_kvk"_s).toInt() == 1)
+                if (at("is_kvk").toInt() == 1)
                     kvk.insert(file);
-                if (!row.value(u"enemy_id"_s).isNull())
-                    enemies.insert(row.value(u"enemy_id"_s).toDouble());
+                if (!at("enemy_id").isNull())
+                    enemies.insert(at("enemy_id").toDouble());
                 if (!time.isNull())
-                    listed.emplace(file, row.value(u"attack_id"_s).toDouble());
-                const QVariant own = row.value(u"my_kill_score"_s);
-                const QVariant other = row.value(u"enemy_kill_score"_s);
+                    listed.emplace(file, at("attack_id").toDouble());
+                const QVariant own = at("my_kill_score");
+                const QVariant other = at("enemy_kill_score");
                 ++sums.attacks;
                 sums.my_kp += own.toLongLong();
                 sums.enemy_kp += other.toLongLong();
-                sums.my_deaths += row.value(u"my_death"_s).toLongLong();
-                sums.enemy_deaths += row.value(u"enemy_death"_s).toLongLong();
+                sums.my_deaths += at("my_death").toLongLong();
+                sums.enemy_deaths += at("enemy_death").toLongLong();
                 sums.wins +=
                     !own.isNull() && !other.isNull() && own.toLongLong() > other.toLongLong();
             }
@@ -183,47 +184,6 @@ TEST_P(FieldQueriesOf, EnemiesAndPlayersAreCountedTheMostFrequentFirst)
 }
 
 INSTANTIATE_TEST_SUITE_P(RandomStores, FieldQueriesOf, testing::Range(1u, 5u));
-
-struct ModeCase {
-    const char *name;
-    QVariant own, rally, npc;
-    std::vector<int> modes;
-};
-
-void PrintTo(const ModeCase &kind, std::ostream *out)
-{
-    *out << kind.name;
-}
-
-class FieldMode : public testing::TestWithParam<ModeCase> {};
-
-TEST_P(FieldMode, HoldsTheAttacksOfItsKind)
-{
-    const auto &[name, own, rally, npc, modes] = GetParam();
-    TempStore store;
-    store.db.insert_field_report(u"fight"_s,
-                                 {attack(1, {{"my_ct", own},
-                                             {"is_rally", rally},
-                                             {"enemy_npc_btype", npc},
-                                             {"email_time", 100.0}})},
-                                 1.0);
-    std::vector<int> found;
-    for (const int mode : all_modes) {
-        if (!store.db.field_attacks({}, {}, {}, 9, mode).isEmpty())
-            found.push_back(mode);
-    }
-    EXPECT_EQ(found, modes);
-}
-
-INSTANTIATE_TEST_SUITE_P(Kinds, FieldMode,
-                         testing::Values(ModeCase{"OpenField", 1.0, {}, {}, {0, 4, -1}},
-                                         ModeCase{"OpenFieldOfSix", 6.0, {}, 0.0, {0, 4, -1}},
-                                         ModeCase{"OnBarbarians", 1.0, {}, 1.0, {4, -1}},
-                                         ModeCase{"Rally", 1.0, 1, 1.0, {1, 4, -1}},
-                                         ModeCase{"RallyOfSixIsNone", 6.0, 1, {}, {4, -1}},
-                                         ModeCase{"Garrison", 3.0, 1, {}, {2, 4, -1}},
-                                         ModeCase{"Unknown", {}, {}, {}, {4, -1}}),
-                         [](const auto &kind) { return std::string(kind.param.name); });
 
 TEST(FieldQueries, TheListHasTheNewestFirstAndToursTogether)
 {

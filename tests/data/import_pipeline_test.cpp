@@ -2,20 +2,23 @@
 
 #include "files/exact_files.h"
 #include "mail_encoder.h"
+#include "support/plain_connection.h"
+#include "support/small_mails.h"
 #include "support/temp_mails.h"
 #include "support/temp_store.h"
 
 #include <QDir>
-#include <QSqlQuery>
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <tuple>
 #include <vector>
 
 namespace tally::data {
 namespace {
 
+using namespace Qt::StringLiterals;
 using sample::array;
 using sample::entry;
 using sample::map;
@@ -32,15 +35,11 @@ QByteArray loot_map()
         {map({entry("Type", number(4)), entry("SubType", number(1)), entry("Value", number(30))})});
 }
 
-QByteArray chain_round()
+QByteArray chain_mail(const QByteArray &before_loot = {})
 {
-    return entry("NpcType", number(150009)) + entry("NpcBType", number(1));
-}
-
-QByteArray chain_mail(const QByteArray &before_loot = {}, double start = chain_start)
-{
-    return sample::mail(entry("type", text("Battle")) + entry("Bts", number(start)) +
-                        chain_round() + before_loot + entry("NpcKillLoot", loot_map()));
+    return sample::mail(entry("type", text("Battle")) + entry("Bts", number(chain_start)) +
+                        entry("NpcType", number(150009)) + entry("NpcBType", number(1)) +
+                        before_loot + entry("NpcKillLoot", loot_map()));
 }
 
 QByteArray field_mail(const QByteArray &before_attacks = {})
@@ -50,32 +49,15 @@ QByteArray field_mail(const QByteArray &before_attacks = {})
                         entry("content", map(before_attacks + entry("Attacks", array({attack})))));
 }
 
-QByteArray trial_mail()
-{
-    const QByteArray content = map({entry("infos", array({map({entry("playerId", number(1))})}))});
-    return sample::mail(entry("type", text("BarCanyonKillBoss")) +
-                        entry("body", map({entry("content", content)})));
-}
-
-QByteArray fort_mail(double event_time = chain_start, bool with_loot = true)
-{
-    const QByteArray attachments = with_loot ? array({map({entry("loot", loot_map())})}) : map();
-    return sample::mail(entry("type", text("System")) + entry("time", number(event_time * 1e6)) +
-                        entry("body", map({entry("title", text("Barbarian Fort destroyed"))})) +
-                        entry("attachments", attachments));
-}
-
 /// More bytes than the head of a file that most stages look at.
 QByteArray padding()
 {
     return entry("padding", text(QByteArray(40000, 'x')));
 }
 
-int count_of(const TallyDb &db, const char *table)
+QString text_in(const TempStore &store, const QString &sql)
 {
-    QSqlQuery query(db.connection());
-    query.exec(QStringLiteral("SELECT COUNT(*) FROM %1").arg(QLatin1StringView(table)));
-    return query.next() ? query.value(0).toInt() : -1;
+    return test::text_of(store.db.connection(), sql);
 }
 
 ImportStats import(const TempMails &mails, TallyDb &db)
@@ -83,56 +65,34 @@ ImportStats import(const TempMails &mails, TallyDb &db)
     return import_dir(mails.path(), {}, db, {}, nullptr);
 }
 
-struct MailCase {
-    const char *what;
-    QByteArray content;
-    const char *table; ///< null: of no interest
-};
-
-class OneMail : public testing::TestWithParam<MailCase> {};
-
-TEST_P(OneMail, IsStoredOnceAndOnlyInItsTable)
+TEST(ImportFile, TakesOnlyWholeReportsThatShowWhereTheirKindDoes)
 {
     const TempMails mails;
     TempStore store;
-    const QString path = mails.add(QStringLiteral("Persistent.Mail.1"), GetParam().content);
-    EXPECT_EQ(import_file(path, {}, store.db), GetParam().table != nullptr);
-    EXPECT_FALSE(import_file(path, {}, store.db));
-    for (const char *table : {"reports", "field_reports", "trial_reports", "fort_reports"}) {
-        const bool expected = GetParam().table && std::string_view(GetParam().table) == table;
-        EXPECT_EQ(count_of(store.db, table), expected ? 1 : 0) << table;
+    const std::pair<QByteArray, bool> contents[] = {{field_mail(padding()), true},
+                                                    {chain_mail(padding()), false},
+                                                    {chain_mail().chopped(1), false},
+                                                    {"garbage no marker", false},
+                                                    {{}, false}};
+    int number = 0;
+    for (const auto &[content, is_field_fight] : contents) {
+        const QString name = u"Persistent.Mail.%1"_s.arg(++number);
+        EXPECT_EQ(import_file(mails.add(name, content), {}, store.db), is_field_fight) << number;
+        EXPECT_EQ(store.db.field_report_exists(name), is_field_fight) << number;
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    , OneMail,
-    testing::Values(MailCase{"chain", chain_mail(), "reports"},
-                    MailCase{"field fight", field_mail(), "field_reports"},
-                    MailCase{"field fight with its attacks far behind", field_mail(padding()),
-                             "field_reports"},
-                    MailCase{"boss kill", trial_mail(), "trial_reports"},
-                    MailCase{"fort", fort_mail(), "fort_reports"},
-                    MailCase{"fort without loot", fort_mail(chain_start, false), nullptr},
-                    MailCase{"chain with its loot behind the head", chain_mail(padding()), nullptr},
-                    MailCase{"no mail", "garbage no marker", nullptr},
-                    MailCase{"empty", {}, nullptr},
-                    MailCase{"torn chain", chain_mail().chopped(1), nullptr}),
-    [](const auto &test_case) {
-        return QString::fromLatin1(test_case.param.what).replace(u' ', u'_').toStdString();
-    });
 
 TEST(ImportDir, TakesMailFilesOnlyAndCallsBackEvery200FilesAndAtTheEnd)
 {
     const TempMails mails;
     TempStore store;
     for (int i = 0; i < 400; ++i)
-        mails.add(QStringLiteral("Persistent.Mail.%1").arg(i), i == 0 ? chain_mail() : "other");
-    mails.add(QStringLiteral("Persistent.Mail"), chain_mail());
-    mails.add(QStringLiteral("persistent.mail.1"), chain_mail());
-    mails.add(QStringLiteral("x.Persistent.Mail.1"), chain_mail());
-    QDir(mails.path()).mkdir(QStringLiteral("Persistent.Mail.folder"));
-    QFile::link(mails.file(QStringLiteral("Persistent.Mail.0")),
-                mails.file(QStringLiteral("Persistent.Mail.link")));
+        mails.add(u"Persistent.Mail.%1"_s.arg(i), i == 0 ? chain_mail() : "other");
+    mails.add(u"Persistent.Mail"_s, chain_mail());
+    mails.add(u"persistent.mail.1"_s, chain_mail());
+    mails.add(u"x.Persistent.Mail.1"_s, chain_mail());
+    QDir(mails.path()).mkdir(u"Persistent.Mail.folder"_s);
+    QFile::link(mails.file(u"Persistent.Mail.0"_s), mails.file(u"Persistent.Mail.link"_s));
 
     std::vector<std::tuple<int, int, int>> calls;
     const ImportStats stats = import_dir(
@@ -153,9 +113,10 @@ TEST(ImportDir, OfWhatIsNoFolderCountsOneErrorAndDoesNothingElse)
 {
     TempStore store;
     bool called = false;
-    const ImportStats stats = import_dir(
-        QStringLiteral("/nowhere/at/all"), {}, store.db, [&](int, int, int) { called = true; },
-        nullptr);
+    const auto progress = [&](int, int, int) {
+        called = true;
+    };
+    const auto stats = import_dir(u"/nowhere"_s, {}, store.db, progress, nullptr);
     EXPECT_EQ(stats.errors, 1);
     EXPECT_EQ(stats.scanned, 0);
     EXPECT_FALSE(called);
@@ -166,17 +127,14 @@ TEST(ImportDir, StopsBetweenFilesWhenCancelled)
     const TempMails mails;
     TempStore store;
     for (int i = 0; i < 450; ++i)
-        mails.add(QStringLiteral("Persistent.Mail.%1").arg(i), "other");
+        mails.add(u"Persistent.Mail.%1"_s.arg(i), "other");
     std::atomic<bool> cancel = false;
     int calls = 0;
-    const ImportStats stats = import_dir(
-        mails.path(), {}, store.db,
-        [&](int, int, int) {
-            ++calls;
-            cancel = true;
-        },
-        &cancel);
-    EXPECT_EQ(stats.scanned, 200);
+    const auto progress = [&](int, int, int) {
+        ++calls;
+        cancel = true;
+    };
+    EXPECT_EQ(import_dir(mails.path(), {}, store.db, progress, &cancel).scanned, 200);
     EXPECT_EQ(calls, 2) << "once at 200 and once at the end";
 }
 
@@ -184,9 +142,9 @@ TEST(ImportDir, GoesOnBehindAFileWhoseLookUpFails)
 {
     const TempMails mails;
     TempStore store;
-    mails.add(QStringLiteral("Persistent.Mail.1"), chain_mail());
-    mails.add(QStringLiteral("Persistent.Mail.2"), chain_mail());
-    QSqlQuery(store.db.connection()).exec(QStringLiteral("DROP TABLE fort_reports"));
+    mails.add(u"Persistent.Mail.1"_s, chain_mail());
+    mails.add(u"Persistent.Mail.2"_s, chain_mail());
+    text_in(store, u"DROP TABLE fort_reports"_s);
     const ImportStats stats = import(mails, store.db);
     EXPECT_EQ(stats.scanned, 2);
     EXPECT_EQ(stats.errors, 2);
@@ -197,18 +155,14 @@ TEST(ImportDir, LinksAFortToAChainThatIsImportedLater)
 {
     const TempMails mails;
     TempStore store;
-    mails.add(QStringLiteral("Persistent.Mail.fort"), fort_mail(chain_start + 300.0));
+    mails.add(u"Persistent.Mail.fort"_s, test::fort_mail(chain_start + 300.0));
     import(mails, store.db);
-    const auto linked = [&store] {
-        QSqlQuery query(store.db.connection());
-        query.exec(QStringLiteral("SELECT battle_file_name FROM fort_reports"));
-        return query.next() ? query.value(0).toString() : QString();
-    };
-    EXPECT_EQ(linked(), QString());
-    const QString chain = QStringLiteral("Persistent.Mail.zz");
+    const QString linked = u"SELECT battle_file_name FROM fort_reports"_s;
+    EXPECT_EQ(text_in(store, linked), u"NULL");
+    const QString chain = u"Persistent.Mail.zz"_s;
     mails.add(chain, chain_mail());
     import(mails, store.db);
-    EXPECT_EQ(linked(), chain);
+    EXPECT_EQ(text_in(store, linked), chain);
 }
 
 TEST(ImportFile, KeepsTheFirstVersionOfAFileAsItsRawCopy)
@@ -216,8 +170,8 @@ TEST(ImportFile, KeepsTheFirstVersionOfAFileAsItsRawCopy)
     const TempMails mails;
     const QTemporaryDir data;
     TempStore store;
-    const QString raw = data.filePath(QStringLiteral("deep/raw"));
-    const QString name = QStringLiteral("Persistent.Mail.1");
+    const QString raw = data.filePath(u"deep/raw"_s);
+    const QString name = u"Persistent.Mail.1"_s;
     import_file(mails.add(name, "half a mail"), raw, store.db);
     EXPECT_TRUE(import_file(mails.add(name, chain_mail()), raw, store.db))
         << "a file that was torn is imported when it has become whole";
@@ -228,12 +182,9 @@ TEST(ImportFile, StoresTheFilesTimeToTheMillisecond)
 {
     const TempMails mails;
     TempStore store;
-    import_file(mails.add(QStringLiteral("Persistent.Mail.1"), chain_mail(), 1'699'999'999.123), {},
-                store.db);
-    QSqlQuery query(store.db.connection());
-    query.exec(QStringLiteral("SELECT file_mtime FROM reports"));
-    ASSERT_TRUE(query.next());
-    EXPECT_DOUBLE_EQ(query.value(0).toDouble(), 1'699'999'999.123);
+    import_file(mails.add(u"Persistent.Mail.1"_s, chain_mail(), 1'699'999'999.123), {}, store.db);
+    EXPECT_EQ(text_in(store, u"SELECT CAST(file_mtime * 1000 AS INT) FROM reports"_s),
+              u"1699999999123");
 }
 
 TEST(ImportDir, ImportsNamesThatAreNotUtf8OnceEach)
@@ -241,12 +192,9 @@ TEST(ImportDir, ImportsNamesThatAreNotUtf8OnceEach)
     const TempMails mails;
     TempStore store;
     const QByteArray folder = mails.path().toLocal8Bit() + "/Persistent.Mail.";
-    for (const QByteArray &name : {QByteArray("\xff"), QByteArray("\xfe"), QByteArray("a\xc3")}) {
-        std::FILE *file = std::fopen((folder + name).constData(), "wb");
-        ASSERT_NE(file, nullptr);
-        const QByteArray content = chain_mail();
-        std::fwrite(content.constData(), 1, static_cast<size_t>(content.size()), file);
-        std::fclose(file);
+    for (const char *name : {"\xff", "\xfe", "a\xc3"}) {
+        std::ofstream file((folder + name).toStdString(), std::ios::binary);
+        ASSERT_TRUE(file << chain_mail().toStdString());
     }
     EXPECT_EQ(import(mails, store.db).imported, 3);
     EXPECT_EQ(store.db.chain_file_count(), 3);

@@ -9,7 +9,6 @@
 
 using namespace tally::data;
 using namespace tally::sample;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
@@ -48,12 +47,6 @@ TEST(KeyMarker, DoesNotMatchInsideALongerKey)
     EXPECT_TRUE(holds(bytes, "HId"));
 }
 
-TEST(FindOffsets, OverlappingHitsCount)
-{
-    EXPECT_THAT(find_all_offsets("aaaa", "aa"), ElementsAre(0, 1, 2));
-    EXPECT_THAT(find_all_offsets(QByteArray(40, 'a'), QByteArray(24, 'a')).size(), 17U);
-}
-
 TEST(FindOffsets, NothingIsFoundWhereNothingFits)
 {
     EXPECT_EQ(find_offset("abc", ""), -1);
@@ -67,8 +60,9 @@ TEST(FindOffsets, NothingIsFoundWhereNothingFits)
 RC_GTEST_PROP(FindOffsets, AllAreFoundAsByAPlainSearch, ())
 {
     // Exact copies on the heap: a read beyond either end is a fault of the sanitizer.
-    const QByteArray bytes = few_letters(200);
     const QByteArray needle = few_letters(*rc::gen::element(2, 4, 20, 40));
+    const QByteArray bytes =
+        few_letters(100) + needle.repeated(*rc::gen::inRange(0, 4)) + few_letters(100);
     RC_ASSERT(find_all_offsets(bytes, needle) == offsets_found_plainly(bytes, needle));
 }
 

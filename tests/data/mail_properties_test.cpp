@@ -23,48 +23,6 @@ QString outcome(const QByteArray &mail)
     }
 }
 
-rc::Gen<QString> any_text()
-{
-    const auto from_utf8 = [](const std::string &bytes) {
-        return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-    };
-    return rc::gen::map(
-        rc::gen::oneOf(rc::gen::string<std::string>(),
-                       rc::gen::element<std::string>("", "ÄÖ", "名前", "\xf0\x9f\x90\xba")),
-        from_utf8);
-}
-
-rc::Gen<double> any_double()
-{
-    using limits = std::numeric_limits<double>;
-    return rc::gen::oneOf(rc::gen::arbitrary<double>(),
-                          rc::gen::element(limits::infinity(), -limits::infinity(),
-                                           limits::denorm_min(), limits::max(), -0.0, 1e15,
-                                           limits::quiet_NaN()));
-}
-
-rc::Gen<QVariant> any_tree(int levels)
-{
-    const auto to_variant = [](const auto &value) {
-        return QVariant::fromValue(value);
-    };
-    const auto leaf = rc::gen::oneOf(rc::gen::map(rc::gen::inRange(0, 256), to_variant),
-                                     rc::gen::map(any_double(), to_variant),
-                                     rc::gen::map(any_text(), to_variant));
-    if (levels == 0)
-        return leaf;
-    const auto to_map = [](const std::vector<std::pair<QString, QVariant>> &entries) {
-        QVariantMap map;
-        for (const auto &[key, value] : entries)
-            map.insert(key, value);
-        return QVariant(map);
-    };
-    // Scaled, or the trees grow with the power of their levels.
-    const auto entries = rc::gen::container<std::vector<std::pair<QString, QVariant>>>(
-        rc::gen::pair(any_text(), any_tree(levels - 1)));
-    return rc::gen::oneOf(leaf, rc::gen::map(rc::gen::scale(0.15, entries), to_map));
-}
-
 /// Writes maps that look alike but not quite, as the choices say: few keys, in any order, repeated
 /// or missing, in maps of the same few names.
 class AlikeMaps {
@@ -84,17 +42,31 @@ private:
 
     QByteArray entry_of(int depth)
     {
-        static const QByteArrayList keys = {text("a"),  text("b"),   text("c"),      text("1"),
-                                            number(1),  number(2),   small_value(1), number(2.5),
-                                            text("aa"), number(-0.0)};
-        const QByteArray key = keys.at(static_cast<qsizetype>(choose(10)));
+        static const QByteArrayList keys = {text("a"),  text("b"),    text("c"),       text("1"),
+                                            number(1),  number(2),    small_value(1),  number(2.5),
+                                            text("aa"), number(-0.0), text("\xc3\x28")};
+        const QByteArray key = keys.at(static_cast<qsizetype>(choose(11)));
         return key + value(depth);
+    }
+
+    QByteArray leaf()
+    {
+        static const QByteArrayList leaves = {text("x"),
+                                              text(""),
+                                              text("名前 \xf0\x9f\x90\xba"),
+                                              text("a\xff"),
+                                              number(-0.0),
+                                              number(2.5),
+                                              number(std::numeric_limits<double>::quiet_NaN()),
+                                              number(std::numeric_limits<double>::denorm_min())};
+        return choose(2) == 0 ? small_value(static_cast<quint8>(next_))
+                              : leaves.at(static_cast<qsizetype>(choose(8)));
     }
 
     QByteArray value(int depth)
     {
         if (depth == 5 || choose(3) == 0)
-            return choose(2) == 0 ? small_value(static_cast<quint8>(next_)) : text("x");
+            return leaf();
         // One time in two the same keys again: only then is anything predicted.
         QByteArray entries;
         if (choose(2) == 0) {
@@ -111,25 +83,11 @@ private:
 
 } // namespace
 
-RC_GTEST_PROP(MailProperties, DecodingGivesBackWhatWasEncoded, ())
-{
-    QVariantMap tree{{u"mailScene"_s, *any_tree(2)}};
-    tree.insert(u"rest"_s, *any_tree(4));
-    RC_ASSERT(test::description(data::parse_bytes(mail_of_tree(tree))).toStdString() ==
-              test::description(tree).toStdString());
-}
-
-RC_GTEST_PROP(MailProperties, MapsThatLookAlikeAreNotMistakenForEachOther, ())
+RC_GTEST_PROP(MailProperties, MapsThatLookAlikeAreReadAsAPlainDecoderReadsThemWholeOrDamaged, ())
 {
     const auto choices = *rc::gen::scale(4.0, rc::gen::arbitrary<std::vector<quint8>>());
-    const QByteArray mail = AlikeMaps(choices).mail();
-    RC_ASSERT(outcome(mail).toStdString() == test::PlainDecoder::outcome(mail).toStdString());
-}
-
-RC_GTEST_PROP(MailProperties, DamageIsReportedWhereAPlainDecoderMeetsIt, ())
-{
-    const auto choices = *rc::gen::arbitrary<std::vector<quint8>>();
     QByteArray mail = AlikeMaps(choices).mail();
+    RC_ASSERT(outcome(mail).toStdString() == test::PlainDecoder::outcome(mail).toStdString());
     const auto place = *rc::gen::inRange<qsizetype>(15, mail.size());
     if (*rc::gen::arbitrary<bool>())
         mail.truncate(place);

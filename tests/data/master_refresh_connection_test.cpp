@@ -2,12 +2,14 @@
 #include "master/key_pin.h"
 #include "support/reference_site.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace tally::data {
 namespace {
 
+using namespace Qt::StringLiterals;
 using test::ReferenceSite;
+using testing::StartsWith;
 
 constexpr int timeout_ms = 10000;
 constexpr int short_timeout_ms = 300;
@@ -20,7 +22,7 @@ HttpRequest get(const QString &path)
     return request;
 }
 
-const QString heroes = QStringLiteral("/api/master/heroes");
+const QString heroes = u"/api/master/heroes"_s;
 
 struct KeyCase {
     const char *name;
@@ -32,7 +34,7 @@ class ServerKey : public testing::TestWithParam<KeyCase> {};
 TEST_P(ServerKey, DecidesWhetherAnswersCount)
 {
     ReferenceSite site(QLatin1StringView(GetParam().name));
-    site.put_table(QStringLiteral("heroes"), "{}");
+    site.put_table(u"heroes"_s, "{}");
 
     const HttpResult result = HttpsClient(site.endpoint()).http_request(get(heroes));
 
@@ -46,21 +48,20 @@ TEST_P(ServerKey, DecidesWhetherAnswersCount)
 
 INSTANTIATE_TEST_SUITE_P(, ServerKey,
                          testing::Values(KeyCase{"server", {}}, KeyCase{"renewed", {}},
-                                         KeyCase{"other", QStringLiteral("cert_pin_mismatch")},
-                                         KeyCase{"stranger", QStringLiteral("cert_pin_mismatch")}),
+                                         KeyCase{"other", u"cert_pin_mismatch"_s},
+                                         KeyCase{"stranger", u"cert_pin_mismatch"_s}),
                          [](const auto &tested) { return std::string(tested.param.name); });
 
 TEST(ServerPins, AnyOfTheListWillDo)
 {
     ReferenceSite site;
-    site.put_table(QStringLiteral("heroes"), "{}");
+    site.put_table(u"heroes"_s, "{}");
     platform::Endpoint endpoint = site.endpoint();
     endpoint.pins.prepend(QByteArray(43, 'A') + '=');
     EXPECT_EQ(HttpsClient(endpoint).http_request(get(heroes)).status, 200);
 
     endpoint.pins.removeLast();
-    EXPECT_EQ(HttpsClient(endpoint).http_request(get(heroes)).error,
-              QStringLiteral("cert_pin_mismatch"));
+    EXPECT_EQ(HttpsClient(endpoint).http_request(get(heroes)).error, u"cert_pin_mismatch"_s);
 }
 
 TEST(ServerPins, WhatIsNoCertificateHasNone)
@@ -71,94 +72,73 @@ TEST(ServerPins, WhatIsNoCertificateHasNone)
 
 TEST(HttpsClient, NobodyListeningReadsLikeAWrongKey)
 {
-    platform::Endpoint endpoint;
-    {
-        const ReferenceSite gone;
-        endpoint = gone.endpoint();
-    }
-    const HttpResult result = HttpsClient(endpoint).http_request(get(heroes));
-    EXPECT_EQ(result.error, QStringLiteral("cert_pin_mismatch"));
-    EXPECT_EQ(result.status, 0);
+    platform::Endpoint endpoint = ReferenceSite().endpoint();
+    EXPECT_EQ(HttpsClient(endpoint).http_request(get(heroes)).error, u"cert_pin_mismatch"_s);
 }
 
 TEST(HttpsClient, OtherMethodsAreNotSent)
 {
     ReferenceSite site;
     HttpRequest request = get(heroes);
-    request.method = QStringLiteral("DELETE");
-    EXPECT_EQ(HttpsClient(site.endpoint()).http_request(request).error,
-              QStringLiteral("unsupported_method"));
+    request.method = u"DELETE"_s;
+    EXPECT_EQ(HttpsClient(site.endpoint()).http_request(request).error, u"unsupported_method"_s);
     EXPECT_EQ(site.requests_of(heroes), 0);
 }
 
-TEST(HttpsClient, SilenceEndsWithTheTimeOut)
+struct AnswerCase {
+    const char *name;
+    QString fault;
+    int size_limit;
+    QByteArray error; ///< how it begins; empty: none
+};
+
+class ServerAnswer : public testing::TestWithParam<AnswerCase> {};
+
+TEST_P(ServerAnswer, CountsWholeInTimeAndWithinTheLimitOrNotAtAll)
 {
+    const QByteArray body(100000, ' ');
     ReferenceSite site;
-    site.break_with(QStringLiteral("silent"));
+    site.put_table(u"heroes"_s, body);
+    site.put_table(u"items"_s, body);
+    if (!GetParam().fault.isEmpty())
+        site.break_with(GetParam().fault);
     HttpRequest request = get(heroes);
-    request.timeout_ms = short_timeout_ms;
+    request.size_limit = GetParam().size_limit;
+    if (GetParam().fault == u"silent")
+        request.timeout_ms = short_timeout_ms;
 
     const HttpResult result = HttpsClient(site.endpoint()).http_request(request);
-    EXPECT_TRUE(result.error.startsWith(QStringLiteral("network: "))) << result.error.toStdString();
-    EXPECT_EQ(result.status, 0);
+    const bool is_fine = GetParam().error.isEmpty();
+    EXPECT_THAT(result.error.toStdString(), StartsWith(GetParam().error.toStdString()));
+    EXPECT_EQ(result.error.isEmpty(), is_fine);
+    EXPECT_EQ(result.status, is_fine ? 200 : 0);
+    EXPECT_EQ(result.body, is_fine ? body : QByteArray());
 }
 
-TEST(HttpsClient, SlowAnswersWithinTheTimeOutCount)
-{
-    ReferenceSite site;
-    site.put_table(QStringLiteral("heroes"), "{}");
-    site.break_with(QStringLiteral("slow=100"));
-    EXPECT_EQ(HttpsClient(site.endpoint()).http_request(get(heroes)).status, 200);
-}
-
-TEST(HttpsClient, HalfABodyIsNoAnswer)
-{
-    ReferenceSite site;
-    site.put_table(QStringLiteral("heroes"), QByteArray(100000, ' '));
-    site.break_with(QStringLiteral("cut"));
-
-    const HttpResult result = HttpsClient(site.endpoint()).http_request(get(heroes));
-    EXPECT_TRUE(result.error.startsWith(QStringLiteral("network: "))) << result.error.toStdString();
-    EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.body, QByteArray());
-}
-
-TEST(HttpsClient, ABodyOverTheLimitIsRefused)
-{
-    ReferenceSite site;
-    site.put_table(QStringLiteral("heroes"), QByteArray(100001, ' '));
-    HttpRequest request = get(heroes);
-    request.size_limit = 100001;
-    EXPECT_EQ(HttpsClient(site.endpoint()).http_request(request).body.size(), 100001);
-
-    request.size_limit = 100000;
-    const HttpResult result = HttpsClient(site.endpoint()).http_request(request);
-    EXPECT_EQ(result.error, QStringLiteral("body_too_large"));
-    EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.body, QByteArray());
-}
+INSTANTIATE_TEST_SUITE_P(, ServerAnswer,
+                         testing::Values(AnswerCase{"Whole", {}, 100000, {}},
+                                         AnswerCase{"OverTheLimit", {}, 99999, "body_too_large"},
+                                         AnswerCase{"Silent", u"silent"_s, 100000, "network: "},
+                                         AnswerCase{"Slow", u"slow=100"_s, 100000, {}},
+                                         AnswerCase{"Cut", u"cut"_s, 100000, "network: "},
+                                         AnswerCase{
+                                             "MovedWithinTheHost",
+                                             u"redirect=/api/master/items@/api/master/heroes"_s,
+                                             100000,
+                                             {}}),
+                         [](const auto &tested) { return std::string(tested.param.name); });
 
 TEST(HttpsClient, DoesNotFollowToAnotherHost)
 {
     ReferenceSite site;
     ReferenceSite elsewhere;
-    elsewhere.put_table(QStringLiteral("heroes"), "{}");
-    site.break_with(QStringLiteral("redirect=https://localhost:%1/api/master/heroes")
-                        .arg(elsewhere.endpoint().port));
-
+    elsewhere.put_table(u"heroes"_s, "{}");
+    site.break_with(
+        u"redirect=https://localhost:%1/api/master/heroes"_s.arg(elsewhere.endpoint().port));
     const HttpResult result = HttpsClient(site.endpoint()).http_request(get(heroes));
-    EXPECT_TRUE(result.error.startsWith(QStringLiteral("network: "))) << result.error.toStdString();
+    EXPECT_THAT(result.error.toStdString(), StartsWith("network: "));
     EXPECT_EQ(result.body, QByteArray());
     EXPECT_EQ(elsewhere.requests_of(heroes), 0);
-}
-
-TEST(HttpsClient, FollowsWithinTheHost)
-{
-    ReferenceSite site;
-    site.put_table(QStringLiteral("items"), R"({"items":{}})");
-    site.break_with(QStringLiteral("redirect=/api/master/items@/api/master/heroes"));
-    EXPECT_EQ(HttpsClient(site.endpoint()).http_request(get(heroes)).body,
-              QByteArray(R"({"items":{}})"));
 }
 
 } // namespace

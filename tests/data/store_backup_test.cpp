@@ -1,8 +1,8 @@
 #include "support/plain_connection.h"
+#include "support/temp_mails.h"
 #include "support/temp_store.h"
 
 #include <QDir>
-#include <QFile>
 
 #include <gmock/gmock.h>
 
@@ -34,8 +34,8 @@ protected:
         return QDir(folder_.path()).entryList({u"*backup*"_s}, QDir::Files, QDir::Name);
     }
 
-    QTemporaryDir folder_;
-    QString path_ = folder_.filePath(u"tally.db"_s);
+    TempMails folder_;
+    QString path_ = folder_.file(u"tally.db"_s);
 };
 
 constexpr double day = 86400.0;
@@ -50,7 +50,7 @@ TEST_F(StoreBackup, DroppedRowsStandInACopyThatIsNamedByItsDate)
           u"INSERT INTO field_reports VALUES ('gone too', 1)"_s});
     open_at(1.7e9);
     ASSERT_EQ(backups(), QStringList{u"tally.backup-2023-11-14T22-13-20.db"_s});
-    const PlainConnection copy(folder_.filePath(backups().constFirst()));
+    const PlainConnection copy(folder_.file(backups().constFirst()));
     EXPECT_EQ(copy.text(u"SELECT file_name FROM reports"_s), u"gone");
     EXPECT_EQ(copy.text(u"SELECT file_name FROM field_reports"_s), u"gone too");
     EXPECT_EQ(PlainConnection(path_).text(u"SELECT count(*) FROM reports"_s), u"0");
@@ -68,10 +68,8 @@ TEST_F(StoreBackup, TheNewestTwoAreKeptAndNoOtherFileIsTouched)
 {
     for (const QString &name :
          {u"tally.backup-2001-01-01T00-00-00.db"_s, u"tally.backup-2002-01-01T00-00-00.db"_s,
-          u"other.backup-2000-01-01T00-00-00.db"_s}) {
-        QFile file(folder_.filePath(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    }
+          u"other.backup-2000-01-01T00-00-00.db"_s})
+        folder_.add(name, {});
     make({chains_without_rounds});
     open_at(1.7e9);
     EXPECT_EQ(backups(), (QStringList{u"other.backup-2000-01-01T00-00-00.db"_s,

@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QSqlDatabase>
-#include <QThread>
 
 #include <gmock/gmock.h>
 
@@ -24,13 +23,6 @@ QString pragma(const data::TallyDb &db, const QString &name)
     return text_of(db.connection(), u"PRAGMA "_s + name);
 }
 
-QString name_in_new_thread(const data::TallyDb &db)
-{
-    QString name;
-    std::thread([&] { name = db.connection().connectionName(); }).join();
-    return name;
-}
-
 } // namespace
 
 TEST(StoreConnection, APragmaIsSetOnceForAThread)
@@ -47,45 +39,24 @@ TEST(StoreConnection, APragmaIsSetOnceForAThread)
     EXPECT_EQ(elsewhere, u"10000");
 }
 
-TEST(StoreConnection, EachThreadAndEachObjectHasItsOwn)
+TEST(StoreConnection, EachThreadAndObjectHasItsOwnAndTheStoresEndTakesItAlong)
 {
-    TempStore store;
-    const data::TallyDb other(store.path);
-    const QString mine = store.db.connection().connectionName();
-    EXPECT_EQ(mine, u"tallydb_%1_%2"_s.arg(reinterpret_cast<quintptr>(&store.db), 0, 16)
-                        .arg(reinterpret_cast<quintptr>(QThread::currentThreadId()), 0, 16));
-    EXPECT_EQ(store.db.connection().connectionName(), mine);
-    EXPECT_NE(name_in_new_thread(store.db), mine);
-    EXPECT_NE(other.connection().connectionName(), mine);
-}
-
-TEST(StoreConnection, TheStoresEndTakesItsThreadsConnectionAlong)
-{
-    QString name;
+    QString mine;
     {
         TempStore store;
-        EXPECT_FALSE(store.db.report_exists(u"a"_s));
-        name = store.db.connection().connectionName();
-        EXPECT_TRUE(QSqlDatabase::contains(name));
+        const data::TallyDb other(store.path);
+        mine = store.db.connection().connectionName();
+        EXPECT_EQ(store.db.connection().connectionName(), mine);
+        EXPECT_NE(other.connection().connectionName(), mine);
+        // Threads that come and go may get the same id.
+        for (int i = 0; i < 10; ++i)
+            std::thread([&] {
+                EXPECT_FALSE(store.db.report_exists(u"a"_s));
+                EXPECT_NE(store.db.connection().connectionName(), mine);
+            }).join();
+        EXPECT_TRUE(QSqlDatabase::contains(mine));
     }
-    EXPECT_FALSE(QSqlDatabase::contains(name));
-}
-
-TEST(StoreConnection, ThreadsComeAndGoUnderTheSameId)
-{
-    TempStore store;
-    QSet<QString> names;
-    for (int i = 0; i < 10; ++i) {
-        std::thread([&, i] {
-            EXPECT_FALSE(store.db.report_exists(QString::number(i)));
-            store.db.insert_report(QString::number(i), battle(1.0, {battle_round(1.0)}), 1.0);
-            EXPECT_TRUE(store.db.report_exists(QString::number(i)));
-            names << store.db.connection().connectionName();
-        }).join();
-    }
-    EXPECT_EQ(store.db.chain_file_count(), 10);
-    for (const QString &name : names)
-        EXPECT_TRUE(QSqlDatabase::contains(name));
+    EXPECT_FALSE(QSqlDatabase::contains(mine));
 }
 
 TEST(StoreConnection, AFileThatCannotBeOpenedIsNamedAndTriedAgain)
@@ -108,11 +79,7 @@ TEST(StoreConnection, ObjectsOnOneFileLoseNoRowsToEachOther)
     const auto write = [](data::TallyDb &db, int writer) {
         for (int i = 0; i < mails; ++i) {
             const QString name = u"%1-%2"_s.arg(writer).arg(i);
-            const std::vector<data::LootEntry> loot = {item(1, i, writer), item(2, i, writer)};
-            db.insert_report(name, battle(10000.0 * i, {battle_round(i, loot)}), 1.0);
-            db.insert_field_report(name, field_fight({u"Bo"_s, u"Cy"_s}), 1.0);
-            db.insert_trial_report(name, trial({participant(u"Bo"_s, loot)}), 1.0);
-            db.insert_fort_report(name, fort(10000.0 * i + 100, loot), 1.0);
+            add_each_kind(db, name, 10000.0 * i, 2, 1);
             db.set_setting(u"shared"_s, name);
             db.link_fort_to_chains();
             EXPECT_TRUE(db.fort_report_exists(name));
@@ -138,18 +105,12 @@ TEST(StoreConnection, ObjectsOnOneFileLoseNoRowsToEachOther)
     done = true;
     reader.join();
 
-    TempStore alone;
-    for (int writer = 0; writer < writers; ++writer)
-        write(alone.db, writer);
-    const auto counts = [](const data::TallyDb &db) {
-        QStringList all;
-        for (const auto *table :
-             {u"reports", u"loot", u"field_reports", u"trial_reports", u"trial_participants",
-              u"trial_loot", u"fort_loot", u"fort_reports WHERE battle_file_name <> ''"})
-            all << text_of(db.connection(), u"SELECT count(*) FROM %1"_s.arg(QStringView(table)));
-        return all.join(u' ');
-    };
-    EXPECT_EQ(counts(second), counts(alone.db));
-    EXPECT_EQ(counts(second), u"100 200 200 100 100 200 200 100");
+    QStringList counts;
+    for (const auto *table :
+         {u"reports", u"loot", u"field_reports", u"trial_reports", u"trial_participants",
+          u"trial_loot", u"fort_loot", u"fort_reports WHERE battle_file_name <> ''"})
+        counts << text_of(second.connection(),
+                          u"SELECT count(*) FROM %1"_s.arg(QStringView(table)));
+    EXPECT_EQ(counts.join(u' '), u"200 200 200 100 200 200 100 100");
     EXPECT_EQ(text_of(second.connection(), u"PRAGMA integrity_check"_s), u"ok");
 }

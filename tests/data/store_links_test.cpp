@@ -37,50 +37,32 @@ struct FortStore : TempStore {
 
 } // namespace
 
-TEST(StoreLinks, AMarkedChainWinsOverANearerOne)
-{
-    FortStore store;
-    store.add_chain(u"near"_s, 9900.0);
-    store.add_chain(u"far"_s, 10299.0, true);
-    store.add_chain(u"marked"_s, 10250.0, true);
-    EXPECT_EQ(store.db.link_fort_to_chains(), 1);
-    EXPECT_EQ(store.link(), u"marked");
-    EXPECT_EQ(store.flags(u"near"_s), u"0|0");
-}
-
-TEST(StoreLinks, OfUnmarkedChainsTheNearestWins)
-{
-    FortStore store;
-    store.add_chain(u"before"_s, 9800.0);
-    store.add_chain(u"after"_s, 10100.0);
-    store.add_chain(u"marked too far away"_s, 10301.0, true);
-    EXPECT_EQ(store.db.link_fort_to_chains(), 1);
-    EXPECT_EQ(store.link(), u"after");
-}
-
-struct LinkEdge {
-    double start;
-    bool links;
+struct Chains {
+    std::vector<std::pair<double, bool>> starts; ///< and whether a round is marked
+    QString link;                                ///< start of the chain that is linked
 };
 
-void PrintTo(const LinkEdge &edge, std::ostream *out)
-{
-    *out << edge.start;
-}
+class StoreLink : public testing::TestWithParam<Chains> {};
 
-class StoreLinkEdge : public testing::TestWithParam<LinkEdge> {};
-
-TEST_P(StoreLinkEdge, ThreeHundredSecondsAreIncluded)
+TEST_P(StoreLink, GoesToTheNearestMarkedChainElseTheNearestWithin300Seconds)
 {
     FortStore store;
-    store.add_chain(u"chain"_s, GetParam().start);
-    EXPECT_EQ(store.db.link_fort_to_chains(), GetParam().links ? 1 : 0);
-    EXPECT_EQ(store.link(), GetParam().links ? u"chain"_s : u"NULL"_s);
+    for (const auto &[start, marked] : GetParam().starts)
+        store.add_chain(QString::number(start), start, marked);
+    EXPECT_EQ(store.db.link_fort_to_chains(), GetParam().link == u"NULL" ? 0 : 1);
+    EXPECT_EQ(store.link(), GetParam().link);
+    for (const auto &[start, marked] : GetParam().starts)
+        EXPECT_EQ(store.flags(QString::number(start)),
+                  marked || QString::number(start) == GetParam().link ? u"1|0" : u"0|0");
 }
 
-INSTANTIATE_TEST_SUITE_P(Edges, StoreLinkEdge,
-                         testing::Values(LinkEdge{9700.0, true}, LinkEdge{9699.5, false},
-                                         LinkEdge{10300.0, true}, LinkEdge{10300.5, false}));
+INSTANTIATE_TEST_SUITE_P(
+    , StoreLink,
+    testing::Values(Chains{{{9900, false}, {10299, true}, {10250, true}}, u"10250"_s},
+                    Chains{{{9800, false}, {10100, false}, {10301, true}}, u"10100"_s},
+                    Chains{{{9700, false}}, u"9700"_s}, Chains{{{9699.5, false}}, u"NULL"_s},
+                    Chains{{{10300, false}}, u"10300"_s}, Chains{{{10300.5, false}}, u"NULL"_s},
+                    Chains{{{9699.5, true}}, u"NULL"_s}, Chains{{{10300, true}}, u"10300"_s}));
 
 TEST(StoreLinks, AFortWithoutAChainIsLookedAtAgain)
 {
@@ -102,7 +84,7 @@ TEST(StoreLinks, TheFileTimeStandsInForAMissingStart)
     EXPECT_EQ(store.link(), u"unknown");
 }
 
-TEST(StoreLinks, TheRoundWithTheMostDamageBecomesTheFortRoundAndTheOthersFree)
+TEST(StoreLinks, TheRoundWithTheMostDamageBecomesTheFortRoundUnlessOneIsMarked)
 {
     FortStore store;
     store.db.insert_report(u"chain"_s,
@@ -112,16 +94,13 @@ TEST(StoreLinks, TheRoundWithTheMostDamageBecomesTheFortRoundAndTheOthersFree)
     EXPECT_EQ(store.db.link_fort_to_chains(), 1);
     EXPECT_THAT(store.flags(u"chain"_s),
                 testing::AnyOf(u"0|1\n0|1\n1|0\n0|1"_s, u"0|1\n0|1\n0|1\n1|0"_s));
-}
-
-TEST(StoreLinks, TheRoundsOfAMarkedChainKeepTheirFlags)
-{
-    FortStore store;
     auto fort_round = battle_round(1.0);
     fort_round.is_fort_round = 1;
-    store.db.insert_report(u"chain"_s, battle(10000.0, {battle_round(9.0), fort_round}), 1.0);
-    EXPECT_EQ(store.db.link_fort_to_chains(), 1);
-    EXPECT_EQ(store.flags(u"chain"_s), u"0|0\n1|0");
+    store.db.insert_report(u"marked"_s, battle(50000.0, {battle_round(9.0), fort_round}), 1.0);
+    for (const QString &name : {u"second"_s, u"third of the same chain"_s})
+        store.db.insert_fort_report(name, fort(50000.0), 1.0);
+    EXPECT_EQ(store.db.link_fort_to_chains(), 2);
+    EXPECT_EQ(store.flags(u"marked"_s), u"0|0\n1|0");
 }
 
 TEST(StoreLinks, AnEmptyLinkCountsAsNoneAndAFortWithoutATimeStaysUnlinked)
@@ -134,17 +113,6 @@ TEST(StoreLinks, AnEmptyLinkCountsAsNoneAndAFortWithoutATimeStaysUnlinked)
     EXPECT_EQ(store.db.link_fort_to_chains(), 1);
     EXPECT_EQ(store.link(), u"chain");
     EXPECT_EQ(store.flags(u"epoch"_s), u"0|0");
-}
-
-TEST(StoreLinks, SeveralFortsMayShareAChain)
-{
-    FortStore store;
-    store.db.insert_fort_report(u"second"_s, fort(10020.0), 1.0);
-    store.add_chain(u"chain"_s, 10010.0);
-    EXPECT_EQ(store.db.link_fort_to_chains(), 2);
-    EXPECT_EQ(
-        text_of(store.db.connection(), u"SELECT DISTINCT battle_file_name FROM fort_reports"_s),
-        u"chain");
 }
 
 TEST(StoreLinks, AChainThatIsStoredAgainIsMarkedAgain)

@@ -60,6 +60,21 @@ Category category_of(const StoredRound &round, const std::vector<const StoredRou
                : Category::escape;
 }
 
+/// How many chains have a round of each key.
+template <typename Key>
+std::map<Key, int> chains_by(const std::vector<const StoredRound *> &rounds, const auto &key_of)
+{
+    std::set<std::pair<Key, QString>> chains;
+    for (const StoredRound *round : rounds) {
+        if (const std::optional<Key> key = key_of(*round))
+            chains.emplace(*key, round->file);
+    }
+    std::map<Key, int> counts;
+    for (const auto &[key, file] : chains)
+        ++counts[key];
+    return counts;
+}
+
 } // namespace
 
 double StoredRound::loot_sum() const
@@ -72,29 +87,27 @@ double StoredRound::loot_sum() const
 
 ChainReference::ChainReference(const QSqlDatabase &db)
 {
-    QSqlQuery rows(db);
-    rows.exec(QStringLiteral(
-        "SELECT file_name, npc_btype, level, npc_ctid, file_mtime, chain_start_time, "
-        "chain_end_time, hero_id_1, hero_id_2, player_id, player_name, is_fort_round, is_free_ap, "
-        "round_no FROM reports"));
-    QSqlQuery items(db);
-    items.prepare(QStringLiteral("SELECT item_type, item_subtype, value FROM loot "
-                                 "WHERE file_name = ? AND round_no = ? ORDER BY id"));
-    while (rows.next()) {
-        StoredRound round{
-            rows.value(0).toString(), number(rows.value(1)),     number(rows.value(2)),
-            number(rows.value(3)),    number(rows.value(4)),     number(rows.value(5)),
-            number(rows.value(6)),    number(rows.value(7)),     number(rows.value(8)),
-            number(rows.value(9)),    rows.value(10).toString(), rows.value(11).toInt(),
-            rows.value(12).toInt()};
-        items.bindValue(0, rows.value(0));
-        items.bindValue(1, rows.value(13));
-        items.exec();
-        while (items.next())
-            round.loot.push_back(
-                {number(items.value(0)), number(items.value(1)), number(items.value(2))});
-        rounds_.push_back(std::move(round));
-    }
+    const auto numbers_of = [&db](const QString &sql, const auto &take) {
+        QSqlQuery rows(sql, db);
+        while (rows.next())
+            take(rows, [&rows](int column) { return number(rows.value(column)); });
+    };
+    std::map<std::pair<QString, int>, std::vector<StoredLoot>> loot;
+    numbers_of(
+        QStringLiteral("SELECT file_name, round_no, item_type, item_subtype, value "
+                       "FROM loot ORDER BY id"),
+        [&](const QSqlQuery &row, const auto &at) {
+            loot[{row.value(0).toString(), row.value(1).toInt()}].push_back({at(2), at(3), at(4)});
+        });
+    numbers_of(QStringLiteral("SELECT file_name, npc_btype, level, npc_ctid, file_mtime, "
+                              "chain_start_time, chain_end_time, hero_id_1, hero_id_2, player_id, "
+                              "is_fort_round, is_free_ap, round_no FROM reports"),
+               [&](const QSqlQuery &row, const auto &at) {
+                   const QString file = row.value(0).toString();
+                   rounds_.push_back({file, at(1), at(2), at(3), at(4), at(5), at(6), at(7), at(8),
+                                      at(9), row.value(10).toInt(), row.value(11).toInt(),
+                                      loot[{file, row.value(12).toInt()}]});
+               });
 }
 
 std::vector<const StoredRound *> ChainReference::filtered(const ChainQuestion &question) const
@@ -216,46 +229,34 @@ std::vector<data::LootStat> ChainReference::loot_stats(const ChainQuestion &ques
 std::array<int, 24> ChainReference::hourly(const ChainQuestion &question,
                                            const QTimeZone &zone) const
 {
-    std::set<std::pair<int, QString>> chains;
-    for (const StoredRound *round : filtered(question)) {
-        if (round->start)
-            chains.emplace(
-                QDateTime::fromMSecsSinceEpoch(std::llround(*round->start * 1000.0), zone)
-                    .time()
-                    .hour(),
-                round->file);
-    }
     std::array<int, 24> counts = {};
-    for (const auto &[hour, file] : chains)
-        ++counts[static_cast<std::size_t>(hour)];
+    const auto by_hour = chains_by<int>(filtered(question), [&zone](const StoredRound &round) {
+        return round.start ? std::optional(QDateTime::fromMSecsSinceEpoch(
+                                               std::llround(*round.start * 1000.0), zone)
+                                               .time()
+                                               .hour())
+                           : std::nullopt;
+    });
+    for (const auto &[hour, chains] : by_hour)
+        counts[static_cast<std::size_t>(hour)] = chains;
     return counts;
 }
 
 std::map<std::pair<int, int>, int> ChainReference::hero_pairs(const ChainQuestion &question) const
 {
-    std::set<std::tuple<int, int, QString>> chains;
-    for (const StoredRound *round : filtered(question)) {
-        if (round->hero_1 && round->hero_2)
-            chains.emplace(static_cast<int>(*round->hero_1), static_cast<int>(*round->hero_2),
-                           round->file);
-    }
-    std::map<std::pair<int, int>, int> pairs;
-    for (const auto &[hero_1, hero_2, file] : chains)
-        ++pairs[{hero_1, hero_2}];
-    return pairs;
+    using Pair = std::pair<int, int>;
+    return chains_by<Pair>(filtered(question), [](const StoredRound &round) {
+        return round.hero_1 && round.hero_2 ? std::optional(Pair(*round.hero_1, *round.hero_2))
+                                            : std::nullopt;
+    });
 }
 
 std::map<double, int> ChainReference::chains_of_players() const
 {
-    std::set<std::pair<double, QString>> chains;
-    for (const StoredRound &round : rounds_) {
-        if (round.player)
-            chains.emplace(*round.player, round.file);
-    }
-    std::map<double, int> counts;
-    for (const auto &[player, file] : chains)
-        ++counts[player];
-    return counts;
+    std::vector<const StoredRound *> all;
+    for (const StoredRound &round : rounds_)
+        all.push_back(&round);
+    return chains_by<double>(all, [](const StoredRound &round) { return round.player; });
 }
 
 int ChainReference::honor_since(double since) const

@@ -23,7 +23,6 @@ struct StoredLoot {
 struct StoredRound {
     QString file;
     std::optional<double> btype, level, ctid, mtime, start, end, hero_1, hero_2, player;
-    QString player_name;
     int is_fort = 0;
     int is_free = 0;
     std::vector<StoredLoot> loot = {};

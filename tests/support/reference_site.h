@@ -1,6 +1,7 @@
 #pragma once
 
 #include "endpoint/endpoint.h"
+#include "files/exact_files.h"
 #include "reference_server.h"
 
 #include <QDir>
@@ -10,12 +11,6 @@
 namespace tally::test {
 
 inline const QString server_keys = QStringLiteral(TALLY_TEST_KEYS);
-
-inline QByteArray read_all(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 /// A reference server on a port of the system's choice, with a folder that starts empty, served by
 /// the event loop of the thread that made it.
@@ -61,7 +56,7 @@ public:
         platform::Endpoint endpoint;
         endpoint.host = QStringLiteral("localhost");
         endpoint.port = server_.port();
-        endpoint.pins = {read_all(server_keys + QStringLiteral("/pin.txt")).trimmed()};
+        endpoint.pins = {platform::read_file(server_keys + QStringLiteral("/pin.txt")).trimmed()};
         endpoint.authority_file = server_keys + QStringLiteral("/authority.pem");
         return endpoint;
     }

@@ -1,5 +1,7 @@
 #include "support/report_builders.h"
 
+#include "store/tally_db.h"
+
 #include <QStringList>
 #include <QVariantMap>
 
@@ -79,6 +81,24 @@ FortReport fort(double event_time, std::vector<LootEntry> loot)
     report.event_time = event_time;
     report.loot = std::move(loot);
     return report;
+}
+
+void add_each_kind(TallyDb &db, const QString &name, double time, int size, int items)
+{
+    std::vector<LootEntry> loot;
+    for (int i = 0; i < items; ++i)
+        loot.push_back(item(i, size, 1));
+    std::vector<TrialParticipant> people;
+    QStringList enemies;
+    for (int i = 0; i < size; ++i) {
+        people.push_back(participant(QStringLiteral("P%1").arg(i), loot));
+        enemies << QStringLiteral("E%1").arg(i);
+    }
+    const auto rounds = static_cast<std::size_t>(size);
+    db.insert_report(name, battle(time, std::vector(rounds, battle_round(1.0, loot))), 1.0);
+    db.insert_field_report(name, field_fight(enemies), 1.0);
+    db.insert_trial_report(name, trial(std::move(people)), 1.0);
+    db.insert_fort_report(name, fort(time, loot), 1.0);
 }
 
 } // namespace tally::test

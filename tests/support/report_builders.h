@@ -7,6 +7,10 @@
 
 #include <vector>
 
+namespace tally::data {
+class TallyDb;
+}
+
 namespace tally::test {
 
 /// Reports in a line, for tests that care about few of their fields. All times and ids that are not
@@ -22,5 +26,8 @@ data::FieldReport field_fight(const QStringList &enemy_names);
 data::TrialParticipant participant(const QString &name, std::vector<data::LootEntry> loot = {});
 data::TrialReport trial(std::vector<data::TrialParticipant> participants);
 data::FortReport fort(double event_time, std::vector<data::LootEntry> loot = {});
+/// Stores a report of each kind under one name. All have `size` children (rounds, attacks,
+/// participants), of which each has `items` items; so has the fort.
+void add_each_kind(data::TallyDb &db, const QString &name, double time, int size, int items);
 
 } // namespace tally::test

@@ -1,10 +1,6 @@
 #include "mail_encoder.h"
 
-#include <QStringList>
-#include <QVariantMap>
 #include <QtEndian>
-
-#include <stdexcept>
 
 namespace tally::sample {
 namespace {
@@ -14,14 +10,6 @@ constexpr char number_tag = '\x03';
 constexpr char text_tag = '\x04';
 constexpr char map_tag = '\x05';
 constexpr char map_end = '\xff';
-
-QByteArray entries_of(const QVariantMap &tree)
-{
-    QByteArray entries;
-    for (auto it = tree.cbegin(); it != tree.cend(); ++it)
-        entries += entry(it.key().toUtf8(), encode_tree(it.value()));
-    return entries;
-}
 
 } // namespace
 
@@ -79,30 +67,6 @@ QByteArray array(const QByteArrayList &values)
 QByteArray mail(const QByteArray &entries, const QByteArray &header)
 {
     return header + map(entry("mailScene", map()) + entries);
-}
-
-QByteArray encode_tree(const QVariant &tree)
-{
-    switch (tree.typeId()) {
-    case QMetaType::Int:
-        return small_value(static_cast<quint8>(tree.toInt()));
-    case QMetaType::Double:
-        return number(tree.toDouble());
-    case QMetaType::QString:
-        return text(tree.toString().toUtf8());
-    case QMetaType::QVariantMap:
-        return map(entries_of(tree.toMap()));
-    default:
-        throw std::invalid_argument("a mail cannot hold a value of this type");
-    }
-}
-
-QByteArray mail_of_tree(const QVariantMap &tree, const QByteArray &header)
-{
-    QVariantMap rest = tree;
-    const QVariant scene = rest.take(QStringLiteral("mailScene"));
-    const QByteArray first = entry("mailScene", scene.isValid() ? encode_tree(scene) : map());
-    return header + map(first + entries_of(rest));
 }
 
 } // namespace tally::sample

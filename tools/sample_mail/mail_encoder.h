@@ -2,7 +2,6 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
-#include <QVariant>
 
 #include <initializer_list>
 
@@ -30,11 +29,5 @@ QByteArray array(const QByteArrayList &values);
 /// A whole mail: `header` (bytes without a meaning), then the root map, which begins with the key
 /// "mailScene" and an empty map.
 QByteArray mail(const QByteArray &entries, const QByteArray &header = {});
-
-/// A tree as the decoder returns it, keys as texts. The root map is not a mail yet: see
-/// `mail_of_tree`.
-QByteArray encode_tree(const QVariant &tree);
-/// A mail of the tree, with "mailScene" as its first key (an empty map where the tree has none).
-QByteArray mail_of_tree(const QVariantMap &tree, const QByteArray &header = {});
 
 } // namespace tally::sample
