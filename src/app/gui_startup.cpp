@@ -4,6 +4,7 @@
 #include "host/system_host.h"
 #include "host/window_session.h"
 #include "identity.h"
+#include "image_formats.h"
 #include "instance_knock.h"
 #include "interrupt_watch.h"
 #include "log/process_log.h"
@@ -15,6 +16,7 @@
 #include "theme.h"
 
 #include <QApplication>
+#include <QImageReader>
 #include <QStatusBar>
 #include <QTimer>
 
@@ -108,6 +110,7 @@ int run_graphical(int argc, char *argv[])
     QObject::connect(&listener, &KnockListener::knocked, &window, &ui::MainWindow::bring_to_front);
     window.show();
     greet(window, db);
+    warn_without_webp(QImageReader::supportedImageFormats());
     QTimer::singleShot(0, &window, &ui::MainWindow::run_post_startup);
     clear_rollback_marker_when_healthy(rollback_marker_path(), &application);
     return QApplication::exec();

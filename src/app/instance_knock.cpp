@@ -1,19 +1,15 @@
 #include "instance_knock.h"
 
+#include "ui_log.h"
+
 #include <QDir>
 #include <QLocalSocket>
-#include <QLoggingCategory>
 
 #ifndef Q_OS_WIN
 #include <unistd.h>
 #endif
 
 namespace tally::app {
-namespace {
-
-Q_LOGGING_CATEGORY(log_ui, "tally.ui")
-
-} // namespace
 
 QString knock_name()
 {
@@ -47,7 +43,8 @@ KnockListener::KnockListener(const QString &name, QObject *parent) : QObject(par
     connect(&server_, &QLocalServer::newConnection, this, &KnockListener::on_connection);
     QLocalServer::removeServer(name);
     if (!server_.listen(name))
-        qCWarning(log_ui) << "a second start cannot ask for the window:" << server_.errorString();
+        qCWarning(ui::log_ui) << "a second start cannot ask for the window:"
+                              << server_.errorString();
 }
 
 void KnockListener::on_connection()

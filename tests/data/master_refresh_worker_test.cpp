@@ -20,7 +20,7 @@ using test::ReferenceSite;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr DownloadTimeouts test_timeouts{5000, 5000};
+constexpr DownloadTimeouts test_timeouts{5000, 5000, 60000};
 
 const QString index_path = u"/api/master/icons_index"_s;
 
@@ -163,7 +163,7 @@ TEST_P(BadIconAnswer, LeavesNoFileAndTheOthersArrive)
     if (!GetParam().fault.isEmpty())
         site_.break_with(GetParam().fault + u'@' + icon_request(u"a1"_s));
 
-    EXPECT_TRUE(refresh({5000, 500}));
+    EXPECT_TRUE(refresh({5000, 2000, 60000}));
     EXPECT_THAT(icons(), testing::UnorderedElementsAre(u"C_3.webp"_s, u"b-2.webp"_s));
     EXPECT_EQ(MasterCache::instance().icon_path(u"loot"_s, u"key 0"_s, icon_dir()), std::nullopt);
 }
@@ -188,16 +188,28 @@ TEST_F(MasterRefresh, HashesThatAreNoFileNamesAreNotAskedFor)
     EXPECT_EQ(site_.icon_requests(), 1);
 }
 
-TEST_F(MasterRefresh, GivesUpIconsOfAServerThatFellSilent)
+class LateIcons : public MasterRefresh, public testing::WithParamInterface<const char *> {};
+
+TEST_P(LateIcons, DoNotHoldUpTheImportAndComeWithTheNextStart)
 {
+    constexpr int count = 12;
     QStringList hashes;
-    for (int i = 0; i < 10; ++i)
+    for (int i = 0; i < count; ++i) {
         hashes.append(u"h%1"_s.arg(i));
+        site_.put_icon(hashes.back(), "icon");
+    }
     put_index(hashes, {});
-    site_.break_with(u"silent@/api/master/icon/"_s);
-    EXPECT_TRUE(refresh({5000, 100}));
-    EXPECT_EQ(site_.icon_requests(), 3);
+    site_.break_with(QLatin1StringView(GetParam()) + u"@/api/master/icon/"_s);
+    EXPECT_TRUE(refresh({5000, 300, 700}));
+    EXPECT_LE(site_.icon_requests(), 4);
+
+    site_.mend();
+    EXPECT_TRUE(refresh());
+    EXPECT_EQ(icons().size(), count);
 }
+
+INSTANTIATE_TEST_SUITE_P(, LateIcons, testing::Values("silent", "slow=200"),
+                         [](const auto &tested) { return std::string(tested.param).substr(0, 4); });
 
 TEST_F(MasterRefresh, EndsWhenItsThreadIsToldToQuit)
 {

@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QSignalSpy>
+#include <QTest>
 
 #include <gmock/gmock.h>
 
@@ -45,9 +46,7 @@ protected:
     {
         const auto marker = u"settled-%1"_s.arg(++settled_);
         add(marker);
-        while (!stored(marker) && spy_.wait(10'000)) {
-        }
-        ASSERT_TRUE(stored(marker));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return stored(marker); }, 10'000));
         spy_.clear();
     }
 

@@ -1,5 +1,7 @@
+#include "image_formats.h"
 #include "instance_knock.h"
 #include "interrupt_watch.h"
+#include "log/process_log.h"
 #include "rollback_marker.h"
 
 #include <QFile>
@@ -7,7 +9,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <csignal>
 
@@ -77,4 +79,21 @@ TEST(Knock, TheListenerHearsEachAndSurvivesWhatIsNoKnock)
         app::knock(name);
         EXPECT_TRUE(QTest::qWaitFor([&] { return knocked.size() == i; }, 30'000));
     }
+}
+
+TEST(ImageFormats, AMissingWebpPluginIsSaidOnce)
+{
+    const QTemporaryDir dir;
+    const QString path = dir.filePath(u"log"_s);
+    {
+        const platform::ProcessLog log({.path = path, .run_line = u"start"_s});
+        app::warn_without_webp({"png", "jpeg"});
+        app::warn_without_webp({"png", "webp"});
+    }
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_THAT(file.readAll().toStdString(),
+                testing::ContainsRegex("^[^\n]* info process: start\n"
+                                       "[^\n]* warning tally.ui: Qt lacks its WebP plugin: items "
+                                       "and heroes show without icons\n$"));
 }

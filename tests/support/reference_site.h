@@ -44,6 +44,8 @@ public:
         server_.add_fault(reference::parse_fault(fault).value());
     }
 
+    void mend() { server_.clear_faults(); }
+
     qsizetype requests_of(const QString &path) const { return server_.requests().count(path); }
     qsizetype icon_requests() const
     {

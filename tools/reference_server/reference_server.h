@@ -27,6 +27,7 @@ public:
 
     /// The first fault that fits a request happens to it.
     void add_fault(const Fault &fault) { faults_.append(fault); }
+    void clear_faults() { faults_.clear(); }
 
     /// The paths asked for so far.
     const QStringList &requests() const { return requests_; }

@@ -7,10 +7,11 @@
 
 namespace tally::data {
 
-/// How long the server may take for one answer.
+/// How long the server may take.
 struct DownloadTimeouts {
     int table_ms = 10000;
     int icon_ms = 30000;
+    int all_icons_ms = 90000; ///< after so long no further icon is asked for
 };
 
 struct ApiResult {

@@ -3,8 +3,8 @@
 #include "master/icon_file.h"
 #include "master/master_cache.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QLoggingCategory>
@@ -27,9 +27,6 @@ constexpr std::array icon_sections = {
     QLatin1StringView("all_loot"),
     QLatin1StringView("commanders"),
 };
-
-// The first import waits for the icons: a server that hangs must not keep it waiting for hours.
-constexpr int most_silences = 3;
 
 bool is_told_to_stop()
 {
@@ -114,17 +111,14 @@ void MasterRefreshWorker::refresh_icons()
     if (!index.ok)
         return;
 
+    // The first import waits for the icons; those that are still missing come with the next start.
+    const QDeadlineTimer deadline(timeouts_.all_icons_ms);
     int downloaded = 0;
-    int silences = 0;
     for (const QString &name : missing_icons(index.json, dir)) {
-        if (is_told_to_stop() || silences == most_silences)
+        if (is_told_to_stop() || deadline.hasExpired())
             break;
-        QElapsedTimer timer;
-        timer.start();
         if (download_.fetch_icon(QFileInfo(name).baseName(), dir.filePath(name)))
             ++downloaded;
-        else if (timer.hasExpired(timeouts_.icon_ms))
-            ++silences;
     }
     if (downloaded > 0)
         qCInfo(log_net) << "master refresh: downloaded" << downloaded << "icons";
