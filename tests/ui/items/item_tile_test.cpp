@@ -129,28 +129,5 @@ TEST(ItemPictures, AFileIsReadOnceUntilThePicturesAreForgotten)
     EXPECT_EQ(middle(48), QColor(Qt::blue));
 }
 
-TEST(ItemPictures, TilesThatDifferInAnythingShownDiffer)
-{
-    ReferenceIcons icons;
-    icons.add(u"all_loot"_s, u"gem"_s, Qt::red);
-    icons.add(u"all_loot"_s, u"ore"_s, Qt::blue);
-    std::vector<ItemTile> tiles(8, {.icon = u"gem"_s, .size = 48});
-    tiles[1].icon = u"ore"_s;
-    tiles[2].unit = u"gems"_s;
-    tiles[3].name = u"Star"_s;
-    tiles[4].unit_text = u"5"_s;
-    tiles[5].quantity_text = u"5"_s;
-    tiles[6].size = 56;
-    tiles[7] = {.size = 48, .fallback = u"S1"_s};
-    for (const ItemTile &tile : tiles)
-        item_tile(tile, icons.folder());
-    for (size_t i = 0; i < tiles.size(); ++i) {
-        for (size_t j = 0; j < i; ++j)
-            EXPECT_NE(item_tile(tiles[i], icons.folder()).toImage(),
-                      item_tile(tiles[j], icons.folder()).toImage())
-                << i << " and " << j;
-    }
-}
-
 } // namespace
 } // namespace tally::ui
