@@ -46,9 +46,9 @@ TEST_P(ItemTileOfSize, TheIconIsCentredInItsProportionsInsteadOfTheFallback)
     const int side = (size - 2 * (size / 24)) * 85 / 100;
     const QRect box = painted_box(tile);
     EXPECT_EQ(box.width(), side);
-    EXPECT_NEAR(box.height(), side / 2, 1);
-    EXPECT_NEAR(box.center().x(), size / 2, 1);
-    EXPECT_NEAR(box.center().y(), size / 2, 1);
+    EXPECT_NEAR(box.height(), side / 2.0, 1);
+    EXPECT_NEAR(box.center().x(), size / 2.0, 1);
+    EXPECT_NEAR(box.center().y(), size / 2.0, 1);
     EXPECT_FALSE(has(tile, Qt::white));
 }
 
@@ -66,8 +66,8 @@ TEST_P(ItemTileOfSize, TextsStandInTheirPlacesInTheirColours)
     EXPECT_TRUE(has(unit, QColor(0xff, 0xd7, 0x5f)));
 
     const QPixmap fallback = texts({}, {}, size, u"S7"_s);
-    EXPECT_NEAR(painted_box(fallback).center().x(), size / 2, 2);
-    EXPECT_NEAR(painted_box(fallback).center().y(), size / 2, size / 8);
+    EXPECT_NEAR(painted_box(fallback).center().x(), size / 2.0, 2);
+    EXPECT_NEAR(painted_box(fallback).center().y(), size / 2.0, size / 8.0);
     EXPECT_TRUE(has(fallback, Qt::white));
 }
 

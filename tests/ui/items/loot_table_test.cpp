@@ -9,6 +9,8 @@
 #include <QPainter>
 #include <QStandardItemModel>
 
+#include <limits>
+
 namespace tally::ui {
 namespace {
 
