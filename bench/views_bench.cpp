@@ -127,7 +127,10 @@ public:
         setup.clock = [] {
             return last_day;
         };
+        QElapsedTimer timer;
+        timer.start();
         tab_ = std::make_unique<ui::ChainTrackerTab>(db_.get(), barbarians, nullptr, setup);
+        std::printf("opened in %.1f ms\n", milliseconds(timer));
         tab_->resize(1400, 900);
         tab_->show();
         choice(QStringLiteral("Player")).setCurrentIndex(0);

@@ -3,7 +3,6 @@
 #include "ui_log.h"
 
 #include <QDeadlineTimer>
-#include <QElapsedTimer>
 #include <QMutexLocker>
 #include <QThread>
 
@@ -39,7 +38,7 @@ void QueryThread::ask(Query query)
         const int number = ++last_;
         query_ = std::move(query);
         changed_.wakeAll();
-        const QDeadlineTimer deadline(was_slow_ ? patience_ / 10 : patience_);
+        const QDeadlineTimer deadline(was_slow_ ? patience_ / 4 : patience_);
         while (answered_ != number && !ending_ && changed_.wait(&mutex_, deadline)) {
         }
         was_slow_ |= answered_ != number;
@@ -97,14 +96,10 @@ void QueryThread::run()
         const Query query = std::exchange(query_, {});
         const int number = last_;
         lock.unlock();
-        QElapsedTimer timer;
-        timer.start();
         Placing placing = answer(number, query);
-        const bool slow = timer.elapsed() > patience_.count();
         lock.relock();
         if (number != last_)
             continue;
-        was_slow_ = slow;
         answered_ = number;
         placing_ = std::move(placing);
         changed_.wakeAll();

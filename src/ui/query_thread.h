@@ -32,8 +32,8 @@ public:
     /// Waits for the query that runs.
     ~QueryThread() override;
 
-    /// Places the answer at once if it comes soon, else whenever it comes. After an answer that did
-    /// not come soon it hardly waits for the next one.
+    /// Places the answer at once if it comes soon, else whenever it comes. Where one has not come
+    /// soon, the next will hardly do so either: from then on the patience is a quarter of itself.
     void ask(Query query);
     bool busy() const { return busy_; }
 

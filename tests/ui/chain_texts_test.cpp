@@ -15,7 +15,6 @@
 using namespace tally;
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 
 namespace {
 
@@ -31,9 +30,20 @@ std::string card(const char *key, const data::ChainSummary &summary)
 
 struct CardCase {
     const char *key;
-    data::ChainSummary summary;
+    void (*fill)(data::ChainSummary &);
     const char *text;
 };
+
+data::LootStat loot(double subtype, int battles, qint64 total_value)
+{
+    data::LootStat row;
+    row.item_type = 4.0;
+    row.item_subtype = subtype;
+    row.pieces = 3;
+    row.total_value = total_value;
+    row.battles = battles;
+    return row;
+}
 
 std::vector<std::string> entry_texts(const std::vector<data::PlayerRow> &accounts)
 {
@@ -47,28 +57,61 @@ std::vector<std::string> entry_texts(const std::vector<data::PlayerRow> &account
 
 TEST(ChainCards, EachShowsItsShareOfTheSummary)
 {
-    for (const auto &[key, summary, text] : {
-             CardCase{"chains", {.files = 1'234'567}, "1 234 567"},
-             CardCase{"rounds", {.battles = 1'000}, "1 000"},
-             CardCase{"wins", {.battles = 3'000, .wins = 2'000}, "2 000\n(66.7%)"},
-             CardCase{"escapes", {.battles = 8, .escapes = 1}, "1\n(12.5%)"},
-             CardCase{"escapes", {.battles = 8}, "0\n(0.0%)"},
-             CardCase{"kill", {.battles = 5}, "0"},
-             CardCase{"kill", {.battles = 5, .kills = 4}, "4"},
-             CardCase{"barbs_per_ap", {.kills = 7, .chains_ap_only = 3}, "2.33"},
-             CardCase{"barbs_per_ap", {.kills = 7}, "—"},
-             CardCase{"active", {.total_dur = 3'725.9}, "1h 02m"},
-             CardCase{"honor", {.honor = 12'340}, "12 340"},
-             CardCase{"avg_chain", {.avg_dur = 61.0}, "1m 01s"},
-             CardCase{"avg_round", {.battles = 4, .total_dur = 50.0}, "12.5s"},
-             CardCase{"avg_round", {.total_dur = 50.0}, "—"},
-             CardCase{"rounds_per_hour", {.battles = 4, .total_dur = 50.0}, "288.0"},
-             CardCase{"rounds_per_hour", {.total_dur = 50.0}, "—"},
-             CardCase{"rounds_per_hour", {.battles = 4}, "—"},
-             CardCase{"bonus_ap", {.free_ap = 1'500}, "1 500"},
-             CardCase{"tactical", {.tactical = 2}, "2"},
-         })
+    for (const auto &[key, fill, text] : {
+             CardCase{"chains", [](auto &s) { s.files = 1'234'567; }, "1 234 567"},
+             CardCase{"rounds", [](auto &s) { s.battles = 1'000; }, "1 000"},
+             CardCase{"wins",
+                      [](auto &s) {
+                          s.battles = 3'000;
+                          s.wins = 2'000;
+                      },
+                      "2 000\n(66.7%)"},
+             CardCase{"escapes",
+                      [](auto &s) {
+                          s.battles = 8;
+                          s.escapes = 1;
+                      },
+                      "1\n(12.5%)"},
+             CardCase{"escapes", [](auto &s) { s.battles = 8; }, "0\n(0.0%)"},
+             CardCase{"kill", [](auto &s) { s.battles = 5; }, "0"},
+             CardCase{"kill",
+                      [](auto &s) {
+                          s.battles = 5;
+                          s.kills = 4;
+                      },
+                      "4"},
+             CardCase{"barbs_per_ap",
+                      [](auto &s) {
+                          s.kills = 7;
+                          s.chains_ap_only = 3;
+                      },
+                      "2.33"},
+             CardCase{"barbs_per_ap", [](auto &s) { s.kills = 7; }, "—"},
+             CardCase{"active", [](auto &s) { s.total_dur = 3'725.9; }, "1h 02m"},
+             CardCase{"honor", [](auto &s) { s.honor = 12'340; }, "12 340"},
+             CardCase{"avg_chain", [](auto &s) { s.avg_dur = 61.0; }, "1m 01s"},
+             CardCase{"avg_round",
+                      [](auto &s) {
+                          s.battles = 4;
+                          s.total_dur = 50.0;
+                      },
+                      "12.5s"},
+             CardCase{"avg_round", [](auto &s) { s.total_dur = 50.0; }, "—"},
+             CardCase{"rounds_per_hour",
+                      [](auto &s) {
+                          s.battles = 4;
+                          s.total_dur = 50.0;
+                      },
+                      "288.0"},
+             CardCase{"rounds_per_hour", [](auto &s) { s.total_dur = 50.0; }, "—"},
+             CardCase{"rounds_per_hour", [](auto &s) { s.battles = 4; }, "—"},
+             CardCase{"bonus_ap", [](auto &s) { s.free_ap = 1'500; }, "1 500"},
+             CardCase{"tactical", [](auto &s) { s.tactical = 2; }, "2"},
+         }) {
+        data::ChainSummary summary;
+        fill(summary);
         EXPECT_EQ(card(key, summary), text) << key;
+    }
 }
 
 TEST(ChainCards, WithoutChainsTheyShowZeroOrNothing)
@@ -142,12 +185,19 @@ TEST(PlayerEntries, TheChosenOneStaysWhileHisAccountExists)
     const auto two = ui::player_entries({{1.0, u"Ada"_s, 9}, {2.0, u"Bob"_s, 8}});
     EXPECT_EQ(ui::chosen_player(none, {}), 0U);
     EXPECT_EQ(ui::chosen_player(two, {}), 1U);
-    EXPECT_EQ(ui::chosen_player(two, u"Bob"_s), 2U);
-    EXPECT_EQ(ui::chosen_player(two, u"All players"_s), 0U);
-    EXPECT_EQ(ui::chosen_player(two, u"Gone"_s), 1U);
-    EXPECT_EQ(ui::chosen_player(none, u"Gone"_s), 0U);
+    EXPECT_EQ(ui::chosen_player(two, {u"Bob"_s, 2.0}), 2U);
+    EXPECT_EQ(ui::chosen_player(two, {u"All players"_s, {}}), 0U);
+    EXPECT_EQ(ui::chosen_player(two, {u"Gone"_s, 3.0}), 1U);
+    EXPECT_EQ(ui::chosen_player(none, {u"Gone"_s, 3.0}), 0U);
     EXPECT_EQ(two.at(2).id, 2.0);
     EXPECT_EQ(two.at(0).id, std::nullopt);
+}
+
+TEST(PlayerEntries, OfTwoWithOneNameTheChosenOneStays)
+{
+    const auto overtaken = ui::player_entries({{2.0, u"Bob"_s, 9}, {1.0, u"Bob"_s, 8}});
+    EXPECT_EQ(ui::chosen_player(overtaken, {u"Bob"_s, 1.0}), 2U);
+    EXPECT_EQ(ui::chosen_player(overtaken, {u"Bob"_s, 3.0}), 1U);
 }
 
 TEST(HeroPairs, AHeroWithoutANameShowsHisId)
@@ -165,27 +215,19 @@ TEST(LootRows, ANameThatArrivedLaterBringsItsValue)
     master.load_json(u"items"_s, R"({"items": {
         "4.0_1.0": {"name": "Speedup", "unit_value": 60, "unit": "min", "icon": "s.webp"},
         "4.0_2.0": {"name": "Other", "unit_value": 5}}})");
-    const std::vector<data::LootStat> rows = ui::loot_rows({
-        {.item_type = 4.0, .item_subtype = 1.0, .pieces = 3, .total_value = 3, .battles = 2},
-        {.item_type = 4.0, .item_subtype = 2.0, .name = u"Known"_s, .pieces = 1, .battles = 1},
-        {.item_type = 4.0, .item_subtype = 3.0, .unit_value = 7.0, .pieces = 1},
-    });
-    EXPECT_THAT(rows, ElementsAreArray(std::vector<data::LootStat>{
-                          {4.0, 1.0, u"Speedup"_s, 60.0, u"min"_s, u"s.webp"_s, 3, 180, 2},
-                          {4.0, 2.0, u"Known"_s, 1.0, {}, {}, 1, 0, 1},
-                          {4.0, 3.0, {}, 7.0, {}, {}, 1, 0, 0},
-                      }));
+    data::LootStat known = loot(2.0, 1, 3);
+    known.name = u"Known"_s;
+    const auto rows = ui::loot_rows({loot(1.0, 2, 3), known, loot(3.0, 0, 3)});
+    data::LootStat named = loot(1.0, 2, 180);
+    named.name = u"Speedup"_s;
+    named.unit_value = 60.0;
+    named.unit = u"min"_s;
+    named.icon = u"s.webp"_s;
+    EXPECT_THAT(rows, ElementsAre(named, known, loot(3.0, 0, 3)));
 }
 
 TEST(LootRows, WhatDropsMostOftenComesFirst)
 {
-    std::vector<int> subtypes;
-    for (const data::LootStat &row : ui::loot_rows({
-             {.item_type = 1.0, .item_subtype = 4.0, .battles = 1},
-             {.item_type = 1.0, .item_subtype = 3.0, .total_value = 5, .battles = 2},
-             {.item_type = 1.0, .item_subtype = 1.0, .total_value = 9, .battles = 2},
-             {.item_type = 1.0, .item_subtype = 2.0, .total_value = 5, .battles = 2},
-         }))
-        subtypes.push_back(static_cast<int>(*row.item_subtype));
-    EXPECT_THAT(subtypes, ElementsAre(1, 2, 3, 4));
+    EXPECT_THAT(ui::loot_rows({loot(4.0, 1, 0), loot(3.0, 2, 5), loot(1.0, 2, 9), loot(2.0, 2, 5)}),
+                ElementsAre(loot(1.0, 2, 9), loot(2.0, 2, 5), loot(3.0, 2, 5), loot(4.0, 1, 0)));
 }

@@ -67,7 +67,8 @@ ChainFigures chain_figures(const data::TallyDb &db, const ChainQuestion &questio
     const Asking asking(is_outdated);
     asking.ask(figures.players, [&] { return player_entries(db.players()); });
     if (figures.players) {
-        figures.chosen_player = chosen_player(*figures.players, question.player_text);
+        figures.chosen_player =
+            chosen_player(*figures.players, {question.player_text, question.filter.player});
         figures.filter.player = figures.players->at(figures.chosen_player).id;
     }
     const auto &[btype, from, to, player] = figures.filter;

@@ -151,7 +151,7 @@ void ChainTrackerTab::refresh()
     db_->free_ap_mode = filter_->ap_source();
     const ChainQuestion question = {current_filter(), filter_->player_text()};
     queries_.ask([this, question](const std::function<bool()> &is_outdated) {
-        return [this, figures = chain_figures(*db_, question, is_outdated)] {
+        return [this, figures = setup_.figures(*db_, question, is_outdated)] {
             show_figures(figures);
         };
     });

@@ -11,6 +11,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <functional>
 
 class QListWidgetItem;
 class QTableView;
@@ -29,6 +30,7 @@ struct ChainTrackerSetup {
     /// A refresh stops the window for at most about this long; what takes longer comes later.
     std::chrono::milliseconds patience{100};
     std::chrono::milliseconds counting_sign_after{150};
+    std::function<decltype(chain_figures)> figures = chain_figures;
 };
 
 /// What the chains of a period achieved and dropped, for one account or all.

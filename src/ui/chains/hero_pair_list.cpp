@@ -67,6 +67,7 @@ void HeroPairList::show_pairs(const std::vector<data::HeroPair> &pairs, const Ch
         auto *nothing = new QListWidgetItem(QStringLiteral("(no hero pairs in filter)"), this);
         nothing->setForeground(QColor(Qt::gray));
     }
+    doItemsLayout(); // else there is nothing yet to scroll
     verticalScrollBar()->setValue(scrolled);
 }
 

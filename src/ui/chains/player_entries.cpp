@@ -23,14 +23,22 @@ std::vector<PlayerEntry> player_entries(const std::vector<data::PlayerRow> &acco
     return entries;
 }
 
-std::size_t chosen_player(const std::vector<PlayerEntry> &entries, const QString &chosen)
+std::size_t chosen_player(const std::vector<PlayerEntry> &entries, const PlayerEntry &chosen)
 {
-    const auto found =
-        std::find_if(entries.begin(), entries.end(),
-                     [&chosen](const PlayerEntry &entry) { return entry.text == chosen; });
-    if (found != entries.end())
+    const auto index_where = [&entries](const auto &is_it) -> std::optional<std::size_t> {
+        const auto found = std::find_if(entries.begin(), entries.end(), is_it);
+        if (found == entries.end())
+            return std::nullopt;
         return static_cast<std::size_t>(found - entries.begin());
-    return entries.size() > 1 ? 1 : 0;
+    };
+    const auto by_text =
+        index_where([&chosen](const PlayerEntry &entry) { return entry.text == chosen.text; });
+    if (!by_text)
+        return entries.size() > 1 ? 1 : 0;
+    // The id in brackets is gone to the other of two once he has more chains.
+    const auto by_id =
+        index_where([&chosen](const PlayerEntry &entry) { return entry.id == chosen.id; });
+    return by_id.value_or(*by_text);
 }
 
 } // namespace tally::ui

@@ -20,8 +20,9 @@ struct PlayerEntry {
 /// "All players", then the accounts in their order. No two entries have the same text.
 std::vector<PlayerEntry> player_entries(const std::vector<data::PlayerRow> &accounts);
 
-/// The index of the entry that was chosen before, or else of the first account, if there is one.
-/// \param chosen its text; empty if none was
-std::size_t chosen_player(const std::vector<PlayerEntry> &entries, const QString &chosen);
+/// The index of the entry whose text was chosen before, or else of the first account, if there is
+/// one. Of two accounts with the same name, the one that was chosen stays chosen.
+/// \param chosen without a text if none was
+std::size_t chosen_player(const std::vector<PlayerEntry> &entries, const PlayerEntry &chosen);
 
 } // namespace tally::ui
