@@ -1,5 +1,6 @@
 #include "gui_startup.h"
 
+#include "exit_deadline.h"
 #include "host/instance_lock.h"
 #include "host/system_host.h"
 #include "host/window_session.h"
@@ -113,7 +114,9 @@ int run_graphical(int argc, char *argv[])
     warn_without_webp(QImageReader::supportedImageFormats());
     QTimer::singleShot(0, &window, &ui::MainWindow::run_post_startup);
     clear_rollback_marker_when_healthy(rollback_marker_path(), &application);
-    return QApplication::exec();
+    const int result = QApplication::exec();
+    end_process_within(ui::WindowSetup().exit_deadline);
+    return result;
 }
 
 } // namespace tally::app

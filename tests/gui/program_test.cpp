@@ -155,3 +155,20 @@ TEST_F(Program, AStuckWorkerDoesNotHoldItUpBeyondTheDeadline)
     EXPECT_THAT(first_.readAllStandardError().toStdString(),
                 testing::EndsWith("leaving\n[MainWindow] hard-exit deadline hit — _Exit(0)\n"));
 }
+
+TEST_F(Program, ANameThatIsStillLookedUpDoesNotHoldItUpEither)
+{
+    QProcessEnvironment environment = session_.environment();
+    environment.insert(u"LD_PRELOAD"_s, QStringLiteral(TALLY_SLOW_NAMES));
+    environment.insert(u"ASAN_OPTIONS"_s, u"verify_asan_link_order=0"_s);
+    program_.start(first_, environment);
+    QByteArray output;
+    const auto says = [&](const char *text) {
+        output += first_.readAllStandardError();
+        return output.contains(text);
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return says("looking up "); }, patience));
+    ASSERT_EQ(::kill(static_cast<pid_t>(first_.processId()), SIGINT), 0);
+    EXPECT_EQ(end_of(first_), 0);
+    EXPECT_TRUE(says("[MainWindow] hard-exit deadline hit — _Exit(0)\n"));
+}
