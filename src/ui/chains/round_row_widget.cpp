@@ -27,6 +27,26 @@ QString tint_colour(RowTint tint)
     return QStringLiteral("rgba(80,80,80,0.08)");
 }
 
+/// One line of text in a column. A plain label measures its text at each change, and measuring a
+/// colour emoji decodes its picture.
+class Cell : public QLabel {
+public:
+    Cell(int width, Qt::Alignment alignment, const QString &style)
+    {
+        setTextFormat(Qt::PlainText);
+        setFixedWidth(width);
+        setAlignment(alignment | Qt::AlignVCenter);
+        setStyleSheet(style);
+    }
+
+    QSize sizeHint() const override
+    {
+        ensurePolished();
+        return {minimumWidth(), fontMetrics().height()};
+    }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+};
+
 // Setting a sheet again costs as much as the first time.
 void show_text(QLabel *label, const StyledText &text)
 {
@@ -51,32 +71,26 @@ RoundRowWidget::RoundRowWidget(RowTint tint, QString icon_dir, QWidget *parent)
     auto *columns = new QHBoxLayout(this);
     columns->setContentsMargins(row_margins);
     columns->setSpacing(round_columns::spacing);
-    const auto add_label = [](QBoxLayout *layout, int width, Qt::Alignment alignment,
-                              const QString &style) {
-        auto *label = new QLabel;
-        label->setTextFormat(Qt::PlainText);
-        label->setFixedWidth(width);
-        label->setAlignment(alignment);
-        label->setStyleSheet(style);
-        layout->addWidget(label);
-        return label;
+    const auto add_cell = [](QBoxLayout *layout, int width, Qt::Alignment alignment,
+                             const QString &style) {
+        auto *cell = new Cell(width, alignment, style);
+        layout->addWidget(cell);
+        return cell;
     };
-    constexpr Qt::Alignment left = Qt::AlignLeft | Qt::AlignVCenter;
-    constexpr Qt::Alignment right = Qt::AlignRight | Qt::AlignVCenter;
-    number_ = add_label(columns, round_columns::number, Qt::AlignCenter,
-                        QStringLiteral("font-weight: bold;"));
-    status_ = add_label(columns, round_columns::status, left, {});
-    target_ = add_label(columns, round_columns::target, left, {});
-    tag_ = add_label(columns, round_columns::tag, left, {});
+    number_ = add_cell(columns, round_columns::number, Qt::AlignHCenter,
+                       QStringLiteral("font-weight: bold;"));
+    status_ = add_cell(columns, round_columns::status, Qt::AlignLeft, {});
+    target_ = add_cell(columns, round_columns::target, Qt::AlignLeft, {});
+    tag_ = add_cell(columns, round_columns::tag, Qt::AlignLeft, {});
     auto *damage = new QVBoxLayout;
     damage->setSpacing(0);
     damage->addStretch();
     columns->addLayout(damage);
-    damage_taken_ = add_label(damage, round_columns::damage, right,
-                              QStringLiteral("font-family: Consolas, monospace; color: #e74c3c; "
-                                             "font-weight: bold;"));
-    damage_dealt_ = add_label(damage, round_columns::damage, right,
-                              QStringLiteral("font-family: Consolas, monospace; color: #b8bec9;"));
+    damage_taken_ = add_cell(damage, round_columns::damage, Qt::AlignRight,
+                             QStringLiteral("font-family: Consolas, monospace; color: #e74c3c; "
+                                            "font-weight: bold;"));
+    damage_dealt_ = add_cell(damage, round_columns::damage, Qt::AlignRight,
+                             QStringLiteral("font-family: Consolas, monospace; color: #b8bec9;"));
     damage->addStretch();
     rewards_ = new QHBoxLayout;
     rewards_->setSpacing(tile_spacing);

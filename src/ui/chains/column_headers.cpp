@@ -1,0 +1,65 @@
+#include "column_headers.h"
+
+#include "round_columns.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+
+namespace tally::ui {
+namespace {
+
+QLabel *header_label(const QString &text, const QString &more_style = {})
+{
+    auto *label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText);
+    label->setStyleSheet(QStringLiteral("font-weight: bold; color: #888; font-size: 9pt; "
+                                        "text-transform: uppercase;") +
+                         more_style);
+    return label;
+}
+
+} // namespace
+
+ColumnHeaders::ColumnHeaders(QWidget *parent) : QWidget(parent), columns_(new QWidget(this))
+{
+    columns_->setObjectName(
+        QStringLiteral("columnHeaders")); // else the labels get the tint as well
+    columns_->setStyleSheet(
+        QStringLiteral("#columnHeaders { background: rgba(120,150,220,0.08); }"));
+    auto *layout = new QHBoxLayout(columns_);
+    layout->setContentsMargins(16, 6, 16, 6);
+    layout->setSpacing(round_columns::spacing);
+    const auto add = [layout](const QString &text, int width, Qt::Alignment alignment) {
+        QLabel *label = header_label(text);
+        label->setFixedWidth(width);
+        label->setAlignment(alignment | Qt::AlignVCenter);
+        layout->addWidget(label);
+    };
+    add(QStringLiteral("Round"), round_columns::number, Qt::AlignHCenter);
+    add({}, round_columns::status, Qt::AlignLeft);
+    add(QStringLiteral("Target"), round_columns::target, Qt::AlignLeft);
+    add({}, round_columns::tag, Qt::AlignLeft);
+    add(QStringLiteral("Damage Taken"), round_columns::damage, Qt::AlignRight);
+    layout->addWidget(
+        header_label(QStringLiteral("Rewards"), QStringLiteral(" padding-left: 8px;")), 1);
+    setFixedHeight(columns_->sizeHint().height());
+}
+
+void ColumnHeaders::scroll_to(int x)
+{
+    x_ = x;
+    place();
+}
+
+void ColumnHeaders::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    place();
+}
+
+void ColumnHeaders::place()
+{
+    columns_->setGeometry(-x_, 0, width() + x_, height());
+}
+
+} // namespace tally::ui
