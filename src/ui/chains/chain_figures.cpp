@@ -5,6 +5,7 @@
 #include "store/tally_db.h"
 
 #include <algorithm>
+#include <optional>
 #include <tuple>
 
 namespace tally::ui {
@@ -71,7 +72,10 @@ ChainFigures chain_figures(const data::TallyDb &db, const ChainQuestion &questio
             chosen_player(*figures.players, {question.player_text, question.filter.player});
         figures.filter.player = figures.players->at(figures.chosen_player).id;
     }
-    const auto &[btype, from, to, player] = figures.filter;
+    const double btype = figures.filter.btype;
+    const std::optional<double> from = figures.filter.from;
+    const std::optional<double> to = figures.filter.to;
+    const std::optional<double> player = figures.filter.player;
     asking.ask(figures.summary, [&] { return db.summary(btype, from, to, player); });
     asking.ask(figures.best_in_filter, [&] { return db.best_chain(btype, from, to, player); });
     asking.ask(figures.best_overall, [&] { return db.best_chain(btype, {}, {}, {}); });
