@@ -76,9 +76,9 @@ protected:
 
     int end_of(QProcess &process) const
     {
-        return process.waitForFinished(patience) && process.exitStatus() == QProcess::NormalExit
-                   ? process.exitCode()
-                   : -1;
+        const bool has_ended =
+            process.state() == QProcess::NotRunning || process.waitForFinished(patience);
+        return has_ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     }
 
     XSession session_;
@@ -104,7 +104,11 @@ TEST_F(Program, MenusWorkByKeyboardAndAnExitKeepsTheWindowsState)
 TEST_F(Program, WithoutATrayTheCloseButtonEndsIt)
 {
     start();
-    key(u"alt+F4"_s);
+    // A window manager that is still moving the focus loses keys.
+    for (int attempt = 0; attempt < 5 && first_.state() == QProcess::Running; ++attempt) {
+        key(u"alt+F4"_s);
+        first_.waitForFinished(patience / 5);
+    }
     EXPECT_EQ(end_of(first_), 0);
 }
 
