@@ -13,6 +13,7 @@
 #include <cstring>
 #include <iterator>
 #include <memory>
+#include <memory_resource>
 #include <span>
 #include <vector>
 
@@ -102,7 +103,10 @@ class MailReader {
 public:
     explicit MailReader(QByteArrayView bytes, qsizetype pos)
         : data_(bytes.data()), size_(bytes.size()), pos_(pos)
-    {}
+    {
+        values_.reserve(usual_entries);
+        entries_.reserve(usual_entries);
+    }
 
     /// Reads the value of `key` into an invalid variant. `context` is that of the map around it.
     void read_value(QVariant &value, int depth, quint64 context, QByteArrayView key)
@@ -310,9 +314,14 @@ private:
     qsizetype pos_;
     KeyTexts key_texts_;
     MapShapes shapes_;
-    // Of all maps that are being read, innermost last.
-    std::vector<QVariant *> values_;
-    std::vector<Entry> entries_;
+    // Of all maps that are being read, innermost last. They hardly ever leave the object: a large
+    // allocation makes malloc sort out all the nodes that the last mail's tree gave back.
+    static constexpr size_t usual_entries = 512;
+    alignas(Entry)
+        std::array<std::byte, usual_entries *(sizeof(QVariant *) + sizeof(Entry))> first_memory_;
+    std::pmr::monotonic_buffer_resource memory_{first_memory_.data(), first_memory_.size()};
+    std::pmr::vector<QVariant *> values_{&memory_};
+    std::pmr::vector<Entry> entries_{&memory_};
 };
 
 } // namespace
