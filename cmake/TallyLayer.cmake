@@ -15,6 +15,11 @@ endfunction()
 function(tally_program name)
   cmake_parse_arguments(PROGRAM "" "" "SOURCES;LINKS" ${ARGN})
   add_executable(${name} ${PROGRAM_SOURCES})
+  if(TALLY_MIMALLOC)
+    # A decoded mail is ten thousands of small nodes, which mimalloc hands out nearly twice as fast
+    # as glibc. It stands first so that its malloc comes before that of the C library.
+    target_link_libraries(${name} PRIVATE mimalloc)
+  endif()
   target_link_libraries(${name} PRIVATE ${PROGRAM_LINKS} tally_options)
 endfunction()
 
