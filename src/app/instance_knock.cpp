@@ -5,7 +5,9 @@
 #include <QDir>
 #include <QLocalSocket>
 
-#ifndef Q_OS_WIN
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
 #include <unistd.h>
 #endif
 
@@ -15,8 +17,9 @@ QString knock_name()
 {
     const auto name = QStringLiteral("LedgerlineTallyhand-Knock");
 #ifdef Q_OS_WIN
-    return name + u'-' + qEnvironmentVariable("SESSIONNAME") + u'-' +
-           qEnvironmentVariable("USERNAME");
+    DWORD session = 0;
+    ProcessIdToSessionId(GetCurrentProcessId(), &session);
+    return name + u'-' + QString::number(session) + u'-' + qEnvironmentVariable("USERNAME");
 #else
     const QString runtime_dir = qEnvironmentVariable("XDG_RUNTIME_DIR");
     if (QDir::isAbsolutePath(runtime_dir))
@@ -27,6 +30,10 @@ QString knock_name()
 
 void knock(const QString &name)
 {
+#ifdef Q_OS_WIN
+    // Only a process that the user has just started may come to the front, or let others.
+    AllowSetForegroundWindow(ASFW_ANY);
+#endif
     constexpr int patience = 500; // ms
     QLocalSocket socket;
     socket.connectToServer(name);

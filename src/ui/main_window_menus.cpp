@@ -19,7 +19,6 @@ QAction *add_coming_entry(QMenu &menu, const QString &text, const QKeySequence &
     action->setShortcut(shortcut);
     action->setEnabled(false);
     action->setToolTip(QStringLiteral("Not part of this version yet."));
-    menu.setStyleSheet(QStringLiteral("QMenu::item:disabled { color: #8a8f9e; }"));
     return action;
 }
 
@@ -27,6 +26,10 @@ QAction *add_coming_entry(QMenu &menu, const QString &text, const QKeySequence &
 
 void MainWindow::build_menus()
 {
+    // Colours that show in both themes, whose sheet leaves these to a style for light windows.
+    menuBar()->setStyleSheet(QStringLiteral("QMenu::item:disabled { color: #8a8f9e; }"
+                                            "QMenu::separator { background: rgba(138, 143, 158, "
+                                            "45%); height: 1px; margin: 3px 8px; }"));
     build_file_menu();
     build_view_menu();
     build_help_menu();

@@ -12,6 +12,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QMenu>
 #include <QMenuBar>
@@ -152,11 +153,24 @@ void take_all(const Album &album, tools::SampleStore &store)
     window.close();
 }
 
+/// Without it the screen is smaller than any user's, and texts wrap where they never do.
+void make_screen(const QTemporaryDir &folder)
+{
+    const QString path = folder.filePath(QStringLiteral("screen.json"));
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return;
+    file.write(R"({"screens": [{"name": "shots", "x": 0, "y": 0, "width": 2560, "height": 1440,
+                   "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + path.toLocal8Bit());
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QTemporaryDir folder;
+    make_screen(folder);
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(ui::logo());
