@@ -7,9 +7,9 @@
 namespace tally::ui {
 namespace {
 
-constexpr qsizetype icons_kib = 24 * 1024;
-constexpr qsizetype tiles_kib = 24 * 1024;
-constexpr qsizetype hero_pairs_kib = 8 * 1024;
+constexpr qsizetype icons_kib = qsizetype{24} * 1024;
+constexpr qsizetype tiles_kib = qsizetype{24} * 1024;
+constexpr qsizetype hero_pairs_kib = qsizetype{8} * 1024;
 
 quint64 colour_bits(const std::optional<QColor> &colour)
 {

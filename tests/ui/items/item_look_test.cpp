@@ -48,7 +48,8 @@ INSTANTIATE_TEST_SUITE_P(
         LookCase{"xp", "Star of Elite", 1, purple}, LookCase{"wood", "", 1, grey},
         LookCase{"stone", "Star", 1, grey}, LookCase{"food", "", 1, grey},
         LookCase{"gold", "Elite", 1, grey}, LookCase{"gems", "Star", 100, blue},
-        LookCase{"gems", "Star", 99.99, green}, LookCase{"gems", "", std::nan(""), green},
+        LookCase{"gems", "Star", 99.99, green},
+        LookCase{"gems", "", std::numeric_limits<double>::quiet_NaN(), green},
         LookCase{"key", "Silver Star Key", 1, purple}, LookCase{"key", "Star Key", 1, "#d4a017"},
         LookCase{"buff", "Sculpture", 1, purple}, LookCase{"chest", "Starlight elite", 1, purple},
         LookCase{"chest", "Advanced elite", 1, blue}, LookCase{"chest", "advanced", 1, green},
@@ -63,10 +64,15 @@ TEST(UnitLabel, SaysMinutesOrMoreThanOnePiece)
         const char16_t *unit;
         double unit_value;
         const char16_t *label;
-    } constexpr cases[] = {
-        {u"min", 60, u"60m"}, {u"Min", 1500.9, u"1500m"}, {u"min", 0, u"0m"},
-        {u"gems", 1.99, u""}, {u"food", 2, u"2"},         {u"food", 50'000, u"50,000"},
-        {u"food", -5, u""},   {u"food", 1e10, u""},       {u"min", std::nan(""), u""}};
+    } constexpr cases[] = {{u"min", 60, u"60m"},
+                           {u"Min", 1500.9, u"1500m"},
+                           {u"min", 0, u"0m"},
+                           {u"gems", 1.99, u""},
+                           {u"food", 2, u"2"},
+                           {u"food", 50'000, u"50,000"},
+                           {u"food", -5, u""},
+                           {u"food", 1e10, u""},
+                           {u"min", std::numeric_limits<double>::quiet_NaN(), u""}};
     for (const auto &[unit, unit_value, label] : cases)
         EXPECT_EQ(unit_label(QString::fromUtf16(unit), unit_value), QStringView(label));
 }

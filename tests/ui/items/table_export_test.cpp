@@ -17,6 +17,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace tally::ui {
 namespace {
 
@@ -56,7 +58,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(FieldCase{-5, u"-5", u"-5"}, FieldCase{u"-5.25"_s, u"-5.25", u"-5.25"},
                     FieldCase{1'000'000.0, u"1000000", u"1000000"},
                     FieldCase{-0.1, u"-0.1", u"-0.1"}, FieldCase{1e300, u"1e+300", u"1e+300"},
-                    FieldCase{std::nan(""), u"", u""}, FieldCase{QVariant(), u"", u""}));
+                    FieldCase{std::numeric_limits<double>::quiet_NaN(), u"", u""},
+                    FieldCase{QVariant(), u"", u""}));
 
 /// Names, a hidden column and numbers that are shown otherwise than exported.
 class ExportedTable : public testing::Test {
