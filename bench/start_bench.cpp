@@ -66,10 +66,10 @@ void fill(const QString &store)
     db.rows(QStringLiteral("COMMIT"));
 }
 
-/// Whether a dark frame of the window shows at the lower left of the screen.
+/// Whether the list of hero pairs shows, dark, at the lower left of the screen.
 bool painted(xcb_connection_t *connection)
 {
-    constexpr quint32 background = 0x1a1c2e;
+    constexpr quint32 background = 0x2d1b3d;
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
     xcb_get_image_reply_t *image = xcb_get_image_reply(
         connection, xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, root, 100, 850, 1, 1, ~0U),

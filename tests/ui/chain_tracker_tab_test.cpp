@@ -436,15 +436,3 @@ TEST_F(ChainTracker, ANamelessItemGetsItsNameWithTheNextRefresh)
     EXPECT_EQ(loot_text(0), "Gem");
     EXPECT_EQ(loot_text(2), "40");
 }
-
-TEST(MainWindowPages, TheChainTrackerComesFirstAndIsToldOfToOthers)
-{
-    WindowFixture fixture;
-    fixture.setup.clock = [] {
-        return midnight;
-    };
-    const ui::MainWindow &window = fixture.open();
-    EXPECT_EQ(window.current_tab_title(), u"⚔️ Chain Tracker"_s);
-    EXPECT_EQ(window.current_chain_filter(),
-              (ui::ChainFilter{1.0, midnight, midnight + 86'400.0, {}}));
-}

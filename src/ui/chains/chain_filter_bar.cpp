@@ -101,10 +101,12 @@ ChainFilterBar::Moment ChainFilterBar::add_moment(const QString &name, QTime tim
         new_day_button(QStringLiteral("−"), QStringLiteral("Previous day (-1)"), short_name);
     auto *date = new QDateEdit;
     date->setCalendarPopup(true);
+    date->setTimeSpec(Qt::UTC); // local time lacks some hours
     date->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
     date->setAccessibleName(QStringLiteral("%1 date (UTC)").arg(short_name));
     auto *next = new_day_button(QStringLiteral("+"), QStringLiteral("Next day (+1)"), short_name);
     auto *time = new QTimeEdit;
+    time->setTimeSpec(Qt::UTC);
     time->setDisplayFormat(QStringLiteral("HH:mm"));
     time->setAccessibleName(QStringLiteral("%1 time (UTC)").arg(short_name));
     add_group({label, previous, date, next, time});

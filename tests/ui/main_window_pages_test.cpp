@@ -1,0 +1,66 @@
+#include "emoji_style.h"
+#include "item_pictures.h"
+#include "support/window_fixture.h"
+
+#include <QFontDatabase>
+#include <QImage>
+#include <QPainter>
+
+#include <gtest/gtest.h>
+
+using namespace tally;
+using namespace tally::test;
+using namespace Qt::StringLiterals;
+
+TEST(MainWindowPages, TheChainTrackerComesFirstAndIsToldOfToOthers)
+{
+    WindowFixture fixture;
+    fixture.setup.clock = [] {
+        return 1'700'006'400.0; // 2023-11-15 00:00 UTC
+    };
+    const ui::MainWindow &window = fixture.open();
+    EXPECT_EQ(window.current_tab_title(), u"⚔️ Chain Tracker"_s);
+    EXPECT_EQ(window.current_chain_filter(),
+              (ui::ChainFilter{1.0, 1'700'006'400.0, 1'700'092'800.0, {}}));
+}
+
+TEST(MainWindowPages, PicturesAreReadAnewWhenReferenceDataArrives)
+{
+    WindowFixture fixture;
+    ui::MainWindow &window = fixture.open();
+    const QString path = fixture.store.folder.filePath(u"icon.png"_s);
+    const auto draw = [&path](Qt::GlobalColor colour) {
+        QImage picture(4, 4, QImage::Format_RGB32);
+        picture.fill(colour);
+        picture.save(path);
+    };
+    draw(Qt::red);
+    EXPECT_EQ(ui::icon_picture(path).toImage().pixelColor(0, 0), QColor(Qt::red));
+    draw(Qt::blue);
+    window.run_post_startup();
+    EXPECT_TRUE(wait_until(
+        [&path] { return ui::icon_picture(path).toImage().pixelColor(0, 0) == QColor(Qt::blue); }));
+}
+
+TEST(EmojiStyle, ACharacterThatAsksForItIsDrawnInColour)
+{
+    if (!QFontDatabase::families().contains(u"Noto Color Emoji"_s))
+        GTEST_SKIP() << "the colour emoji font is not installed";
+    const auto colours = [](const QString &text) {
+        QImage picture(60, 30, QImage::Format_RGB32);
+        picture.fill(Qt::white);
+        QPainter painter(&picture);
+        QPalette black;
+        black.setColor(QPalette::WindowText, Qt::black);
+        ui::EmojiStyle().drawItemText(&painter, picture.rect(), Qt::AlignCenter, black, true, text,
+                                      QPalette::WindowText);
+        int coloured = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x)
+                coloured += picture.pixelColor(x, y).hsvSaturation() > 60 ? 1 : 0;
+        }
+        return coloured;
+    };
+    EXPECT_GT(colours(u"⚔️ A"_s), 10);
+    EXPECT_EQ(colours(u"⚔ A"_s), 0);
+}
