@@ -1,5 +1,6 @@
 #include "loading_splash.h"
 
+#include "centred_label.h"
 #include "identity.h"
 
 #include <QKeyEvent>
@@ -9,18 +10,6 @@
 #include <QVBoxLayout>
 
 namespace tally::ui {
-namespace {
-
-QLabel *centred_label(const QString &text, const QString &style)
-{
-    auto *label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setAlignment(Qt::AlignCenter);
-    label->setStyleSheet(style);
-    return label;
-}
-
-} // namespace
 
 LoadingSplash::LoadingSplash(QWidget *parent, const QString &status_text,
                              std::chrono::milliseconds minimum)

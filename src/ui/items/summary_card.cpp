@@ -1,23 +1,12 @@
 #include "summary_card.h"
 
+#include "centred_label.h"
 #include "format_count.h"
 
 #include <QLabel>
 #include <QVBoxLayout>
 
 namespace tally::ui {
-namespace {
-
-QLabel *centred_label(const QString &text, const QString &style)
-{
-    auto *label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setAlignment(Qt::AlignCenter);
-    label->setStyleSheet(style);
-    return label;
-}
-
-} // namespace
 
 SummaryCard::SummaryCard(const QString &title, QWidget *parent)
     : QFrame(parent),
