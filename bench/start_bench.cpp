@@ -41,14 +41,8 @@ constexpr int rounds_a_chain = 20;
 constexpr int folder_size = 20'000;
 constexpr int burst = 200; // mails
 
-/// What the store holds after a year of much play.
-void fill(const QString &store)
+void insert_rounds(const QString &store)
 {
-    {
-        data::TallyDb db(store);
-        db.init_schema();
-        db.set_setting(QStringLiteral("mailcache_dir"), QStringLiteral("/no/mails"));
-    }
     const test::PlainConnection db(store);
     db.rows(QStringLiteral("BEGIN"));
     db.rows(QStringLiteral(R"sql(
@@ -64,6 +58,16 @@ void fill(const QString &store)
                 .arg(rounds)
                 .arg(rounds_a_chain));
     db.rows(QStringLiteral("COMMIT"));
+}
+
+/// What the store holds after a year of much play.
+void fill(const QString &store)
+{
+    data::TallyDb db(store);
+    db.init_schema();
+    db.set_setting(QStringLiteral("mailcache_dir"), QStringLiteral("/no/mails"));
+    insert_rounds(store);
+    db.complete_chain_slices();
 }
 
 /// Whether the list of hero pairs shows, dark, at the lower left of the screen.

@@ -67,8 +67,18 @@ QPixmap item_tile(const ItemTile &tile, const QString &icon_dir)
         if (const QPixmap *kept = tiles.object(key))
             return *kept;
     }
-    const QPixmap picture =
-        render_item_tile(icon, key.unit_text, key.quantity_text, key.badge, key.size, key.fallback);
+    // Quantities differ, what is behind them does not.
+    TileKey bare_key = key;
+    bare_key.unit_text.clear();
+    bare_key.quantity_text.clear();
+    const QPixmap *kept_bare = tiles.object(bare_key);
+    const QPixmap bare =
+        kept_bare ? *kept_bare : render_bare_tile(icon, key.badge, key.size, key.fallback);
+    if (!kept_bare)
+        keep_picture(tiles, bare_key, bare);
+    if (key == bare_key)
+        return bare;
+    const QPixmap picture = with_texts(bare, key.unit_text, key.quantity_text, key.size);
     keep_picture(tiles, key, picture);
     return picture;
 }

@@ -3,7 +3,9 @@
 #include "sharp_pixmap.h"
 
 #include <QFontMetrics>
+#include <QGlyphRun>
 #include <QPainter>
+#include <QTextLayout>
 
 #include <algorithm>
 
@@ -29,15 +31,26 @@ void set_fitting_font(QPainter &painter, int point_size, const QString &text, in
 
 void draw_outlined(QPainter &painter, QPoint base, const QString &text, const QColor &colour)
 {
+    // Shaped once for all nine times that it is drawn.
+    QTextLayout layout(text, painter.font());
+    layout.beginLayout();
+    const QTextLine line = layout.createLine();
+    layout.endLayout();
+    const QList<QGlyphRun> runs = layout.glyphRuns();
+    const QPointF origin = base - QPointF(0.0, line.ascent());
+    const auto draw = [&](QPointF offset) {
+        for (const QGlyphRun &run : runs)
+            painter.drawGlyphRun(origin + offset, run);
+    };
     painter.setPen(outline_colour);
     for (int dx = -1; dx <= 1; ++dx) {
         for (int dy = -1; dy <= 1; ++dy) {
             if (dx != 0 || dy != 0)
-                painter.drawText(base + QPoint(dx, dy), text);
+                draw(QPointF(dx, dy));
         }
     }
     painter.setPen(colour);
-    painter.drawText(base, text);
+    draw({});
 }
 
 void draw_icon(QPainter &painter, const QPixmap &icon, int size, int border_width)
@@ -73,8 +86,7 @@ void draw_unit(QPainter &painter, const QString &text, int size, int room)
 
 } // namespace
 
-QPixmap render_item_tile(const QPixmap &icon, const QString &unit_text,
-                         const QString &quantity_text, const ItemBadge &badge, int size,
+QPixmap render_bare_tile(const QPixmap &icon, const ItemBadge &badge, int size,
                          const QString &fallback)
 {
     QPixmap tile = sharp_pixmap(size, size);
@@ -82,8 +94,6 @@ QPixmap render_item_tile(const QPixmap &icon, const QString &unit_text,
         return tile;
     const int radius = std::max(size / 12, 2);
     const int border_width = std::max(size / 24, 1);
-    const int inset = std::max(size / 24, 3);
-    const int room = size - 2 * inset;
     const QRectF frame(border_width / 2.0, border_width / 2.0, size - border_width,
                        size - border_width);
 
@@ -97,17 +107,36 @@ QPixmap render_item_tile(const QPixmap &icon, const QString &unit_text,
     if (!icon.isNull())
         draw_icon(painter, icon, size, border_width);
     else if (!fallback.isEmpty())
-        draw_fallback(painter, fallback, size, room);
+        draw_fallback(painter, fallback, size, size - 2 * std::max(size / 24, 3));
     if (badge.border) {
         painter.setPen(QPen(*badge.border, border_width));
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(frame, radius, radius);
     }
+    return tile;
+}
+
+QPixmap with_texts(QPixmap tile, const QString &unit_text, const QString &quantity_text, int size)
+{
+    if (tile.isNull() || (unit_text.isEmpty() && quantity_text.isEmpty()))
+        return tile;
+    const int inset = std::max(size / 24, 3);
+    const int room = size - 2 * inset;
+    QPainter painter(&tile);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     if (!quantity_text.isEmpty())
         draw_quantity(painter, quantity_text, size, inset, room);
     if (!unit_text.isEmpty())
         draw_unit(painter, unit_text, size, room);
     return tile;
+}
+
+QPixmap render_item_tile(const QPixmap &icon, const QString &unit_text,
+                         const QString &quantity_text, const ItemBadge &badge, int size,
+                         const QString &fallback)
+{
+    return with_texts(render_bare_tile(icon, badge, size, fallback), unit_text, quantity_text,
+                      size);
 }
 
 } // namespace tally::ui

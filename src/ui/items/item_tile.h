@@ -16,4 +16,9 @@ QPixmap render_item_tile(const QPixmap &icon, const QString &unit_text,
                          const QString &quantity_text, const ItemBadge &badge, int size,
                          const QString &fallback);
 
+/// The tile without the texts in its corners, and those texts on top of it.
+QPixmap render_bare_tile(const QPixmap &icon, const ItemBadge &badge, int size,
+                         const QString &fallback);
+QPixmap with_texts(QPixmap tile, const QString &unit_text, const QString &quantity_text, int size);
+
 } // namespace tally::ui
