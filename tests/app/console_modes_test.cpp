@@ -1,4 +1,6 @@
+#include "mail_parts.h"
 #include "support/program_run.h"
+#include "support/temp_mails.h"
 
 #include <QDir>
 #include <QFile>
@@ -56,6 +58,21 @@ TEST_F(ConsoleModes, ImportOfAnEmptyFolderCountsNothingAndStillReports)
                                 "distinct chain files=0\n"
                                 "players in chain reports: 0\n"
                                 "== --import-only DONE ==\n"));
+}
+
+TEST_F(ConsoleModes, ImportNamesAPlayerWhateverHisNameLooksLike)
+{
+    sample::Random random(1);
+    sample::Chain chain;
+    chain.head = random_head(random);
+    chain.head.owner.id = 77;
+    chain.head.owner.name = "%1%2%3";
+    chain.rounds = random_rounds(random, 2);
+    const test::TempMails mails;
+    mails.add(QStringLiteral("Persistent.Mail.1"), chain_mail(random, chain));
+    EXPECT_EQ(run({QStringLiteral("--import-only"), mails.path()}).exit_code, 0);
+    EXPECT_THAT(log(QStringLiteral("import-only.log")),
+                HasSubstr("  - id=77 name=%1%2%3 files=1\n"));
 }
 
 TEST_F(ConsoleModes, ImportOfAMissingFolderIsCountedAsAnErrorNotThrown)

@@ -206,11 +206,11 @@ INSTANTIATE_TEST_SUITE_P(, BadIconAnswer,
 
 TEST_F(MasterRefresh, HashesThatAreNoFileNamesAreNotAskedFor)
 {
-    const QStringList hostile = {QStringLiteral("../x"),   QStringLiteral("/tmp/x"),
-                                 QStringLiteral("a/../b"), QStringLiteral("a.b"),
-                                 QStringLiteral("a\\b"),   QStringLiteral("C:x"),
-                                 QStringLiteral("ä"),      QStringLiteral("a%2Fb"),
-                                 QStringLiteral("a b"),    QString(300, u'a')};
+    const QStringList hostile = {
+        QStringLiteral("../x"), QStringLiteral("/tmp/x"), QStringLiteral("a/../b"),
+        QStringLiteral("a.b"),  QStringLiteral("a\\b"),   QStringLiteral("C:x"),
+        QStringLiteral("ä"),    QStringLiteral("a%2Fb"),  QStringLiteral("a b"),
+        QString(300, u'a'),     QStringLiteral("Con"),    QStringLiteral("lpt1")};
     put_index(hostile, {QStringLiteral("C_3"), QString()});
     EXPECT_TRUE(refresh());
     EXPECT_THAT(icons(), ElementsAre(QStringLiteral("C_3.webp")));
