@@ -14,6 +14,7 @@
 #include "paths/data_folders.h"
 #include "rollback_marker.h"
 #include "store/tally_db.h"
+#include "stored_settings.h"
 #include "theme.h"
 
 #include <QApplication>
@@ -59,17 +60,6 @@ bool open_store(data::TallyDb &db)
     }
 }
 
-void apply_stored_theme(QApplication &application, const data::TallyDb &db)
-{
-    QString name = ui::theme_name(0);
-    try {
-        name = db.setting_or(QStringLiteral("theme"), name);
-    } catch (const std::exception &) {
-        // Logged by the store; the default theme does.
-    }
-    ui::apply_to_app(&application, ui::theme_from_name(name));
-}
-
 void greet(ui::MainWindow &window, const data::TallyDb &db)
 {
     try {
@@ -100,7 +90,8 @@ int run_graphical(int argc, char *argv[])
     data::TallyDb db(platform::db_path());
     if (!open_store(db))
         return 1;
-    apply_stored_theme(application, db);
+    const QString theme = ui::stored_setting(db, QStringLiteral("theme"), ui::theme_name(0));
+    ui::apply_to_app(&application, ui::theme_from_name(theme));
 
     ui::MainWindow window(&db);
     QObject::connect(&interrupts, &InterruptWatch::interrupted, &window, [&window] {

@@ -25,8 +25,8 @@ void log_contents(RunLog &log, const data::TallyDb &db)
     for (size_t i = 0; i < std::min(players.size(), shown_players); ++i) {
         const data::PlayerRow &player = players[i];
         log.line(QStringLiteral("  - id=%1 name=%2 files=%3")
-                     .arg(QString::number(player.player_id.value_or(0.0), 'f', 0), player.name)
-                     .arg(player.n));
+                     .arg(QString::number(player.player_id.value_or(0.0), 'f', 0), player.name,
+                          QString::number(player.n)));
     }
 }
 

@@ -1,5 +1,7 @@
 #include "files/exact_files.h"
+#include "mail_parts.h"
 #include "support/program_run.h"
+#include "support/temp_mails.h"
 
 #include <QDir>
 #include <QFile>
@@ -58,6 +60,20 @@ TEST_F(ConsoleModes, ImportOfNothingOrNowhereStillReports)
                           "== --import-only DONE ==\n"));
     EXPECT_EQ(run({u"--import-only"_s, dir_.filePath(u"missing"_s)}).exit_code, 0);
     EXPECT_THAT(log(u"import-only.log"_s), HasSubstr("stats: scanned=0  imported=0  errors=1\n"));
+}
+
+TEST_F(ConsoleModes, ImportNamesAPlayerWhateverHisNameLooksLike)
+{
+    sample::Random random(1);
+    sample::Chain chain;
+    chain.head = random_head(random);
+    chain.head.owner.id = 77;
+    chain.head.owner.name = "%1%2%3";
+    chain.rounds = random_rounds(random, 2);
+    const test::TempMails mails;
+    mails.add(u"Persistent.Mail.1"_s, chain_mail(random, chain));
+    EXPECT_EQ(run({u"--import-only"_s, mails.path()}).exit_code, 0);
+    EXPECT_THAT(log(u"import-only.log"_s), HasSubstr("  - id=77 name=%1%2%3 files=1\n"));
 }
 
 TEST_F(ConsoleModes, ImportIntoADamagedStoreSaysSoAndLeavesItAlone)

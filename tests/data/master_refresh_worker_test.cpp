@@ -178,8 +178,9 @@ INSTANTIATE_TEST_SUITE_P(, BadIconAnswer,
 
 TEST_F(MasterRefresh, HashesThatAreNoFileNamesAreNotAskedFor)
 {
-    const QStringList hostile = {u"../x"_s, u"/tmp/x"_s, u"a/../b"_s, u"a.b"_s, u"a\\b"_s,
-                                 u"C:x"_s,  u"ä"_s,      u"a%2Fb"_s,  u"a b"_s, QString(300, u'a')};
+    const QStringList hostile = {u"../x"_s, u"/tmp/x"_s,        u"a/../b"_s, u"a.b"_s,
+                                 u"a\\b"_s, u"C:x"_s,           u"ä"_s,      u"a%2Fb"_s,
+                                 u"a b"_s,  QString(300, u'a'), u"Con"_s,    u"lpt1"_s};
     put_index(hostile, {u"C_3"_s, QString()});
     EXPECT_TRUE(refresh());
     EXPECT_THAT(icons(), ElementsAre(u"C_3.webp"_s));

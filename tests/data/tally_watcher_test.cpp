@@ -8,7 +8,6 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QSignalSpy>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -18,6 +17,29 @@ using namespace tally::test;
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// A watcher and what it has told so far, which arrives on the thread of the test.
+struct ToldWatcher {
+    ToldWatcher(data::TallyDb *db, const QString &dir) : watcher(db, dir, {}, 1, nullptr)
+    {
+        using data::TallyWatcher;
+        QObject::connect(&watcher, &TallyWatcher::newFilesImported, &here,
+                         [this](int count) { counts.append(count); });
+        QObject::connect(&watcher, &TallyWatcher::errorOccurred, &here,
+                         [this](const QString &text) { errors.append(text); });
+    }
+
+    QList<int> counts;
+    QStringList errors;
+    QObject here; // takes what the watcher's thread says to that of the test
+    data::TallyWatcher watcher;
+};
+
+template <typename Condition>
+bool wait_until(Condition condition, int ms = 30'000)
+{
+    return QTest::qWaitFor(condition, ms);
+}
 
 /// A watcher that looks at its folder all the time.
 class Watcher : public testing::Test {
@@ -32,12 +54,12 @@ protected:
     /// Starts the watcher and returns once it is past its first look.
     void start()
     {
-        watcher_.start();
-        for (int i = 0; spy_.isEmpty() && i < 1000; ++i) {
+        told_.watcher.start();
+        for (int i = 0; told_.counts.isEmpty() && i < 1000; ++i) {
             add(u"probe-%1"_s.arg(i));
-            spy_.wait(50);
+            wait_until([this] { return !told_.counts.isEmpty(); }, 50);
         }
-        ASSERT_FALSE(spy_.isEmpty());
+        ASSERT_FALSE(told_.counts.isEmpty());
         settle();
     }
 
@@ -46,15 +68,12 @@ protected:
     {
         const auto marker = u"settled-%1"_s.arg(++settled_);
         add(marker);
-        ASSERT_TRUE(QTest::qWaitFor([&] { return stored(marker); }, 10'000));
-        spy_.clear();
+        ASSERT_TRUE(wait_until([&] { return stored(marker); }));
     }
 
     TempMails mails_;
     TempStore store_;
-    data::TallyWatcher watcher_{&store_.db, mails_.path(), {}, 1, nullptr};
-    QSignalSpy spy_{&watcher_, &data::TallyWatcher::newFilesImported};
-    QSignalSpy errors_{&watcher_, &data::TallyWatcher::errorOccurred};
+    ToldWatcher told_{&store_.db, mails_.path()};
     int settled_ = 0;
 };
 
@@ -70,26 +89,26 @@ TEST_F(Watcher, FilesOfEarlierDaysAreNotImported)
 TEST_F(Watcher, ReportsOfOneLookAreToldTogether)
 {
     start();
-    ASSERT_TRUE(watcher_.stop_and_wait());
+    ASSERT_TRUE(told_.watcher.stop_and_wait());
     const TempMails elsewhere;
     for (const QString &name : {u"a"_s, u"b"_s})
         elsewhere.add(mail(name), fort_mail());
     elsewhere.add(mail(u"c"_s), "of no interest");
     const QTemporaryDir root;
     const QString dir = root.filePath(u"mails"_s);
-    data::TallyWatcher watcher(&store_.db, dir, {}, 1, nullptr);
-    QSignalSpy spy(&watcher, &data::TallyWatcher::newFilesImported);
-    watcher.start();
+    ToldWatcher told(&store_.db, dir);
+    const auto has_told = [&told] {
+        return !told.counts.isEmpty();
+    };
+    told.watcher.start();
     // The folder itself appears, in one step, once the watcher has surely missed it.
-    for (int i = 0; spy.isEmpty() && i < 1000; ++i) {
-        QDir(dir).removeRecursively();
-        spy.wait(20);
+    for (int i = 0; !has_told() && i < 1000; ++i) {
+        wait_until(has_told, 20);
         ASSERT_TRUE(QDir().rename(elsewhere.path(), dir));
-        if (!spy.wait(200) && !QDir().rename(dir, elsewhere.path()))
+        if (!wait_until(has_told, 200) && !QDir().rename(dir, elsewhere.path()))
             FAIL() << "cannot take the folder away again";
     }
-    ASSERT_EQ(spy.size(), 1);
-    EXPECT_EQ(spy.first().first().toInt(), 2);
+    EXPECT_EQ(told.counts, QList<int>{2});
 }
 
 TEST_F(Watcher, AHalfWrittenMailWaitsForTheNextFullImport)
@@ -100,7 +119,7 @@ TEST_F(Watcher, AHalfWrittenMailWaitsForTheNextFullImport)
     add(u"late"_s, fort_mail());
     settle();
     EXPECT_FALSE(stored(u"late"_s));
-    EXPECT_TRUE(errors_.isEmpty());
+    EXPECT_TRUE(told_.errors.isEmpty());
     data::import_dir(mails_.path(), {}, store_.db, {}, nullptr);
     EXPECT_TRUE(stored(u"late"_s));
 }
@@ -122,8 +141,8 @@ TEST_F(Watcher, AnErrorNamesItsFileAndTheWatcherGoesOn)
     start();
     PlainConnection(store_.path).rows(u"ALTER TABLE fort_reports RENAME TO aside"_s);
     add(u"bad"_s);
-    ASSERT_TRUE(errors_.wait(10'000));
-    EXPECT_THAT(errors_.first().first().toString().toStdString(),
+    ASSERT_TRUE(wait_until([this] { return !told_.errors.isEmpty(); }));
+    EXPECT_THAT(told_.errors.first().toStdString(),
                 testing::StartsWith("Persistent.Mail.bad: TallyDb fatal: "));
     PlainConnection(store_.path).rows(u"ALTER TABLE aside RENAME TO fort_reports"_s);
     settle();

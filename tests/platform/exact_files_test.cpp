@@ -8,6 +8,8 @@
 
 #include <cstdio>
 
+#include <sys/stat.h>
+
 namespace tally::platform {
 namespace {
 
@@ -49,6 +51,15 @@ TEST(RegularFiles, AreListedByNameWithoutFoldersAndLinks)
     EXPECT_EQ(names[1], QStringLiteral("b"));
     EXPECT_EQ(read_file(dir.filePath(names[0])), "1");
     EXPECT_TRUE(regular_file_names(dir.filePath(QStringLiteral("missing"))).isEmpty());
+}
+
+TEST(InputFile, APipeIsEmptyAndHoldsNobodyUp)
+{
+    const QTemporaryDir dir;
+    const QString pipe = dir.filePath(QStringLiteral("pipe"));
+    ASSERT_EQ(::mkfifo(native_name_of_text(pipe).constData(), 0600), 0);
+    EXPECT_EQ(read_file(pipe), "");
+    EXPECT_FALSE(copy_file(pipe, dir.filePath(QStringLiteral("copy"))));
 }
 
 TEST(CopyFile, MakesAWholeCopyAndNeverReplacesOne)

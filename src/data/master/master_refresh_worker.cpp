@@ -48,13 +48,17 @@ std::set<QString> hashes_of(const QJsonObject &index)
 QStringList missing_icons(const QJsonObject &index, const QDir &dir)
 {
     QStringList names;
+    QStringList bad;
     for (const QString &hash : hashes_of(index)) {
         const std::optional<QString> name = icon_file_name(hash);
         if (!name)
-            qCWarning(log_net) << "master refresh: no file name for icon hash" << hash.left(80);
+            bad.append(hash);
         else if (!dir.exists(*name))
             names.append(*name);
     }
+    if (!bad.isEmpty())
+        qCWarning(log_net) << "master refresh:" << bad.size()
+                           << "icon hashes are no file names, the first is" << bad[0].left(80);
     return names;
 }
 

@@ -20,7 +20,8 @@ using Directory = std::unique_ptr<DIR, decltype([](DIR *dir) { ::closedir(dir); 
 
 int open_file(const QByteArray &name, int flags, mode_t mode = 0)
 {
-    return ::open(name.constData(), flags | O_CLOEXEC, mode);
+    // A pipe under the name of a mail must not hold up who opens it.
+    return ::open(name.constData(), flags | O_CLOEXEC | O_NONBLOCK, mode);
 }
 
 bool is_regular(int dir, const dirent &entry)

@@ -18,9 +18,8 @@ QString partial_name_beside(const QString &path)
 {
     static std::atomic<unsigned> copies = 0;
     return QStringLiteral("%1/.part-%2-%3")
-        .arg(QFileInfo(path).path())
-        .arg(GetCurrentProcessId())
-        .arg(++copies);
+        .arg(QFileInfo(path).path(), QString::number(GetCurrentProcessId()),
+             QString::number(++copies));
 }
 
 /// \return whether all that `from` holds was written to the new file `to`.
