@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QtNumeric>
 
 #include <algorithm>
 #include <atomic>
@@ -42,6 +43,18 @@ bool copy_content(HANDLE from, const std::wstring &to)
     return false;
 }
 
+/// \param status what the system says of a file, by its name or its handle
+template <typename Status>
+std::optional<FileStamp> stamp_in(const Status &status)
+{
+    qint64 nanos = 0;
+    if ((status.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ||
+        qMulOverflow(ticks_of(status.ftLastWriteTime), qint64{100}, &nanos))
+        return std::nullopt;
+    return FileStamp{nanos,
+                     static_cast<qint64>(whole_of(status.nFileSizeHigh, status.nFileSizeLow))};
+}
+
 } // namespace
 
 QStringList regular_file_names(const QString &dir)
@@ -51,10 +64,10 @@ QStringList regular_file_names(const QString &dir)
 
 std::optional<FileStamp> file_stamp(const QString &path)
 {
-    const QFileInfo file(path);
-    if (!file.isFile())
+    WIN32_FILE_ATTRIBUTE_DATA status = {};
+    if (GetFileAttributesExW(win32_path(path).c_str(), GetFileExInfoStandard, &status) == FALSE)
         return std::nullopt;
-    return FileStamp{file.lastModified().toMSecsSinceEpoch() * 1'000'000, file.size()};
+    return stamp_in(status);
 }
 
 bool file_exists(const QString &path)
@@ -78,7 +91,7 @@ InputFile::~InputFile() = default;
 
 std::optional<FileStamp> InputFile::stamp() const
 {
-    return native_->file.isOpen() ? file_stamp(native_->file.fileName()) : std::nullopt;
+    return native_->file ? stamp_in(native_->status) : std::nullopt;
 }
 
 qint64 InputFile::size() const
