@@ -51,7 +51,6 @@ int import_only(const QString &mail_dir)
                          .arg(imported));
         };
         const data::ImportStats stats = data::import_dir(mail_dir, raw_dir, db, progress, nullptr);
-        db.complete_chain_slices();
         log.line(QStringLiteral("stats: scanned=%1  imported=%2  errors=%3")
                      .arg(stats.scanned)
                      .arg(stats.imported)

@@ -65,6 +65,21 @@ ImportStats import(const TempMails &mails, TallyDb &db)
     return import_dir(mails.path(), {}, db, {}, nullptr);
 }
 
+TEST(ImportDir, AddsUpAllChainsThatLinkingMarked)
+{
+    const TempMails mails;
+    TempStore store;
+    constexpr int forts = 250; // more than one step of the store takes
+    for (int i = 0; i < forts; ++i) {
+        const double start = chain_start + 1000.0 * i;
+        mails.add(QStringLiteral("Persistent.Mail.chain-%1").arg(i), chain_mail({}, start));
+        mails.add(QStringLiteral("Persistent.Mail.fort-%1").arg(i), fort_mail(start + 10.0));
+    }
+    EXPECT_EQ(import(mails, store.db).imported, 2 * forts);
+    EXPECT_EQ(count_of(store.db, "fort_reports WHERE battle_file_name IS NOT NULL"), forts);
+    EXPECT_EQ(count_of(store.db, "stale_chains"), 0);
+}
+
 TEST(ImportFile, TakesOnlyWholeReportsThatShowWhereTheirKindDoes)
 {
     const TempMails mails;

@@ -165,6 +165,16 @@ void link_forts(TallyDb &db)
     }
 }
 
+/// Linking a folder of forts marks rounds of more chains than it adds up anew itself.
+void complete_statistics(TallyDb &db, const std::atomic<bool> *cancel)
+{
+    try {
+        db.complete_chain_slices(cancel);
+    } catch (const std::exception &) {
+        // Logged by the store, whose figures come without them too.
+    }
+}
+
 } // namespace
 
 bool is_mail_file(const QString &name)
@@ -207,6 +217,7 @@ ImportStats import_dir(const QString &dir, const QString &raw_dir, TallyDb &db,
     if (progress)
         progress(stats.scanned, total, stats.imported);
     link_forts(db);
+    complete_statistics(db, cancel);
     return stats;
 }
 
