@@ -35,9 +35,9 @@ QByteArray loot_map()
         {map({entry("Type", number(4)), entry("SubType", number(1)), entry("Value", number(30))})});
 }
 
-QByteArray chain_mail(const QByteArray &before_loot = {})
+QByteArray chain_mail(const QByteArray &before_loot = {}, double start = chain_start)
 {
-    return sample::mail(entry("type", text("Battle")) + entry("Bts", number(chain_start)) +
+    return sample::mail(entry("type", text("Battle")) + entry("Bts", number(start)) +
                         entry("NpcType", number(150009)) + entry("NpcBType", number(1)) +
                         before_loot + entry("NpcKillLoot", loot_map()));
 }
@@ -73,11 +73,12 @@ TEST(ImportDir, AddsUpAllChainsThatLinkingMarked)
     for (int i = 0; i < forts; ++i) {
         const double start = chain_start + 1000.0 * i;
         mails.add(QStringLiteral("Persistent.Mail.chain-%1").arg(i), chain_mail({}, start));
-        mails.add(QStringLiteral("Persistent.Mail.fort-%1").arg(i), fort_mail(start + 10.0));
+        mails.add(QStringLiteral("Persistent.Mail.fort-%1").arg(i), test::fort_mail(start + 10.0));
     }
     EXPECT_EQ(import(mails, store.db).imported, 2 * forts);
-    EXPECT_EQ(count_of(store.db, "fort_reports WHERE battle_file_name IS NOT NULL"), forts);
-    EXPECT_EQ(count_of(store.db, "stale_chains"), 0);
+    EXPECT_EQ(text_in(store, u"SELECT COUNT(battle_file_name) FROM fort_reports"_s),
+              QString::number(forts));
+    EXPECT_EQ(text_in(store, u"SELECT COUNT(*) FROM stale_chains"_s), u"0");
 }
 
 TEST(ImportFile, TakesOnlyWholeReportsThatShowWhereTheirKindDoes)
