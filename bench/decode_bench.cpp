@@ -3,8 +3,8 @@
 
 #include "figure.h"
 
-#include "mail/key_marker.h"
-#include "mail/mail_value.h"
+#include "data/mail/key_marker.h"
+#include "data/mail/mail_value.h"
 #include "sample_mails.h"
 
 #include <QCborMap>

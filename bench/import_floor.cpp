@@ -1,6 +1,6 @@
 #include "import_floor.h"
 
-#include "store/tally_db.h"
+#include "data/store/tally_db.h"
 
 #include <QDir>
 #include <QFile>

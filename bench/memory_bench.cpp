@@ -4,12 +4,12 @@
 #include "fake_game/roll_image.h"
 #include "figure.h"
 #include "game_child.h"
-#include "game_memory_reader.h"
-#include "host/fake/fake_host.h"
-#include "host/game_windows.h"
-#include "host/x11/proc_memory.h"
-#include "marker_addresses.h"
-#include "memory_walk.h"
+#include "honor/game_memory_reader.h"
+#include "honor/marker_addresses.h"
+#include "honor/memory_walk.h"
+#include "platform/host/fake/fake_host.h"
+#include "platform/host/game_windows.h"
+#include "platform/host/x11/proc_memory.h"
 
 #include <chrono>
 #include <cstdio>

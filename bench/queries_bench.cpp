@@ -1,9 +1,9 @@
 // The queries that views ask on the GUI thread, on stores of years of play:
 // queries_bench [ROUNDS | STORE]... (100000 and 1000000 without)
 
+#include "data/mail/battle_report.h"
+#include "data/store/tally_db.h"
 #include "figure.h"
-#include "mail/battle_report.h"
-#include "store/tally_db.h"
 #include "store_filler.h"
 
 #include <QCoreApplication>

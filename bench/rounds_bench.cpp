@@ -1,13 +1,13 @@
 // The window of a hero pair's rounds, with 300 chains of ten rounds: the time from its construction
 // to the first painted frame, and the frames while it is scrolled from top to bottom.
 
-#include "chains/round_overview_window.h"
+#include "data/master/master_cache.h"
 #include "figure.h"
-#include "item_pictures.h"
-#include "master/master_cache.h"
 #include "reference_folder.h"
 #include "sample_items.h"
-#include "theme.h"
+#include "ui/chains/round_overview_window.h"
+#include "ui/items/item_pictures.h"
+#include "ui/parts/theme.h"
 
 #include <QApplication>
 #include <QDir>

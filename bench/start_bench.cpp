@@ -2,14 +2,14 @@
 // first painted frame on a large store, the longest stop of the window while the watcher imports,
 // and what the program costs while nothing happens.
 
+#include "data/import/tally_watcher.h"
+#include "data/store/tally_db.h"
 #include "figure.h"
-#include "import/tally_watcher.h"
-#include "main_window.h"
 #include "sample_world.h"
-#include "start_up_chain.h"
-#include "store/tally_db.h"
 #include "support/plain_connection.h"
 #include "support/x_session.h"
+#include "ui/main_window.h"
+#include "ui/start_up_chain.h"
 
 #include <QApplication>
 #include <QDeadlineTimer>

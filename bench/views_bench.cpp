@@ -1,13 +1,13 @@
 // The pages of the window on stores of years of play: how long a refresh stops the window, and what
 // a repeated one costs. views_bench
 
-#include "chains/chain_tracker_tab.h"
+#include "data/mail/battle_report.h"
+#include "data/master/master_cache.h"
+#include "data/store/tally_db.h"
 #include "figure.h"
-#include "mail/battle_report.h"
-#include "master/master_cache.h"
 #include "reference_folder.h"
-#include "store/tally_db.h"
 #include "store_filler.h"
+#include "ui/chains/chain_tracker_tab.h"
 
 #include <QApplication>
 #include <QComboBox>

@@ -15,7 +15,10 @@ add_library(tally_options INTERFACE)
 target_compile_options(
   tally_options
   INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wnon-virtual-dtor
-            -Woverloaded-virtual -Werror)
+            -Woverloaded-virtual)
+if(TALLY_WERROR)
+  target_compile_options(tally_options INTERFACE -Werror)
+endif()
 # Texts say which encoding they are in: an implicit conversion from or to char would hide it.
 target_compile_definitions(
   tally_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY

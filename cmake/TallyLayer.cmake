@@ -1,13 +1,13 @@
-# tally_layer(NAME INCLUDE_ROOT <dir> SOURCES <files> LINKS <targets below>)
+# tally_layer(NAME [MOC] SOURCES <files> LINKS <targets below> [PRIVATE_LINKS <libraries>])
 #
-# One floor of the house as a static library. Its headers are reached through its own include root,
-# which only the targets that link it get to see: an include of a header from a floor above does
-# not compile.
+# One box of the house as a static library. Headers are included by their path below src/;
+# scripts/check-layers looks after what may include what, and a call upwards does not link.
 function(tally_layer name)
-  cmake_parse_arguments(LAYER "" "INCLUDE_ROOT" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(LAYER "MOC" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
   add_library(${name} STATIC ${LAYER_SOURCES})
-  target_include_directories(${name} PUBLIC ${LAYER_INCLUDE_ROOT})
-  target_link_libraries(${name} PUBLIC ${LAYER_LINKS} PRIVATE tally_options)
+  target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}/src")
+  target_link_libraries(${name} PUBLIC ${LAYER_LINKS} PRIVATE tally_options ${LAYER_PRIVATE_LINKS})
+  set_target_properties(${name} PROPERTIES AUTOMOC "${LAYER_MOC}")
   tally_precompile(${name})
 endfunction()
 

@@ -1,5 +1,5 @@
+#include "data/mail/battle_report.h"
 #include "fuzz_input.h"
-#include "mail/battle_report.h"
 
 using namespace tally;
 

@@ -1,5 +1,5 @@
+#include "data/mail/mail_value.h"
 #include "fuzz_input.h"
-#include "mail/mail_value.h"
 #include "support/plain_decoder.h"
 
 using namespace tally;

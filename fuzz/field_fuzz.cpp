@@ -1,5 +1,5 @@
+#include "data/mail/field_report.h"
 #include "fuzz_input.h"
-#include "mail/field_report.h"
 
 #include <QVariantMap>
 

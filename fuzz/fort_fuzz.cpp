@@ -1,5 +1,5 @@
+#include "data/mail/fort_report.h"
 #include "fuzz_input.h"
-#include "mail/fort_report.h"
 
 using namespace tally;
 

@@ -1,5 +1,5 @@
+#include "data/mail/trial_report.h"
 #include "fuzz_input.h"
-#include "mail/trial_report.h"
 
 using namespace tally;
 

@@ -1,6 +1,6 @@
-#include "command_line.h"
-#include "console_mode.h"
-#include "gui_startup.h"
+#include "app/console/command_line.h"
+#include "app/console/console_mode.h"
+#include "app/gui/gui_startup.h"
 
 #include <QCoreApplication>
 

@@ -1,10 +1,10 @@
-#include "game_memory_reader.h"
+#include "honor/game_memory_reader.h"
 
-#include "honor_roll.h"
-#include "host/game_windows.h"
-#include "marker_addresses.h"
-#include "memory_window.h"
-#include "roll_start.h"
+#include "honor/honor_roll.h"
+#include "honor/marker_addresses.h"
+#include "honor/memory_window.h"
+#include "honor/roll_start.h"
+#include "platform/host/game_windows.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "clock/clock.h"
-#include "host/host.h"
-#include "marker_scan.h"
-#include "read_result.h"
+#include "honor/marker_scan.h"
+#include "honor/read_result.h"
+#include "platform/clock/clock.h"
+#include "platform/host/host.h"
 
 #include <QByteArray>
 #include <QString>

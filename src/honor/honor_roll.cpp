@@ -1,4 +1,4 @@
-#include "honor_roll.h"
+#include "honor/honor_roll.h"
 
 #include <QtEndian>
 

@@ -1,9 +1,9 @@
-#include "marker_addresses.h"
+#include "honor/marker_addresses.h"
 
-#include "marker_sites.h"
-#include "memory_walk.h"
-#include "memory_window.h"
-#include "roll_start.h"
+#include "honor/marker_sites.h"
+#include "honor/memory_walk.h"
+#include "honor/memory_window.h"
+#include "honor/roll_start.h"
 
 #include <algorithm>
 #include <optional>

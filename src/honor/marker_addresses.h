@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/process_memory.h"
-#include "marker_scan.h"
+#include "honor/marker_scan.h"
+#include "platform/host/process_memory.h"
 
 #include <cstdint>
 #include <stop_token>

@@ -1,6 +1,6 @@
-#include "marker_scan.h"
+#include "honor/marker_scan.h"
 
-#include "honor_roll.h"
+#include "honor/honor_roll.h"
 
 #include <QtEndian>
 

@@ -1,4 +1,4 @@
-#include "marker_sites.h"
+#include "honor/marker_sites.h"
 
 #include <algorithm>
 #include <limits>

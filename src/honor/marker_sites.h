@@ -1,6 +1,6 @@
 #pragma once
 
-#include "marker_scan.h"
+#include "honor/marker_scan.h"
 
 #include <array>
 #include <cstdint>

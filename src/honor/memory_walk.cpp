@@ -1,6 +1,6 @@
-#include "memory_walk.h"
+#include "honor/memory_walk.h"
 
-#include "memory_window.h"
+#include "honor/memory_window.h"
 
 #include <algorithm>
 #include <bit>

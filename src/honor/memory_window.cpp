@@ -1,4 +1,4 @@
-#include "memory_window.h"
+#include "honor/memory_window.h"
 
 #include <algorithm>
 #include <array>

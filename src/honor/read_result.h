@@ -1,6 +1,6 @@
 #pragma once
 
-#include "leaderboard_entry.h"
+#include "honor/leaderboard_entry.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
-#include "roll_start.h"
+#include "honor/roll_start.h"
 
-#include "honor_roll.h"
-#include "memory_window.h"
+#include "honor/honor_roll.h"
+#include "honor/memory_window.h"
 
 #include <QHash>
 

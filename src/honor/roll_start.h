@@ -1,6 +1,6 @@
 #pragma once
 
-#include "marker_sites.h"
+#include "honor/marker_sites.h"
 
 #include <QByteArrayView>
 

@@ -1,6 +1,6 @@
-#include "about.h"
+#include "ui/about.h"
 
-#include "identity.h"
+#include "platform/identity.h"
 
 #include <QMessageBox>
 

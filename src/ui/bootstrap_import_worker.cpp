@@ -1,7 +1,7 @@
-#include "bootstrap_import_worker.h"
+#include "ui/bootstrap_import_worker.h"
 
-#include "import/import_pipeline.h"
-#include "ui_log.h"
+#include "data/import/import_pipeline.h"
+#include "ui/parts/ui_log.h"
 
 #include <exception>
 #include <utility>

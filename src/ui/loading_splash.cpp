@@ -1,7 +1,7 @@
-#include "loading_splash.h"
+#include "ui/loading_splash.h"
 
-#include "centred_label.h"
-#include "identity.h"
+#include "platform/identity.h"
+#include "ui/parts/centred_label.h"
 
 #include <QKeyEvent>
 #include <QLabel>

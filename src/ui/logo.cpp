@@ -1,4 +1,4 @@
-#include "logo.h"
+#include "ui/logo.h"
 
 // What the macro names lies outside of all namespaces.
 static void load_resources()

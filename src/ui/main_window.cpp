@@ -1,13 +1,13 @@
-#include "main_window.h"
+#include "ui/main_window.h"
 
-#include "about.h"
-#include "chains/chain_tracker_tab.h"
-#include "identity.h"
-#include "item_pictures.h"
-#include "report_tabs.h"
-#include "start_up_chain.h"
-#include "stored_settings.h"
-#include "theme.h"
+#include "platform/identity.h"
+#include "ui/about.h"
+#include "ui/chains/chain_tracker_tab.h"
+#include "ui/items/item_pictures.h"
+#include "ui/parts/theme.h"
+#include "ui/report_tabs.h"
+#include "ui/start_up_chain.h"
+#include "ui/stored_settings.h"
 
 #include <QApplication>
 #include <QCloseEvent>

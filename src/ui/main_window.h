@@ -1,7 +1,7 @@
 #pragma once
 
-#include "chains/chain_filter.h"
-#include "window_setup.h"
+#include "ui/chains/chain_filter.h"
+#include "ui/window_setup.h"
 
 #include <QDeadlineTimer>
 #include <QMainWindow>

@@ -1,6 +1,6 @@
-#include "main_window.h"
+#include "ui/main_window.h"
 
-#include "stored_settings.h"
+#include "ui/stored_settings.h"
 
 #include <QDataStream>
 #include <QGuiApplication>

@@ -1,9 +1,9 @@
-#include "main_window.h"
+#include "ui/main_window.h"
 
-#include "files/exact_files.h"
-#include "import/import_pipeline.h"
-#include "stored_settings.h"
-#include "ui_log.h"
+#include "data/import/import_pipeline.h"
+#include "platform/files/exact_files.h"
+#include "ui/parts/ui_log.h"
+#include "ui/stored_settings.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,7 +1,7 @@
-#include "main_window.h"
+#include "ui/main_window.h"
 
-#include "about.h"
-#include "option_menus.h"
+#include "ui/about.h"
+#include "ui/option_menus.h"
 
 #include <QDesktopServices>
 #include <QDir>

@@ -1,7 +1,7 @@
-#include "option_menus.h"
+#include "ui/option_menus.h"
 
-#include "stored_settings.h"
-#include "theme.h"
+#include "ui/parts/theme.h"
+#include "ui/stored_settings.h"
 
 #include <QActionGroup>
 #include <QMenu>

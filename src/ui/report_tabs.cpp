@@ -1,7 +1,7 @@
-#include "report_tabs.h"
+#include "ui/report_tabs.h"
 
-#include "emoji_style.h"
-#include "report_tab.h"
+#include "ui/parts/emoji_style.h"
+#include "ui/parts/report_tab.h"
 
 #include <QTabBar>
 

@@ -1,12 +1,12 @@
-#include "start_up_chain.h"
+#include "ui/start_up_chain.h"
 
-#include "bootstrap_import_worker.h"
-#include "import/tally_watcher.h"
-#include "loading_splash.h"
-#include "master/master_refresh_worker.h"
-#include "store/tally_db.h"
-#include "stored_settings.h"
-#include "ui_log.h"
+#include "data/import/tally_watcher.h"
+#include "data/master/master_refresh_worker.h"
+#include "data/store/tally_db.h"
+#include "ui/bootstrap_import_worker.h"
+#include "ui/loading_splash.h"
+#include "ui/parts/ui_log.h"
+#include "ui/stored_settings.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "window_setup.h"
+#include "ui/window_setup.h"
 
 #include <QDeadlineTimer>
 #include <QObject>

@@ -1,7 +1,7 @@
-#include "stored_settings.h"
+#include "ui/stored_settings.h"
 
-#include "store/tally_db.h"
-#include "ui_log.h"
+#include "data/store/tally_db.h"
+#include "ui/parts/ui_log.h"
 
 #include <exception>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "clock/clock.h"
-#include "endpoint/endpoint.h"
-#include "paths/data_folders.h"
+#include "platform/clock/clock.h"
+#include "platform/endpoint/endpoint.h"
+#include "platform/paths/data_folders.h"
 
 #include <QString>
 

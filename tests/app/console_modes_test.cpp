@@ -1,5 +1,5 @@
-#include "files/exact_files.h"
 #include "mail_parts.h"
+#include "platform/files/exact_files.h"
 #include "support/program_run.h"
 #include "support/temp_mails.h"
 

@@ -1,7 +1,7 @@
-#include "mail/battle_report.h"
+#include "data/mail/battle_report.h"
 
+#include "data/master/master_cache.h"
 #include "mail_encoder.h"
-#include "master/master_cache.h"
 #include "support/print_qt.h"
 
 #include <gmock/gmock.h>

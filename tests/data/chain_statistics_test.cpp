@@ -1,4 +1,4 @@
-#include "master/master_cache.h"
+#include "data/master/master_cache.h"
 #include "support/chain_reference.h"
 #include "support/plain_connection.h"
 #include "support/print_records.h"

@@ -1,4 +1,4 @@
-#include "import/import_pipeline.h"
+#include "data/import/import_pipeline.h"
 #include "support/small_mails.h"
 #include "support/temp_mails.h"
 #include "support/temp_store.h"

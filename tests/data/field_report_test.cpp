@@ -1,6 +1,6 @@
-#include "mail/field_report.h"
+#include "data/mail/field_report.h"
 
-#include "mail/hero_texts.h"
+#include "data/mail/hero_texts.h"
 #include "mail_encoder.h"
 #include "support/hostile_numbers.h"
 #include "support/print_qt.h"

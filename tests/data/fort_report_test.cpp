@@ -1,4 +1,4 @@
-#include "mail/fort_report.h"
+#include "data/mail/fort_report.h"
 
 #include "mail_encoder.h"
 #include "support/print_qt.h"

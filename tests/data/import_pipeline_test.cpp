@@ -1,7 +1,7 @@
-#include "import/import_pipeline.h"
+#include "data/import/import_pipeline.h"
 
-#include "files/exact_files.h"
 #include "mail_encoder.h"
+#include "platform/files/exact_files.h"
 #include "support/plain_connection.h"
 #include "support/small_mails.h"
 #include "support/temp_mails.h"

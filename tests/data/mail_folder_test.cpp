@@ -1,4 +1,4 @@
-#include "import/mail_folder.h"
+#include "data/import/mail_folder.h"
 
 #include "support/temp_mails.h"
 

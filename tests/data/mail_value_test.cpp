@@ -1,4 +1,4 @@
-#include "mail/mail_value.h"
+#include "data/mail/mail_value.h"
 
 #include "mail_encoder.h"
 #include "support/plain_decoder.h"

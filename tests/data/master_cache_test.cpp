@@ -1,4 +1,4 @@
-#include "master/master_cache.h"
+#include "data/master/master_cache.h"
 
 #include "support/hostile_numbers.h"
 #include "support/print_qt.h"

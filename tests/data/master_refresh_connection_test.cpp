@@ -1,5 +1,5 @@
-#include "master/https_client.h"
-#include "master/key_pin.h"
+#include "data/master/https_client.h"
+#include "data/master/key_pin.h"
 #include "support/reference_site.h"
 
 #include <gmock/gmock.h>

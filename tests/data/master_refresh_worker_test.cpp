@@ -1,5 +1,5 @@
-#include "master/master_cache.h"
-#include "master/master_refresh_worker.h"
+#include "data/master/master_cache.h"
+#include "data/master/master_refresh_worker.h"
 #include "support/print_qt.h"
 #include "support/reference_site.h"
 

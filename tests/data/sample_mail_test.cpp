@@ -1,7 +1,7 @@
 #include "sample_world.h"
 
-#include "import/import_pipeline.h"
-#include "mail/mail_value.h"
+#include "data/import/import_pipeline.h"
+#include "data/mail/mail_value.h"
 #include "support/temp_mails.h"
 #include "support/temp_store.h"
 

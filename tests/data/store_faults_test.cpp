@@ -1,4 +1,4 @@
-#include "files/exact_files.h"
+#include "platform/files/exact_files.h"
 #include "support/plain_connection.h"
 #include "support/report_builders.h"
 #include "support/store_dump.h"

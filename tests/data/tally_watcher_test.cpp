@@ -1,6 +1,6 @@
-#include "import/tally_watcher.h"
+#include "data/import/tally_watcher.h"
 
-#include "import/import_pipeline.h"
+#include "data/import/import_pipeline.h"
 #include "support/plain_connection.h"
 #include "support/small_mails.h"
 #include "support/temp_mails.h"

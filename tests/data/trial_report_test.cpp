@@ -1,4 +1,4 @@
-#include "mail/trial_report.h"
+#include "data/mail/trial_report.h"
 
 #include "mail_encoder.h"
 #include "support/hostile_numbers.h"

@@ -1,8 +1,8 @@
-#include "image_formats.h"
-#include "instance_knock.h"
-#include "interrupt_watch.h"
-#include "log/process_log.h"
-#include "rollback_marker.h"
+#include "app/gui/image_formats.h"
+#include "app/gui/instance_knock.h"
+#include "app/gui/interrupt_watch.h"
+#include "app/gui/rollback_marker.h"
+#include "platform/log/process_log.h"
 
 #include <QFile>
 #include <QSignalSpy>

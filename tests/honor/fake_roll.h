@@ -1,8 +1,8 @@
 #pragma once
 
 #include "fake_game/roll_image.h"
-#include "host/fake/fake_host.h"
-#include "marker_scan.h"
+#include "honor/marker_scan.h"
+#include "platform/host/fake/fake_host.h"
 
 #include <memory>
 

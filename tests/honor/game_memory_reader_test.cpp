@@ -1,5 +1,5 @@
 #include "fake_roll.h"
-#include "game_memory_reader.h"
+#include "honor/game_memory_reader.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "fake_game/roll_image.h"
-#include "honor_roll.h"
+#include "honor/honor_roll.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "fake_roll.h"
-#include "honor_roll.h"
-#include "marker_addresses.h"
-#include "memory_walk.h"
+#include "honor/honor_roll.h"
+#include "honor/marker_addresses.h"
+#include "honor/memory_walk.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "fake_game/game_process.h"
 #include "fake_game/roll_image.h"
-#include "game_memory_reader.h"
-#include "host/x11/x11_host.h"
+#include "honor/game_memory_reader.h"
+#include "platform/host/x11/x11_host.h"
 
 #include <QHash>
 

@@ -1,4 +1,4 @@
-#include "paths/data_folders.h"
+#include "platform/paths/data_folders.h"
 
 #include <QDir>
 #include <QTemporaryDir>

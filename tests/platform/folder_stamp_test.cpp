@@ -1,4 +1,4 @@
-#include "files/folder_stamp.h"
+#include "platform/files/folder_stamp.h"
 
 #include <QDir>
 #include <QFile>

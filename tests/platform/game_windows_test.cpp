@@ -1,5 +1,5 @@
-#include "host/fake/fake_host.h"
-#include "host/game_windows.h"
+#include "platform/host/fake/fake_host.h"
+#include "platform/host/game_windows.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-#include "host/fake/fake_host.h"
-#include "host/instance_lock.h"
-#include "host/x11/file_lock.h"
-#include "host/x11/x11_host.h"
+#include "platform/host/fake/fake_host.h"
+#include "platform/host/instance_lock.h"
+#include "platform/host/x11/file_lock.h"
+#include "platform/host/x11/x11_host.h"
 
 #include <QTemporaryDir>
 

@@ -1,4 +1,4 @@
-#include "log/process_log.h"
+#include "platform/log/process_log.h"
 
 #include <QDir>
 #include <QFile>

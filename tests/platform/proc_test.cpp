@@ -1,7 +1,7 @@
-#include "host/window_session.h"
-#include "host/x11/maps_file.h"
-#include "host/x11/proc_image.h"
-#include "host/x11/proc_memory.h"
+#include "platform/host/window_session.h"
+#include "platform/host/x11/maps_file.h"
+#include "platform/host/x11/proc_image.h"
+#include "platform/host/x11/proc_memory.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "fake_game/game_process.h"
-#include "host/game_windows.h"
-#include "host/x11/x11_host.h"
+#include "platform/host/game_windows.h"
+#include "platform/host/x11/x11_host.h"
 
 #include <QTest>
 

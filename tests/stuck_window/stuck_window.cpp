@@ -1,8 +1,8 @@
 // A main window that leaves while its refresh hangs for ever: only the deadline can end it.
 
-#include "main_window.h"
-#include "start_up_chain.h"
-#include "store/tally_db.h"
+#include "data/store/tally_db.h"
+#include "ui/main_window.h"
+#include "ui/start_up_chain.h"
 
 #include <QApplication>
 #include <QTemporaryDir>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/chain_records.h"
+#include "data/store/chain_records.h"
 
 #include <QSqlDatabase>
 #include <QTimeZone>

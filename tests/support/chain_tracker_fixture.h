@@ -1,12 +1,12 @@
 #pragma once
 
-#include "chains/chain_summary_box.h"
-#include "chains/chain_tracker_tab.h"
-#include "chains/round_overview_window.h"
-#include "master/master_cache.h"
+#include "data/master/master_cache.h"
 #include "support/plain_connection.h"
 #include "support/report_builders.h"
 #include "support/window_fixture.h"
+#include "ui/chains/chain_summary_box.h"
+#include "ui/chains/chain_tracker_tab.h"
+#include "ui/chains/round_overview_window.h"
 #include <QApplication>
 #include <QComboBox>
 #include <QDateEdit>

@@ -1,7 +1,7 @@
 #include "support/random_chains.h"
 
-#include "mail/battle_report.h"
-#include "store/tally_db.h"
+#include "data/mail/battle_report.h"
+#include "data/store/tally_db.h"
 
 #include <random>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "endpoint/endpoint.h"
-#include "files/exact_files.h"
+#include "platform/endpoint/endpoint.h"
+#include "platform/files/exact_files.h"
 #include "reference_server.h"
 
 #include <QDir>

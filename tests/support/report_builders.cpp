@@ -1,6 +1,6 @@
 #include "support/report_builders.h"
 
-#include "store/tally_db.h"
+#include "data/store/tally_db.h"
 
 #include <QStringList>
 #include <QVariantMap>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "mail/battle_report.h"
-#include "mail/field_report.h"
-#include "mail/fort_report.h"
-#include "mail/trial_report.h"
+#include "data/mail/battle_report.h"
+#include "data/mail/field_report.h"
+#include "data/mail/fort_report.h"
+#include "data/mail/trial_report.h"
 
 #include <vector>
 

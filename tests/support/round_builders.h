@@ -1,7 +1,7 @@
 #pragma once
 
-#include "master/master_cache.h"
-#include "store/chain_records.h"
+#include "data/master/master_cache.h"
+#include "data/store/chain_records.h"
 
 #include <optional>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "support/store_dump.h"
 
-#include "store/tally_db.h"
+#include "data/store/tally_db.h"
 #include "support/plain_connection.h"
 
 #include <QStringList>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "main_window.h"
-#include "report_tab.h"
-#include "report_tabs.h"
-#include "start_up_chain.h"
 #include "support/temp_mails.h"
 #include "support/temp_store.h"
+#include "ui/main_window.h"
+#include "ui/parts/report_tab.h"
+#include "ui/report_tabs.h"
+#include "ui/start_up_chain.h"
 
 #include <QMenuBar>
 #include <QSignalSpy>

@@ -1,4 +1,4 @@
-#include "store/tally_db.h"
+#include "data/store/tally_db.h"
 #include "store_filler.h"
 #include "support/plain_connection.h"
 #include "support/print_qt.h"

@@ -1,10 +1,10 @@
-#include "chains/chain_cards.h"
-#include "chains/chain_figures.h"
-#include "chains/chain_texts.h"
-#include "chains/hero_pair_list.h"
-#include "master/master_cache.h"
+#include "data/master/master_cache.h"
 #include "support/print_qt.h"
 #include "support/print_records.h"
+#include "ui/chains/chain_cards.h"
+#include "ui/chains/chain_figures.h"
+#include "ui/chains/chain_texts.h"
+#include "ui/chains/hero_pair_list.h"
 
 #include <QScopeGuard>
 

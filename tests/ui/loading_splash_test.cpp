@@ -1,4 +1,4 @@
-#include "loading_splash.h"
+#include "ui/loading_splash.h"
 
 #include <QLabel>
 #include <QPointer>

@@ -1,6 +1,6 @@
-#include "logo.h"
 #include "support/plain_connection.h"
 #include "support/window_fixture.h"
+#include "ui/logo.h"
 
 #include <QApplication>
 #include <QLabel>

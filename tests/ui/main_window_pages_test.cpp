@@ -1,6 +1,6 @@
-#include "emoji_style.h"
-#include "item_pictures.h"
 #include "support/window_fixture.h"
+#include "ui/items/item_pictures.h"
+#include "ui/parts/emoji_style.h"
 
 #include <QFontDatabase>
 #include <QImage>

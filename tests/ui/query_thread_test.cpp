@@ -1,4 +1,4 @@
-#include "query_thread.h"
+#include "queries/query_thread.h"
 #include "support/window_fixture.h"
 
 #include <QSemaphore>

@@ -1,7 +1,7 @@
-#include "chains/round_keys.h"
 #include "support/hostile_numbers.h"
 #include "support/print_qt.h"
 #include "support/round_builders.h"
+#include "ui/chains/round_keys.h"
 
 #include <gtest/gtest.h>
 

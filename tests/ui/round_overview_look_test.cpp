@@ -1,6 +1,6 @@
-#include "chains/round_look.h"
 #include "support/print_qt.h"
 #include "support/round_builders.h"
+#include "ui/chains/round_look.h"
 
 #include <gmock/gmock.h>
 

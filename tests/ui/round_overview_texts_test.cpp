@@ -1,7 +1,7 @@
-#include "chains/round_overview.h"
-#include "chains/stack_geometry.h"
 #include "support/print_qt.h"
 #include "support/round_builders.h"
+#include "ui/chains/round_overview.h"
+#include "ui/chains/stack_geometry.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

@@ -1,9 +1,9 @@
-#include "chains/chain_group_widget.h"
-#include "chains/round_overview_window.h"
-#include "chains/round_row_widget.h"
 #include "support/print_qt.h"
 #include "support/round_builders.h"
-#include "theme.h"
+#include "ui/chains/chain_group_widget.h"
+#include "ui/chains/round_overview_window.h"
+#include "ui/chains/round_row_widget.h"
+#include "ui/parts/theme.h"
 
 #include <QApplication>
 #include <QLabel>

@@ -1,7 +1,7 @@
-#include "bootstrap_import_worker.h"
-#include "loading_splash.h"
 #include "support/small_mails.h"
 #include "support/window_fixture.h"
+#include "ui/bootstrap_import_worker.h"
+#include "ui/loading_splash.h"
 
 #include <QDir>
 #include <QSemaphore>

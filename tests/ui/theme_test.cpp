@@ -1,4 +1,4 @@
-#include "theme.h"
+#include "ui/parts/theme.h"
 
 #include <QApplication>
 #include <QRegularExpression>

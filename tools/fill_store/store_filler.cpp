@@ -1,7 +1,7 @@
 #include "store_filler.h"
 
+#include "data/store/tally_db.h"
 #include "sqlite_writer.h"
-#include "store/tally_db.h"
 
 #include <QFile>
 

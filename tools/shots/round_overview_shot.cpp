@@ -1,12 +1,12 @@
 #include "round_overview_shot.h"
 
-#include "chains/round_overview_window.h"
-#include "import/import_pipeline.h"
-#include "item_pictures.h"
-#include "master/master_cache.h"
+#include "data/import/import_pipeline.h"
+#include "data/master/master_cache.h"
+#include "data/store/tally_db.h"
 #include "reference_folder.h"
 #include "sample_world.h"
-#include "store/tally_db.h"
+#include "ui/chains/round_overview_window.h"
+#include "ui/items/item_pictures.h"
 
 #include <QCoreApplication>
 #include <QDir>

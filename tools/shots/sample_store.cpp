@@ -1,7 +1,7 @@
 #include "sample_store.h"
 
-#include "import/import_pipeline.h"
-#include "master/master_cache.h"
+#include "data/import/import_pipeline.h"
+#include "data/master/master_cache.h"
 #include "reference_folder.h"
 #include "sample_world.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/tally_db.h"
+#include "data/store/tally_db.h"
 
 #include <QString>
 #include <QTemporaryDir>

@@ -1,14 +1,14 @@
 // Pictures of every window in both themes: shots DIR. The scale is that of QT_SCALE_FACTOR.
 
-#include "about.h"
-#include "identity.h"
-#include "loading_splash.h"
-#include "logo.h"
-#include "main_window.h"
-#include "report_tabs.h"
+#include "platform/identity.h"
 #include "round_overview_shot.h"
 #include "sample_store.h"
-#include "theme.h"
+#include "ui/about.h"
+#include "ui/loading_splash.h"
+#include "ui/logo.h"
+#include "ui/main_window.h"
+#include "ui/parts/theme.h"
+#include "ui/report_tabs.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
-#include "import/examined_mails.h"
+#include "data/import/examined_mails.h"
 
-#include "store/tally_db.h"
+#include "data/store/tally_db.h"
 
 #include <exception>
 #include <utility>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "clock/clock.h"
-#include "store/records.h"
+#include "data/store/records.h"
+#include "platform/clock/clock.h"
 
 #include <vector>
 

@@ -1,14 +1,14 @@
-#include "import/import_pipeline.h"
+#include "data/import/import_pipeline.h"
 
-#include "files/exact_files.h"
-#include "import/examined_mails.h"
-#include "import/mail_file.h"
-#include "mail/battle_report.h"
-#include "mail/field_report.h"
-#include "mail/fort_report.h"
-#include "mail/key_marker.h"
-#include "mail/trial_report.h"
-#include "store/tally_db.h"
+#include "data/import/examined_mails.h"
+#include "data/import/mail_file.h"
+#include "data/mail/battle_report.h"
+#include "data/mail/field_report.h"
+#include "data/mail/fort_report.h"
+#include "data/mail/key_marker.h"
+#include "data/mail/trial_report.h"
+#include "data/store/tally_db.h"
+#include "platform/files/exact_files.h"
 
 #include <QDir>
 #include <QFileInfo>

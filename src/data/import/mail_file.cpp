@@ -1,4 +1,4 @@
-#include "import/mail_file.h"
+#include "data/import/mail_file.h"
 
 #include <QFileInfo>
 

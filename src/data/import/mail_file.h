@@ -1,6 +1,6 @@
 #pragma once
 
-#include "files/exact_files.h"
+#include "platform/files/exact_files.h"
 
 #include <QByteArray>
 #include <QByteArrayView>

@@ -1,6 +1,6 @@
-#include "import/mail_folder.h"
+#include "data/import/mail_folder.h"
 
-#include "import/import_pipeline.h"
+#include "data/import/import_pipeline.h"
 
 #include <utility>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "clock/clock.h"
-#include "files/exact_files.h"
-#include "files/folder_stamp.h"
+#include "platform/clock/clock.h"
+#include "platform/files/exact_files.h"
+#include "platform/files/folder_stamp.h"
 
 #include <QSet>
 #include <QString>

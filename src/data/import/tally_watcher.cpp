@@ -1,7 +1,7 @@
-#include "import/tally_watcher.h"
+#include "data/import/tally_watcher.h"
 
-#include "import/import_pipeline.h"
-#include "import/mail_folder.h"
+#include "data/import/import_pipeline.h"
+#include "data/import/mail_folder.h"
 
 #include <QDir>
 

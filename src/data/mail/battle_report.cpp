@@ -1,10 +1,10 @@
-#include "mail/battle_report.h"
+#include "data/mail/battle_report.h"
 
-#include "files/exact_files.h"
-#include "mail/battle_rounds.h"
-#include "mail/key_marker.h"
-#include "mail/mail_value.h"
-#include "master/master_cache.h"
+#include "data/mail/battle_rounds.h"
+#include "data/mail/key_marker.h"
+#include "data/mail/mail_value.h"
+#include "data/master/master_cache.h"
+#include "platform/files/exact_files.h"
 
 #include <QVariant>
 

@@ -1,6 +1,6 @@
-#include "mail/battle_rounds.h"
+#include "data/mail/battle_rounds.h"
 
-#include "mail/key_marker.h"
+#include "data/mail/key_marker.h"
 
 #include <QtEndian>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mail/battle_report.h"
+#include "data/mail/battle_report.h"
 
 #include <QByteArrayView>
 

@@ -1,10 +1,10 @@
-#include "mail/field_report.h"
+#include "data/mail/field_report.h"
 
-#include "files/exact_files.h"
-#include "mail/hero_texts.h"
-#include "mail/key_marker.h"
-#include "mail/mail_value.h"
-#include "mail/tree_reading.h"
+#include "data/mail/hero_texts.h"
+#include "data/mail/key_marker.h"
+#include "data/mail/mail_value.h"
+#include "data/mail/tree_reading.h"
+#include "platform/files/exact_files.h"
 
 #include <optional>
 

@@ -1,6 +1,6 @@
-#include "mail/hero_texts.h"
+#include "data/mail/hero_texts.h"
 
-#include "mail/tree_reading.h"
+#include "data/mail/tree_reading.h"
 
 #include <QMap>
 

@@ -1,4 +1,4 @@
-#include "mail/key_marker.h"
+#include "data/mail/key_marker.h"
 
 #include <QtEndian>
 

@@ -1,7 +1,7 @@
-#include "mail/mail_value.h"
+#include "data/mail/mail_value.h"
 
-#include "mail/key_marker.h"
-#include "mail/map_shapes.h"
+#include "data/mail/key_marker.h"
+#include "data/mail/map_shapes.h"
 
 #include <QMetaType>
 #include <QVariantList>

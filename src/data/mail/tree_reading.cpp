@@ -1,4 +1,4 @@
-#include "mail/tree_reading.h"
+#include "data/mail/tree_reading.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "mail/loot_entry.h"
-#include "mail/numbers.h"
+#include "data/mail/loot_entry.h"
+#include "data/values/numbers.h"
 
 #include <QStringList>
 #include <QStringView>

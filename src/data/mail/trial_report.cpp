@@ -1,8 +1,8 @@
-#include "mail/trial_report.h"
+#include "data/mail/trial_report.h"
 
-#include "files/exact_files.h"
-#include "mail/mail_value.h"
-#include "mail/tree_reading.h"
+#include "data/mail/mail_value.h"
+#include "data/mail/tree_reading.h"
+#include "platform/files/exact_files.h"
 
 namespace tally::data {
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mail/loot_entry.h"
+#include "data/mail/loot_entry.h"
 
 #include <QByteArrayView>
 #include <QString>

@@ -1,6 +1,6 @@
-#include "master/https_client.h"
+#include "data/master/https_client.h"
 
-#include "master/key_pin.h"
+#include "data/master/key_pin.h"
 
 #include <QEventLoop>
 #include <QNetworkAccessManager>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "endpoint/endpoint.h"
+#include "platform/endpoint/endpoint.h"
 
 #include <QByteArray>
 #include <QMap>

@@ -1,4 +1,4 @@
-#include "master/icon_file.h"
+#include "data/master/icon_file.h"
 
 #include <algorithm>
 #include <iterator>

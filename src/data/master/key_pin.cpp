@@ -1,4 +1,4 @@
-#include "master/key_pin.h"
+#include "data/master/key_pin.h"
 
 #include <QCryptographicHash>
 

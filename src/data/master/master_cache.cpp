@@ -1,7 +1,7 @@
-#include "master/master_cache.h"
+#include "data/master/master_cache.h"
 
-#include "mail/numbers.h"
-#include "master/icon_file.h"
+#include "data/master/icon_file.h"
+#include "data/values/numbers.h"
 
 #include <QDir>
 #include <QFile>

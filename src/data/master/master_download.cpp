@@ -1,4 +1,4 @@
-#include "master/master_download.h"
+#include "data/master/master_download.h"
 
 #include <QDir>
 #include <QFileInfo>

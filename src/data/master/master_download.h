@@ -1,6 +1,6 @@
 #pragma once
 
-#include "master/https_client.h"
+#include "data/master/https_client.h"
 
 #include <QJsonObject>
 #include <QString>

@@ -1,7 +1,7 @@
-#include "master/master_refresh_worker.h"
+#include "data/master/master_refresh_worker.h"
 
-#include "master/icon_file.h"
-#include "master/master_cache.h"
+#include "data/master/icon_file.h"
+#include "data/master/master_cache.h"
 
 #include <QDeadlineTimer>
 #include <QDir>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "endpoint/endpoint.h"
-#include "master/master_download.h"
+#include "data/master/master_download.h"
+#include "platform/endpoint/endpoint.h"
 
 #include <QObject>
 #include <QString>

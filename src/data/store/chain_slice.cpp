@@ -1,4 +1,4 @@
-#include "store/chain_slice.h"
+#include "data/store/chain_slice.h"
 
 #include <QtEndian>
 

@@ -1,6 +1,6 @@
-#include "store/chain_slice.h"
-#include "store/sql_values.h"
-#include "store/tally_db.h"
+#include "data/store/chain_slice.h"
+#include "data/store/sql_values.h"
+#include "data/store/tally_db.h"
 
 #include <QMutexLocker>
 #include <QStringList>

@@ -1,6 +1,6 @@
-#include "store/chain_slice.h"
-#include "store/remembered.h"
-#include "store/sql_values.h"
+#include "data/store/chain_slice.h"
+#include "data/store/remembered.h"
+#include "data/store/sql_values.h"
 
 #include <algorithm>
 #include <set>

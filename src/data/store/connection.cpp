@@ -1,6 +1,6 @@
-#include "store/tally_db.h"
+#include "data/store/tally_db.h"
 
-#include "store/thread_connection.h"
+#include "data/store/thread_connection.h"
 
 #include <QLoggingCategory>
 #include <QSqlDatabase>

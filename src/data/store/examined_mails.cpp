@@ -1,6 +1,6 @@
-#include "store/tally_db.h"
+#include "data/store/tally_db.h"
 
-#include "identity.h"
+#include "platform/identity.h"
 
 #include <QMutexLocker>
 

@@ -1,6 +1,6 @@
-#include "store/remembered.h"
-#include "store/sql_conditions.h"
-#include "store/sql_values.h"
+#include "data/store/remembered.h"
+#include "data/store/sql_conditions.h"
+#include "data/store/sql_values.h"
 
 #include <QSqlRecord>
 

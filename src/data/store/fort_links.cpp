@@ -1,4 +1,4 @@
-#include "store/tally_db.h"
+#include "data/store/tally_db.h"
 
 #include <QMutexLocker>
 

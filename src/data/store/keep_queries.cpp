@@ -1,7 +1,7 @@
-#include "store/damage_rate.h"
-#include "store/remembered.h"
-#include "store/sql_conditions.h"
-#include "store/sql_values.h"
+#include "data/store/damage_rate.h"
+#include "data/store/remembered.h"
+#include "data/store/sql_conditions.h"
+#include "data/store/sql_values.h"
 
 namespace tally::data {
 

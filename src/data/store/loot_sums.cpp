@@ -1,7 +1,7 @@
-#include "store/loot_sums.h"
+#include "data/store/loot_sums.h"
 
-#include "master/master_cache.h"
-#include "store/sql_values.h"
+#include "data/master/master_cache.h"
+#include "data/store/sql_values.h"
 
 namespace tally::data {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "files/exact_files.h"
-#include "store/chain_records.h"
-#include "store/field_records.h"
-#include "store/trial_records.h"
+#include "data/store/chain_records.h"
+#include "data/store/field_records.h"
+#include "data/store/trial_records.h"
+#include "platform/files/exact_files.h"
 
 #include <QString>
 

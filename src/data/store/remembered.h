@@ -1,7 +1,7 @@
 #pragma once
 
-#include "store/tally_db.h"
-#include "store/thread_connection.h"
+#include "data/store/tally_db.h"
+#include "data/store/thread_connection.h"
 
 namespace tally::data {
 

@@ -1,7 +1,7 @@
-#include "store/loot_sums.h"
-#include "store/remembered.h"
-#include "store/sql_conditions.h"
-#include "store/tally_db.h"
+#include "data/store/loot_sums.h"
+#include "data/store/remembered.h"
+#include "data/store/sql_conditions.h"
+#include "data/store/tally_db.h"
 
 namespace tally::data {
 

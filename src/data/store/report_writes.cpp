@@ -1,11 +1,11 @@
-#include "store/tally_db.h"
+#include "data/store/tally_db.h"
 
-#include "mail/battle_report.h"
-#include "mail/fort_report.h"
-#include "mail/trial_report.h"
-#include "store/chain_slice.h"
-#include "store/field_columns.h"
-#include "store/sql_values.h"
+#include "data/mail/battle_report.h"
+#include "data/mail/fort_report.h"
+#include "data/mail/trial_report.h"
+#include "data/store/chain_slice.h"
+#include "data/store/field_columns.h"
+#include "data/store/sql_values.h"
 
 #include <QMutexLocker>
 #include <QStringList>

@@ -1,6 +1,6 @@
-#include "store/tally_db.h"
+#include "data/store/tally_db.h"
 
-#include "store/field_columns.h"
+#include "data/store/field_columns.h"
 
 #include <QMutexLocker>
 #include <QStringList>

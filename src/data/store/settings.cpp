@@ -1,6 +1,6 @@
-#include "store/tally_db.h"
+#include "data/store/tally_db.h"
 
-#include "store/sql_values.h"
+#include "data/store/sql_values.h"
 
 #include <QMutexLocker>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mail/numbers.h"
+#include "data/values/numbers.h"
 
 #include <QString>
 #include <QVariant>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "clock/clock.h"
-#include "mail/field_report.h"
-#include "store/records.h"
+#include "data/mail/field_report.h"
+#include "data/store/records.h"
+#include "platform/clock/clock.h"
 
 #include <QMutex>
 #include <QSet>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/result_cache.h"
+#include "data/store/result_cache.h"
 
 #include <QSqlDatabase>
 #include <QSqlQuery>

@@ -1,8 +1,8 @@
-#include "store/damage_rate.h"
-#include "store/loot_sums.h"
-#include "store/remembered.h"
-#include "store/sql_conditions.h"
-#include "store/sql_values.h"
+#include "data/store/damage_rate.h"
+#include "data/store/loot_sums.h"
+#include "data/store/remembered.h"
+#include "data/store/sql_conditions.h"
+#include "data/store/sql_values.h"
 
 #include <QHash>
 

@@ -1,4 +1,4 @@
-#include "clock/clock.h"
+#include "platform/clock/clock.h"
 
 #include <QDateTime>
 

@@ -1,4 +1,4 @@
-#include "endpoint/endpoint.h"
+#include "platform/endpoint/endpoint.h"
 
 #include "shipped_endpoint_values.h"
 

@@ -1,4 +1,4 @@
-#include "files/exact_files.h"
+#include "platform/files/exact_files.h"
 
 #include <QStringDecoder>
 

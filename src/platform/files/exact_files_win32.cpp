@@ -1,6 +1,6 @@
-#include "files/exact_files.h"
+#include "platform/files/exact_files.h"
 
-#include "files/file_win32.h"
+#include "platform/files/file_win32.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "files/file_win32.h"
+#include "platform/files/file_win32.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
-#include "files/folder_stamp.h"
+#include "platform/files/folder_stamp.h"
 
-#include "files/exact_files.h"
+#include "platform/files/exact_files.h"
 
 #include <algorithm>
 #include <array>

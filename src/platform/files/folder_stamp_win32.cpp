@@ -1,6 +1,6 @@
-#include "files/folder_stamp.h"
+#include "platform/files/folder_stamp.h"
 
-#include "files/file_win32.h"
+#include "platform/files/file_win32.h"
 
 #include <QtNumeric>
 

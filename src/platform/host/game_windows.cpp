@@ -1,4 +1,4 @@
-#include "host/game_windows.h"
+#include "platform/host/game_windows.h"
 
 namespace tally::platform {
 

@@ -1,4 +1,4 @@
-#include "host/instance_lock.h"
+#include "platform/host/instance_lock.h"
 
 #include <cstdio>
 

@@ -1,4 +1,4 @@
-#include "host/window_session.h"
+#include "platform/host/window_session.h"
 
 namespace tally::platform {
 

@@ -1,7 +1,7 @@
-#include "log/process_log.h"
+#include "platform/log/process_log.h"
 
-#include "identity.h"
-#include "paths/data_folders.h"
+#include "platform/identity.h"
+#include "platform/paths/data_folders.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "log/rotating_file.h"
+#include "platform/log/rotating_file.h"
 
 #include <QString>
 

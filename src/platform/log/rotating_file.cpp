@@ -1,4 +1,4 @@
-#include "log/rotating_file.h"
+#include "platform/log/rotating_file.h"
 
 #include <QDir>
 #include <QFileInfo>

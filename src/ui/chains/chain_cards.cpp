@@ -1,7 +1,7 @@
-#include "chains/chain_cards.h"
+#include "ui/chains/chain_cards.h"
 
-#include "chains/chain_texts.h"
-#include "format_count.h"
+#include "ui/chains/chain_texts.h"
+#include "ui/parts/format_count.h"
 
 namespace tally::ui {
 namespace {

@@ -1,8 +1,8 @@
-#include "chains/chain_figures.h"
+#include "ui/chains/chain_figures.h"
 
-#include "master/master_cache.h"
-#include "store/sql_values.h"
-#include "store/tally_db.h"
+#include "data/master/master_cache.h"
+#include "data/store/sql_values.h"
+#include "data/store/tally_db.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "chains/chain_filter.h"
-#include "chains/player_entries.h"
-#include "store/chain_records.h"
+#include "data/store/chain_records.h"
+#include "ui/chains/chain_filter.h"
+#include "ui/chains/player_entries.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "chains/chain_filter.h"
+#include "ui/chains/chain_filter.h"
 
 #include <QDateTime>
 

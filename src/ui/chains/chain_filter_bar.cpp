@@ -1,7 +1,7 @@
-#include "chains/chain_filter_bar.h"
+#include "ui/chains/chain_filter_bar.h"
 
-#include "chains/chain_texts.h"
-#include "flow_layout.h"
+#include "ui/chains/chain_texts.h"
+#include "ui/parts/flow_layout.h"
 
 #include <QComboBox>
 #include <QDateEdit>

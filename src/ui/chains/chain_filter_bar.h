@@ -1,7 +1,7 @@
 #pragma once
 
-#include "chains/chain_filter.h"
-#include "chains/player_entries.h"
+#include "ui/chains/chain_filter.h"
+#include "ui/chains/player_entries.h"
 
 #include <QGroupBox>
 

@@ -1,4 +1,4 @@
-#include "chain_group_widget.h"
+#include "ui/chains/chain_group_widget.h"
 
 #include <QLabel>
 #include <QVBoxLayout>

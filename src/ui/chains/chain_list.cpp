@@ -1,7 +1,7 @@
-#include "chain_list.h"
+#include "ui/chains/chain_list.h"
 
-#include "chain_group_widget.h"
-#include "round_row_widget.h"
+#include "ui/chains/chain_group_widget.h"
+#include "ui/chains/round_row_widget.h"
 
 #include <QKeyEvent>
 #include <QPaintEvent>

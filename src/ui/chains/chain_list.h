@@ -1,7 +1,7 @@
 #pragma once
 
-#include "round_overview.h"
-#include "stack_geometry.h"
+#include "ui/chains/round_overview.h"
+#include "ui/chains/stack_geometry.h"
 
 #include <QMargins>
 #include <QScrollArea>

@@ -1,6 +1,6 @@
-#include "chains/chain_summary_box.h"
+#include "ui/chains/chain_summary_box.h"
 
-#include "summary_card.h"
+#include "ui/parts/summary_card.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

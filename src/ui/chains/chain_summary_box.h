@@ -1,6 +1,6 @@
 #pragma once
 
-#include "chains/chain_cards.h"
+#include "ui/chains/chain_cards.h"
 
 #include <QGroupBox>
 #include <QString>

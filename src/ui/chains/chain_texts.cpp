@@ -1,6 +1,6 @@
-#include "chains/chain_texts.h"
+#include "ui/chains/chain_texts.h"
 
-#include "store/sql_values.h"
+#include "data/store/sql_values.h"
 
 #include <QDateTime>
 #include <QStringView>

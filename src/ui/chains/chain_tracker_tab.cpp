@@ -1,15 +1,15 @@
-#include "chains/chain_tracker_tab.h"
+#include "ui/chains/chain_tracker_tab.h"
 
-#include "chains/chain_filter_bar.h"
-#include "chains/chain_summary_box.h"
-#include "chains/chain_texts.h"
-#include "chains/hero_pair_list.h"
-#include "chains/open_round_overview.h"
-#include "drop_rate_delegate.h"
-#include "loot_table_model.h"
-#include "store/sql_values.h"
-#include "store/tally_db.h"
-#include "table_export.h"
+#include "data/store/sql_values.h"
+#include "data/store/tally_db.h"
+#include "ui/chains/chain_filter_bar.h"
+#include "ui/chains/chain_summary_box.h"
+#include "ui/chains/chain_texts.h"
+#include "ui/chains/hero_pair_list.h"
+#include "ui/chains/open_round_overview.h"
+#include "ui/items/drop_rate_delegate.h"
+#include "ui/items/loot_table_model.h"
+#include "ui/parts/table_export.h"
 
 #include <QDateTime>
 #include <QHeaderView>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "chains/chain_figures.h"
-#include "chains/chain_filter.h"
-#include "clock/clock.h"
-#include "paths/data_folders.h"
-#include "query_thread.h"
-#include "report_tab.h"
+#include "platform/clock/clock.h"
+#include "platform/paths/data_folders.h"
+#include "queries/query_thread.h"
+#include "ui/chains/chain_figures.h"
+#include "ui/chains/chain_filter.h"
+#include "ui/parts/report_tab.h"
 
 #include <QString>
 #include <QTimer>

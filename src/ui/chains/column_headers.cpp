@@ -1,6 +1,6 @@
-#include "column_headers.h"
+#include "ui/chains/column_headers.h"
 
-#include "round_columns.h"
+#include "ui/chains/round_columns.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

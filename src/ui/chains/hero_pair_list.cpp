@@ -1,8 +1,8 @@
-#include "chains/hero_pair_list.h"
+#include "ui/chains/hero_pair_list.h"
 
-#include "hero_pair_icon.h"
-#include "master/master_cache.h"
-#include "table_export.h"
+#include "data/master/master_cache.h"
+#include "ui/items/hero_pair_icon.h"
+#include "ui/parts/table_export.h"
 
 #include <QScrollBar>
 #include <QShortcut>

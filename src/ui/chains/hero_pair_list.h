@@ -1,7 +1,7 @@
 #pragma once
 
-#include "chains/chain_filter.h"
-#include "store/chain_records.h"
+#include "data/store/chain_records.h"
+#include "ui/chains/chain_filter.h"
 
 #include <QListWidget>
 #include <QString>

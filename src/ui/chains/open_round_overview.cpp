@@ -1,9 +1,9 @@
-#include "chains/open_round_overview.h"
+#include "ui/chains/open_round_overview.h"
 
-#include "chains/hero_pair_list.h"
-#include "chains/round_overview_window.h"
-#include "master/master_cache.h"
-#include "store/tally_db.h"
+#include "data/master/master_cache.h"
+#include "data/store/tally_db.h"
+#include "ui/chains/hero_pair_list.h"
+#include "ui/chains/round_overview_window.h"
 
 #include <QMessageBox>
 

@@ -1,6 +1,6 @@
-#include "chains/player_entries.h"
+#include "ui/chains/player_entries.h"
 
-#include "store/sql_values.h"
+#include "data/store/sql_values.h"
 
 #include <QSet>
 

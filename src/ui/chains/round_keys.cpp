@@ -1,4 +1,4 @@
-#include "round_keys.h"
+#include "ui/chains/round_keys.h"
 
 #include <algorithm>
 #include <cmath>

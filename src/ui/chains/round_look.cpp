@@ -1,9 +1,9 @@
-#include "round_look.h"
+#include "ui/chains/round_look.h"
 
-#include "format_count.h"
-#include "mail/numbers.h"
-#include "master/master_cache.h"
-#include "round_keys.h"
+#include "data/master/master_cache.h"
+#include "data/values/numbers.h"
+#include "ui/chains/round_keys.h"
+#include "ui/parts/format_count.h"
 
 #include <QStringList>
 #include <QTextDocument>

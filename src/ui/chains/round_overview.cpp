@@ -1,4 +1,4 @@
-#include "round_overview.h"
+#include "ui/chains/round_overview.h"
 
 #include <QDateTime>
 

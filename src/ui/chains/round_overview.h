@@ -1,8 +1,8 @@
 #pragma once
 
-#include "round_keys.h"
-#include "round_look.h"
-#include "store/chain_records.h"
+#include "data/store/chain_records.h"
+#include "ui/chains/round_keys.h"
+#include "ui/chains/round_look.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
-#include "round_overview_window.h"
+#include "ui/chains/round_overview_window.h"
 
-#include "chain_list.h"
-#include "column_headers.h"
+#include "ui/chains/chain_list.h"
+#include "ui/chains/column_headers.h"
 
 #include <QLabel>
 #include <QScrollBar>

@@ -1,8 +1,8 @@
-#include "round_row_widget.h"
+#include "ui/chains/round_row_widget.h"
 
-#include "item_look.h"
-#include "item_pictures.h"
-#include "round_columns.h"
+#include "ui/chains/round_columns.h"
+#include "ui/items/item_look.h"
+#include "ui/items/item_pictures.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "round_look.h"
+#include "ui/chains/round_look.h"
 
 #include <QFrame>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "stack_geometry.h"
+#include "ui/chains/stack_geometry.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
-#include "drop_rate_delegate.h"
+#include "ui/items/drop_rate_delegate.h"
 
-#include "loot_table_model.h"
+#include "ui/items/loot_table_model.h"
 
 #include <QPainter>
 

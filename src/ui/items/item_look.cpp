@@ -1,6 +1,6 @@
-#include "item_look.h"
+#include "ui/items/item_look.h"
 
-#include "mail/numbers.h"
+#include "data/values/numbers.h"
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
-#include "item_pictures.h"
+#include "ui/items/item_pictures.h"
 
-#include "item_tile.h"
-#include "master/master_cache.h"
-#include "picture_caches.h"
-#include "sharp_pixmap.h"
+#include "data/master/master_cache.h"
+#include "ui/items/item_tile.h"
+#include "ui/items/picture_caches.h"
+#include "ui/parts/sharp_pixmap.h"
 
 #include <QImageReader>
 

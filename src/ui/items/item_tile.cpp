@@ -1,6 +1,6 @@
-#include "item_tile.h"
+#include "ui/items/item_tile.h"
 
-#include "sharp_pixmap.h"
+#include "ui/parts/sharp_pixmap.h"
 
 #include <QFontMetrics>
 #include <QGlyphRun>

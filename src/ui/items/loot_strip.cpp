@@ -1,9 +1,9 @@
-#include "loot_strip.h"
+#include "ui/items/loot_strip.h"
 
-#include "item_look.h"
-#include "item_pictures.h"
-#include "master/master_cache.h"
-#include "sharp_pixmap.h"
+#include "data/master/master_cache.h"
+#include "ui/items/item_look.h"
+#include "ui/items/item_pictures.h"
+#include "ui/parts/sharp_pixmap.h"
 
 #include <QPainter>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/records.h"
+#include "data/store/records.h"
 
 #include <QPixmap>
 #include <QString>

@@ -1,9 +1,9 @@
-#include "loot_table_model.h"
+#include "ui/items/loot_table_model.h"
 
-#include "format_count.h"
-#include "item_pictures.h"
-#include "mail/numbers.h"
-#include "table_export.h"
+#include "data/values/numbers.h"
+#include "ui/items/item_pictures.h"
+#include "ui/parts/format_count.h"
+#include "ui/parts/table_export.h"
 
 #include <QIcon>
 

@@ -1,6 +1,6 @@
-#include "picture_caches.h"
+#include "ui/items/picture_caches.h"
 
-#include "item_pictures.h"
+#include "ui/items/item_pictures.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "item_look.h"
+#include "ui/items/item_look.h"
 
 #include <QCache>
 #include <QHash>

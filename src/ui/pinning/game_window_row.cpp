@@ -1,7 +1,7 @@
-#include "game_window_row.h"
+#include "ui/pinning/game_window_row.h"
 
-#include "window_row_text.h"
-#include "wrapped_text.h"
+#include "ui/pinning/window_row_text.h"
+#include "ui/pinning/wrapped_text.h"
 
 #include <QHBoxLayout>
 #include <QMouseEvent>

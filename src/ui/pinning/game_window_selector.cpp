@@ -1,6 +1,6 @@
-#include "game_window_selector.h"
+#include "ui/pinning/game_window_selector.h"
 
-#include "game_window_row.h"
+#include "ui/pinning/game_window_row.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

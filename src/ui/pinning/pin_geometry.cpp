@@ -1,4 +1,4 @@
-#include "pin_geometry.h"
+#include "ui/pinning/pin_geometry.h"
 
 #include <algorithm>
 #include <array>

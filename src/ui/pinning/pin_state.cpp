@@ -1,4 +1,4 @@
-#include "pin_state.h"
+#include "ui/pinning/pin_state.h"
 
 #include <utility>
 

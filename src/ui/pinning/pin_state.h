@@ -1,8 +1,8 @@
 #pragma once
 
-#include "host/game_windows.h"
-#include "host/host.h"
-#include "pin_geometry.h"
+#include "platform/host/game_windows.h"
+#include "platform/host/host.h"
+#include "ui/pinning/pin_geometry.h"
 
 #include <QList>
 #include <QString>

@@ -1,6 +1,6 @@
-#include "pinned_overlay.h"
+#include "ui/pinning/pinned_overlay.h"
 
-#include "game_window_selector.h"
+#include "ui/pinning/game_window_selector.h"
 
 #include <QPointer>
 #include <QScreen>

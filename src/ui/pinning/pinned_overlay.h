@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pin_state.h"
+#include "ui/pinning/pin_state.h"
 
 #include <QList>
 

@@ -1,4 +1,4 @@
-#include "window_row_text.h"
+#include "ui/pinning/window_row_text.h"
 
 namespace tally::ui {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/game_windows.h"
+#include "platform/host/game_windows.h"
 
 #include <QString>
 

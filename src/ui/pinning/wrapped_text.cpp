@@ -1,4 +1,4 @@
-#include "wrapped_text.h"
+#include "ui/pinning/wrapped_text.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QPainter>

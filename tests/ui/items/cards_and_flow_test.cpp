@@ -1,6 +1,6 @@
-#include "flow_layout.h"
 #include "reference_icons.h"
-#include "summary_card.h"
+#include "ui/parts/flow_layout.h"
+#include "ui/parts/summary_card.h"
 
 #include <QLabel>
 #include <QVBoxLayout>

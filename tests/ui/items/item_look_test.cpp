@@ -1,6 +1,6 @@
-#include "format_count.h"
-#include "item_look.h"
 #include "support/print_qt.h"
+#include "ui/items/item_look.h"
+#include "ui/parts/format_count.h"
 
 #include <QLocale>
 

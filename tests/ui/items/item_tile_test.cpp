@@ -1,4 +1,4 @@
-#include "item_tile.h"
+#include "ui/items/item_tile.h"
 
 #include "reference_icons.h"
 

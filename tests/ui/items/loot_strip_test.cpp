@@ -1,8 +1,8 @@
-#include "loot_strip.h"
+#include "ui/items/loot_strip.h"
 
-#include "hero_pair_icon.h"
-#include "item_tile.h"
 #include "reference_icons.h"
+#include "ui/items/hero_pair_icon.h"
+#include "ui/items/item_tile.h"
 
 namespace tally::ui {
 namespace {

@@ -1,8 +1,8 @@
-#include "drop_rate_delegate.h"
-#include "item_tile.h"
-#include "loot_table_model.h"
 #include "reference_icons.h"
-#include "table_export.h"
+#include "ui/items/drop_rate_delegate.h"
+#include "ui/items/item_tile.h"
+#include "ui/items/loot_table_model.h"
+#include "ui/parts/table_export.h"
 
 #include <QAbstractItemModelTester>
 #include <QIcon>

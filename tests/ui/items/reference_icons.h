@@ -1,8 +1,8 @@
 #pragma once
 
-#include "item_pictures.h"
-#include "master/master_cache.h"
+#include "data/master/master_cache.h"
 #include "support/print_qt.h"
+#include "ui/items/item_pictures.h"
 
 #include <QImage>
 #include <QPixmap>

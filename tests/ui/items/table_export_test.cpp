@@ -1,7 +1,7 @@
-#include "table_export.h"
+#include "ui/parts/table_export.h"
 
-#include "export_field.h"
 #include "support/print_qt.h"
+#include "ui/parts/export_field.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -1,8 +1,8 @@
-#include "game_window_row.h"
-#include "game_window_selector.h"
-#include "host/fake/fake_host.h"
-#include "pinned_overlay.h"
-#include "window_row_text.h"
+#include "platform/host/fake/fake_host.h"
+#include "ui/pinning/game_window_row.h"
+#include "ui/pinning/game_window_selector.h"
+#include "ui/pinning/pinned_overlay.h"
+#include "ui/pinning/window_row_text.h"
 
 #include <QHash>
 #include <QLabel>

@@ -1,4 +1,4 @@
-#include "pin_geometry.h"
+#include "ui/pinning/pin_geometry.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

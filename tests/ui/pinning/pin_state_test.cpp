@@ -1,5 +1,5 @@
-#include "host/fake/fake_host.h"
-#include "pin_state.h"
+#include "platform/host/fake/fake_host.h"
+#include "ui/pinning/pin_state.h"
 
 #include <QHash>
 

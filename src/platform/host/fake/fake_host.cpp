@@ -1,4 +1,4 @@
-#include "host/fake/fake_host.h"
+#include "platform/host/fake/fake_host.h"
 
 #include <algorithm>
 

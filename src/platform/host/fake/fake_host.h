@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/fake/fake_memory.h"
-#include "host/host.h"
+#include "platform/host/fake/fake_memory.h"
+#include "platform/host/host.h"
 
 #include <deque>
 #include <map>

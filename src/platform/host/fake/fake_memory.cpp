@@ -1,4 +1,4 @@
-#include "host/fake/fake_memory.h"
+#include "platform/host/fake/fake_memory.h"
 
 #include <algorithm>
 #include <cstring>

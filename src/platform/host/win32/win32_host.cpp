@@ -1,9 +1,9 @@
-#include "host/win32/win32_host.h"
+#include "platform/host/win32/win32_host.h"
 
-#include "host/system_host.h"
-#include "host/win32/win32_memory.h"
-#include "host/win32/win32_rights.h"
-#include "host/win32/win32_text.h"
+#include "platform/host/system_host.h"
+#include "platform/host/win32/win32_memory.h"
+#include "platform/host/win32/win32_rights.h"
+#include "platform/host/win32/win32_text.h"
 
 #include <windows.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/host.h"
+#include "platform/host/host.h"
 
 namespace tally::platform {
 

@@ -1,4 +1,4 @@
-#include "host/win32/win32_memory.h"
+#include "platform/host/win32/win32_memory.h"
 
 #include <windows.h>
 

@@ -1,4 +1,4 @@
-#include "host/win32/win32_rights.h"
+#include "platform/host/win32/win32_rights.h"
 
 #include <windows.h>
 

@@ -1,4 +1,4 @@
-#include "host/x11/file_lock.h"
+#include "platform/host/x11/file_lock.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

@@ -1,4 +1,4 @@
-#include "host/x11/maps_file.h"
+#include "platform/host/x11/maps_file.h"
 
 #include <algorithm>
 #include <charconv>

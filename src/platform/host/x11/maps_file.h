@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/process_memory.h"
+#include "platform/host/process_memory.h"
 
 #include <optional>
 #include <string_view>

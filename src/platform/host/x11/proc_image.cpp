@@ -1,4 +1,4 @@
-#include "host/x11/proc_image.h"
+#include "platform/host/x11/proc_image.h"
 
 #include <QByteArray>
 #include <QFile>

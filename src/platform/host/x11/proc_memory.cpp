@@ -1,6 +1,6 @@
-#include "host/x11/proc_memory.h"
+#include "platform/host/x11/proc_memory.h"
 
-#include "host/x11/maps_file.h"
+#include "platform/host/x11/maps_file.h"
 
 #include <fcntl.h>
 #include <sys/uio.h>

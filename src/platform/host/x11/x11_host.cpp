@@ -1,9 +1,9 @@
-#include "host/x11/x11_host.h"
+#include "platform/host/x11/x11_host.h"
 
-#include "host/system_host.h"
-#include "host/x11/file_lock.h"
-#include "host/x11/proc_image.h"
-#include "host/x11/proc_memory.h"
+#include "platform/host/system_host.h"
+#include "platform/host/x11/file_lock.h"
+#include "platform/host/x11/proc_image.h"
+#include "platform/host/x11/proc_memory.h"
 
 #include <unistd.h>
 

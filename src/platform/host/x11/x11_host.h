@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/host.h"
-#include "host/x11/x11_windows.h"
+#include "platform/host/host.h"
+#include "platform/host/x11/x11_windows.h"
 
 #include <string>
 

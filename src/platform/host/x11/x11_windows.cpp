@@ -1,4 +1,4 @@
-#include "host/x11/x11_windows.h"
+#include "platform/host/x11/x11_windows.h"
 
 #include <QString>
 

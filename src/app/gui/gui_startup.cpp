@@ -1,0 +1,113 @@
+#include "app/gui/gui_startup.h"
+
+#include "app/gui/exit_deadline.h"
+#include "app/gui/image_formats.h"
+#include "app/gui/instance_knock.h"
+#include "app/gui/interrupt_watch.h"
+#include "app/gui/rollback_marker.h"
+#include "data/store/tally_db.h"
+#include "platform/host/instance_lock.h"
+#include "platform/host/system_host.h"
+#include "platform/host/window_session.h"
+#include "platform/identity.h"
+#include "platform/log/process_log.h"
+#include "platform/paths/data_folders.h"
+#include "ui/logo.h"
+#include "ui/main_window.h"
+#include "ui/parts/theme.h"
+#include "ui/stored_settings.h"
+
+#include <QApplication>
+#include <QImageReader>
+#include <QStatusBar>
+#include <QTimer>
+
+namespace tally::app {
+namespace {
+
+/// Also asks the first instance, if there is one, to show its window: whoever starts the program a
+/// second time is looking for it.
+bool may_run(int argc, char *argv[])
+{
+    {
+        const QCoreApplication for_the_socket(argc, argv);
+        knock(knock_name());
+    }
+    const auto host = platform::make_system_host();
+    return platform::claim_single_instance(*host) != platform::InstanceClaim::Refused;
+}
+
+void name_application()
+{
+    QCoreApplication::setOrganizationName(platform::organisation_name);
+    QCoreApplication::setApplicationName(platform::application_name);
+    QCoreApplication::setApplicationVersion(platform::application_version);
+}
+
+/// \return whether the store is ready.
+bool open_store(data::TallyDb &db)
+{
+    try {
+        db.init_schema();
+        const auto mailcache_key = QStringLiteral("mailcache_dir");
+        if (!db.get_setting(mailcache_key))
+            db.set_setting(mailcache_key, platform::default_mailcache_dir());
+        return true;
+    } catch (const std::exception &failure) {
+        platform::ProcessLog::line(
+            QStringLiteral("init_schema failed: %1").arg(QString::fromLocal8Bit(failure.what())));
+        return false;
+    }
+}
+
+void greet(ui::MainWindow &window, const data::TallyDb &db)
+{
+    try {
+        if (const int battles = db.chain_file_count(); battles >= 1)
+            window.statusBar()->showMessage(QStringLiteral("DB contains %1 battles.").arg(battles),
+                                            5'000);
+    } catch (const std::exception &) {
+        // Only a greeting is lost.
+    }
+}
+
+} // namespace
+
+int run_graphical(int argc, char *argv[])
+{
+    if (!may_run(argc, argv))
+        return 0;
+
+    platform::prefer_x11_platform();
+    QApplication application(argc, argv);
+    name_application();
+    const InterruptWatch interrupts(nullptr);
+    QApplication::setWindowIcon(ui::logo());
+    platform::ensure_data_dirs();
+    const platform::ProcessLog log(
+        {.path = platform::log_path(), .run_line = platform::start_line(platform::db_path())});
+
+    data::TallyDb db(platform::db_path());
+    if (!open_store(db))
+        return 1;
+    const QString theme = ui::stored_setting(db, QStringLiteral("theme"), ui::theme_name(0));
+    ui::apply_to_app(&application, ui::theme_from_name(theme));
+
+    ui::MainWindow window(&db);
+    QObject::connect(&interrupts, &InterruptWatch::interrupted, &window, [&window] {
+        window.request_exit();
+        QCoreApplication::quit();
+    });
+    const KnockListener listener(knock_name(), nullptr);
+    QObject::connect(&listener, &KnockListener::knocked, &window, &ui::MainWindow::bring_to_front);
+    window.show();
+    greet(window, db);
+    warn_without_webp(QImageReader::supportedImageFormats());
+    QTimer::singleShot(0, &window, &ui::MainWindow::run_post_startup);
+    clear_rollback_marker_when_healthy(rollback_marker_path(), &application);
+    const int result = QApplication::exec();
+    end_process_within(ui::WindowSetup().exit_deadline);
+    return result;
+}
+
+} // namespace tally::app

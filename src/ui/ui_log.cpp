@@ -1,7 +1,0 @@
-#include "ui_log.h"
-
-namespace tally::ui {
-
-Q_LOGGING_CATEGORY(log_ui, "tally.ui")
-
-} // namespace tally::ui

@@ -1,2 +1,0 @@
-// Must not compile: the floor below cannot see the store.
-#include "store/tally_db.h"
