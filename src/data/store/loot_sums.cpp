@@ -1,19 +1,50 @@
 #include "data/store/loot_sums.h"
 
 #include "data/master/master_cache.h"
+#include "data/store/remembered.h"
+#include "data/store/sql_conditions.h"
 #include "data/store/sql_values.h"
 
 #include <cmath>
 
 namespace tally::data {
 
-std::vector<LootSum> read_loot_sums(QSqlQuery &rows)
+namespace {
+
+struct LootOfFights {
+    std::vector<LootSum> sums;
+    int fights = 0;
+};
+
+std::vector<LootSum> loot_sums(const StoreConnection &store, const QString &sql,
+                               const QVariantList &params)
 {
     std::vector<LootSum> sums;
+    auto rows = store.exec(sql, params);
     while (rows.next())
         sums.push_back({number_in(rows.value(0)), number_in(rows.value(1)),
                         rows.value(2).toDouble(), rows.value(3).toLongLong()});
     return sums;
+}
+
+} // namespace
+
+std::vector<LootStat> remembered_loot(const StoreConnection &store, const QString &sql,
+                                      const QString &count, const SqlConditions &conditions,
+                                      int *fights)
+{
+    const QString text = sql.arg(conditions.sql());
+    const auto compute = [&] {
+        LootOfFights loot{loot_sums(store, text, conditions.params), 0};
+        if (fights)
+            loot.fights = store.single_int(count.arg(conditions.sql()), conditions.params);
+        return loot;
+    };
+    const auto loot = remembered<LootOfFights>(
+        store, fights ? text + QStringLiteral(" and fights") : text, conditions.params, compute);
+    if (fights)
+        *fights = loot.fights;
+    return with_item_facts(loot.sums);
 }
 
 std::vector<LootStat> with_item_facts(const std::vector<LootSum> &sums)

@@ -1,4 +1,7 @@
-#include "data/store/tally_db.h"
+#include "data/store/migrations.h"
+
+#include "data/store/store_backup.h"
+#include "data/store/store_connection.h"
 
 #include <utility>
 
@@ -77,34 +80,17 @@ constexpr AddedColumn added_columns[] = {
 
 } // namespace
 
-bool TallyDb::table_exists(const QSqlDatabase &db, const QString &table)
+bool migrate_structure(const StoreConnection &store, double now)
 {
-    return exec_prepared(
-               db, QStringLiteral("SELECT name FROM sqlite_master WHERE type='table' AND name=?"),
-               {table})
-        .next();
-}
-
-QSet<QString> TallyDb::table_columns(const QSqlDatabase &db, const QString &table)
-{
-    QStringList columns;
-    auto rows = exec_prepared(db, QStringLiteral("PRAGMA table_info(%1)").arg(table));
-    while (rows.next())
-        columns += rows.value(1).toString();
-    return {columns.begin(), columns.end()};
-}
-
-bool TallyDb::migrate_structure(const QSqlDatabase &db) const
-{
-    const auto lacks = [&db](const QString &table, const QString &column) {
-        return table_exists(db, table) && !table_columns(db, table).contains(column);
+    const auto lacks = [&store](const QString &table, const QString &column) {
+        return store.table_exists(table) && !store.table_columns(table).contains(column);
     };
     bool dropped = false;
     const auto drop = [&](const QString &table) {
         // The mails of dropped rows may have left the game's folder since.
         if (!std::exchange(dropped, true))
-            back_up(db, clock_());
-        exec_prepared(db, QStringLiteral("DROP TABLE IF EXISTS %1").arg(table));
+            back_up(store, now);
+        store.exec(QStringLiteral("DROP TABLE IF EXISTS %1").arg(table));
     };
     if (lacks(QStringLiteral("reports"), QStringLiteral("round_no"))) {
         drop(QStringLiteral("loot"));
@@ -114,33 +100,32 @@ bool TallyDb::migrate_structure(const QSqlDatabase &db) const
         drop(QStringLiteral("field_reports"));
     if (lacks(QStringLiteral("field_reports"), QStringLiteral("tour_id"))) {
         drop(QStringLiteral("field_reports"));
-        if (table_exists(db, QStringLiteral("settings")))
-            exec_prepared(db,
-                          QStringLiteral("DELETE FROM settings WHERE key='npc_migration_v4_done'"));
+        if (store.table_exists(QStringLiteral("settings")))
+            store.exec(QStringLiteral("DELETE FROM settings WHERE key='npc_migration_v4_done'"));
     }
     return dropped;
 }
 
-void TallyDb::add_missing_columns(const QSqlDatabase &db)
+void add_missing_columns(const StoreConnection &store)
 {
     for (const auto &[table_text, column_text, type_text] : added_columns) {
         const auto table = QString::fromLatin1(table_text);
         const auto column = QString::fromLatin1(column_text);
-        const auto columns = table_columns(db, table);
+        const auto columns = store.table_columns(table);
         if (columns.isEmpty() || columns.contains(column))
             continue;
-        exec_prepared(db, QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3")
-                              .arg(table, column, QLatin1StringView(type_text)));
+        store.exec(QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3")
+                       .arg(table, column, QLatin1StringView(type_text)));
     }
 }
 
-void TallyDb::create_late_indexes(const QSqlDatabase &db)
+void create_late_indexes(const StoreConnection &store)
 {
-    const auto run = [&db](const QString &sql) {
-        exec_prepared(db, sql);
+    const auto run = [&store](const QString &sql) {
+        store.exec(sql);
     };
-    run(QStringLiteral(
-        "CREATE INDEX IF NOT EXISTS idx_reports_heros ON reports(hero_id_1, hero_id_2)"));
+    run(QStringLiteral("CREATE INDEX IF NOT EXISTS idx_reports_heros ON "
+                       "reports(hero_id_1, hero_id_2)"));
     run(QStringLiteral("CREATE INDEX IF NOT EXISTS idx_reports_ctid  ON reports(npc_ctid)"));
     // The time of a chain, by which forts look for it.
     run(QStringLiteral("CREATE INDEX IF NOT EXISTS idx_reports_chain_time "
@@ -156,14 +141,14 @@ void TallyDb::create_late_indexes(const QSqlDatabase &db)
                        "ON fort_reports(battle_file_name)"));
 }
 
-void TallyDb::backfill_fort_flags(const QSqlDatabase &db)
+void backfill_fort_flags(const StoreConnection &store)
 {
-    exec_prepared(db, QStringLiteral(R"sql(
+    store.exec(QStringLiteral(R"sql(
         UPDATE reports SET is_fort_round = 1
         WHERE COALESCE(is_fort_round, 0) = 0
           AND damage_dealt IS NOT NULL
           AND damage_dealt >= 1500000)sql"));
-    exec_prepared(db, QStringLiteral(R"sql(
+    store.exec(QStringLiteral(R"sql(
         UPDATE reports SET is_free_ap = 1
         WHERE COALESCE(is_free_ap, 0) = 0
           AND COALESCE(is_fort_round, 0) = 0
@@ -172,8 +157,9 @@ void TallyDb::backfill_fort_flags(const QSqlDatabase &db)
             WHERE COALESCE(is_fort_round, 0) = 1))sql"));
 }
 
-void TallyDb::refresh_statistics(const QSqlDatabase &db)
+void refresh_statistics(const StoreConnection &store)
 {
+    const QSqlDatabase db = store.connection();
     const auto has_row = [&db](const QString &sql) {
         QSqlQuery query(db);
         return query.exec(sql) && query.next();

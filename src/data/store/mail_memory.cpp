@@ -1,4 +1,6 @@
-#include "data/store/tally_db.h"
+#include "data/store/mail_memory.h"
+
+#include "data/store/store_connection.h"
 
 #include "platform/identity.h"
 
@@ -40,16 +42,41 @@ const QString version = platform::application_version;
 
 } // namespace
 
-StoredKinds TallyDb::stored_kinds(const QString &file_name) const
+bool report_exists(const StoreConnection &store, const QString &file_name)
 {
-    return known_mail(file_name, {}).stored;
+    return store.any_row(QStringLiteral("SELECT 1 FROM reports WHERE file_name = ? LIMIT 1"),
+                         {file_name});
+}
+
+bool field_report_exists(const StoreConnection &store, const QString &file_name)
+{
+    return store.any_row(QStringLiteral("SELECT 1 FROM field_reports WHERE file_name = ? LIMIT 1"),
+                         {file_name});
+}
+
+bool trial_report_exists(const StoreConnection &store, const QString &file_name)
+{
+    return store.any_row(QStringLiteral("SELECT 1 FROM trial_reports WHERE file_name = ? LIMIT 1"),
+                         {file_name});
+}
+
+bool fort_report_exists(const StoreConnection &store, const QString &file_name)
+{
+    return store.any_row(QStringLiteral("SELECT 1 FROM fort_reports WHERE file_name = ? LIMIT 1"),
+                         {file_name});
+}
+
+StoredKinds stored_kinds(const StoreConnection &store, const QString &file_name)
+{
+    return known_mail(store, file_name, {}).stored;
 }
 
 // One statement, for each takes and gives back the lock of the file, which costs more than all the
 // rest of an import of mails that are stored.
-KnownMail TallyDb::known_mail(const QString &file_name, const platform::FileStamp &stamp) const
+KnownMail known_mail(const StoreConnection &store, const QString &file_name,
+                     const platform::FileStamp &stamp)
 {
-    auto statement = kept(QStringLiteral(R"sql(
+    auto statement = store.kept(QStringLiteral(R"sql(
         SELECT EXISTS(SELECT 1 FROM reports WHERE file_name = ?),
                EXISTS(SELECT 1 FROM field_reports WHERE file_name = ?),
                EXISTS(SELECT 1 FROM trial_reports WHERE file_name = ?),
@@ -69,11 +96,12 @@ KnownMail TallyDb::known_mail(const QString &file_name, const platform::FileStam
     return known;
 }
 
-void TallyDb::note_examined(const std::vector<ExaminedMail> &mails)
+void note_examined(const StoreConnection &store, const std::vector<ExaminedMail> &mails)
 {
-    const QMutexLocker lock(&write_mutex_);
-    Transaction transaction(connection());
-    auto insert = kept(QStringLiteral("INSERT OR REPLACE INTO examined_mails VALUES (?,?,?,?,?)"));
+    const QMutexLocker lock(&store.write_mutex());
+    Transaction transaction(store.connection());
+    auto insert =
+        store.kept(QStringLiteral("INSERT OR REPLACE INTO examined_mails VALUES (?,?,?,?,?)"));
     for (const ExaminedMail &mail : mails)
         insert.exec({mail.file_name, mail.stamp.modified_nanos, mail.stamp.size,
                      bits_of(mail.kinds), version});
