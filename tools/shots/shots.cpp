@@ -6,6 +6,7 @@
 #include "ui/about.h"
 #include "ui/loading_splash.h"
 #include "ui/logo.h"
+#include "queries/store_queries.h"
 #include "ui/main_window.h"
 #include "ui/parts/theme.h"
 #include "ui/report_tabs.h"
@@ -109,7 +110,8 @@ void take_all(const Album &album, tools::SampleStore &store)
     setup.clock = [] {
         return tools::SampleStore::end;
     };
-    ui::MainWindow window(&store.db(), nullptr, setup);
+    queries::StoreQueries queries(store.db());
+    ui::MainWindow window(&store.db(), &queries, nullptr, setup);
     window.show();
     QCoreApplication::processEvents();
     take_pages(album, window);
