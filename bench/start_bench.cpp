@@ -5,10 +5,10 @@
 #include "data/import/tally_watcher.h"
 #include "data/store/tally_db.h"
 #include "figure.h"
+#include "queries/store_queries.h"
 #include "sample_world.h"
 #include "support/plain_connection.h"
 #include "support/x_session.h"
-#include "queries/store_queries.h"
 #include "ui/main_window.h"
 #include "ui/start_up_chain.h"
 

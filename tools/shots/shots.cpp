@@ -1,12 +1,12 @@
 // Pictures of every window in both themes: shots DIR. The scale is that of QT_SCALE_FACTOR.
 
 #include "platform/identity.h"
+#include "queries/store_queries.h"
 #include "round_overview_shot.h"
 #include "sample_store.h"
 #include "ui/about.h"
 #include "ui/loading_splash.h"
 #include "ui/logo.h"
-#include "queries/store_queries.h"
 #include "ui/main_window.h"
 #include "ui/parts/theme.h"
 #include "ui/report_tabs.h"
