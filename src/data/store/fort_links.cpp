@@ -7,6 +7,7 @@
 #include <QMutexLocker>
 
 #include <optional>
+#include <stdexcept>
 #include <vector>
 
 namespace tally::data {
@@ -88,7 +89,11 @@ int link_forts_and_slice(const StoreConnection &store)
         }
         transaction.commit(QStringLiteral("link_fort_to_chains commit failed"));
     }
-    complete_chain_slices(store, chains_at_once);
+    try {
+        complete_chain_slices(store, chains_at_once);
+    } catch (const std::runtime_error &) {
+        // Logged; whoever reads them completes them.
+    }
     return linked;
 }
 

@@ -247,8 +247,6 @@ bool complete_for_reading(const StoreConnection &store)
 {
     constexpr int step = 200;
     try {
-        const ShortPatience patience(store);
-        look_after_derived_schema(store);
         while (complete_chain_slices(store, step) > 0) {
         }
         return true;
@@ -286,6 +284,7 @@ int complete_chain_slices(const StoreConnection &store, int chains)
 {
     if (slices_complete(store))
         return 0;
+    const ShortPatience patience(store);
     look_after_derived_schema(store);
     const QMutexLocker lock(&store.write_mutex());
     Transaction transaction(store.connection());

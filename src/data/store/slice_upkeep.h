@@ -20,7 +20,8 @@ void look_after_derived_schema(const StoreConnection &store);
 bool slices_complete(const StoreConnection &store);
 int stale_chain_count(const StoreConnection &store);
 
-/// Slices up to `chains` stale chains in one transaction. \return how many are left
+/// Slices up to `chains` stale chains in one transaction; fails soon if another program holds the
+/// store, for readers can do without. \return how many are left
 int complete_chain_slices(const StoreConnection &store, int chains);
 
 /// Marks the chains whose rows are not as many as their slices say: the triggers see all changes,
