@@ -15,12 +15,12 @@ struct SchemaObject {
     QString sql; ///< as the database keeps it
 };
 
-struct NamedTable {
+struct Definition {
     const char *name;
-    const char *definition;
+    const char *text;
 };
 
-constexpr NamedTable slice_tables[] = {
+constexpr Definition slice_tables[] = {
     {"chain_slices", R"sql((
   id INTEGER PRIMARY KEY,
   file_name TEXT NOT NULL,
@@ -46,6 +46,11 @@ constexpr NamedTable slice_tables[] = {
   items BLOB NOT NULL /* 1 */
 ))sql"},
     {"stale_chains", "(file_name TEXT PRIMARY KEY NOT NULL) WITHOUT ROWID"},
+};
+
+constexpr Definition slice_indexes[] = {
+    {"idx_slices_file", "chain_slices(file_name, chain_start_time, chain_end_time)"},
+    {"idx_slices_time", "chain_slices(COALESCE(chain_start_time, file_mtime))"},
 };
 
 /// Deletes what is known of a chain the first time that one of its rows changes. `chain` is its
@@ -98,13 +103,10 @@ std::vector<SchemaObject> slice_schema()
                        QStringLiteral("CREATE TABLE report_changes (id INTEGER "
                                       "PRIMARY KEY CHECK (id = 1), "
                                       "count INTEGER NOT NULL)")});
-    objects.push_back({"INDEX", QStringLiteral("idx_slices_file"),
-                       QStringLiteral("CREATE INDEX idx_slices_file "
-                                      "ON chain_slices(file_name, chain_start_time, "
-                                      "chain_end_time)")});
-    objects.push_back({"INDEX", QStringLiteral("idx_slices_time"),
-                       QStringLiteral("CREATE INDEX idx_slices_time "
-                                      "ON chain_slices(COALESCE(chain_start_time, file_mtime))")});
+    for (const auto &[name, definition] : slice_indexes)
+        objects.push_back({"INDEX", QString::fromLatin1(name),
+                           QStringLiteral("CREATE INDEX %1 ON %2")
+                               .arg(QLatin1StringView(name), QLatin1StringView(definition))});
     for (const QString &table : {QStringLiteral("reports"), QStringLiteral("loot")}) {
         for (const auto &[name_text, event, chain, condition] : row_changes) {
             const auto with_table = [&table](const char *text) {
@@ -184,6 +186,9 @@ QStringList slice_tables_in(const QString &schema)
     QStringList statements;
     for (const auto &[name, definition] : slice_tables)
         statements << QStringLiteral("CREATE TABLE %1.%2 %3")
+                          .arg(schema, QLatin1StringView(name), QLatin1StringView(definition));
+    for (const auto &[name, definition] : slice_indexes)
+        statements << QStringLiteral("CREATE INDEX %1.%2 ON %3")
                           .arg(schema, QLatin1StringView(name), QLatin1StringView(definition));
     return statements;
 }

@@ -20,7 +20,7 @@ bool has_derived_schema(const StoreConnection &store);
 /// counting of the reports of other kinds. To be called in a write transaction.
 void make_derived_schema(const StoreConnection &store);
 
-/// The statements that make the slices' tables in the database `schema`.
+/// The statements that make the slices' tables, with their indexes, in the database `schema`.
 QStringList slice_tables_in(const QString &schema);
 
 } // namespace tally::data
