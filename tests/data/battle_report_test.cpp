@@ -1,7 +1,9 @@
 #include "data/mail/battle_report.h"
 
+#include "data/mail/mail_value.h"
 #include "data/master/master_cache.h"
 #include "mail_encoder.h"
+#include "support/hostile_mails.h"
 #include "support/print_qt.h"
 
 #include <gmock/gmock.h>
@@ -228,6 +230,31 @@ TEST(ReadLoot, EntriesMayLackAnythingButABrokenOneEndsTheList)
     EXPECT_TRUE(read_loot(map(entry(1.0, number(5))), 0).empty());
     EXPECT_TRUE(read_loot("", 0).empty());
     EXPECT_TRUE(read_loot(map(), -1).empty());
+}
+
+TEST_F(BattleReportTest, RoundsMayShareTheirLootUpToBoundsThatNoMailReaches)
+{
+    const auto report = battle_in(test::chain_of_shared_loot(100));
+    ASSERT_TRUE(report);
+    qsizetype entries = 0;
+    for (const BattleRound &round : report->rounds)
+        entries += static_cast<qsizetype>(round.loot.size());
+    EXPECT_EQ(entries, 99 * 100 / 2) << "each round has the loot of all that follow";
+
+    const std::pair<QByteArray, const char *> oversized[] = {
+        {test::chain_of_shared_loot(1'500), "more than 1000000 loot entries"},
+        {test::chain_of_shared_loot(5'000), "more than 4096 loot entries in a round"},
+        {test::chain_of_endless_entries(100), "more than 64 numbers in a loot entry"},
+        {test::chain_of_rounds(100'001), "more than 100000 rounds"},
+    };
+    for (const auto &[mail, reason] : oversized) {
+        try {
+            battle_in(mail);
+            ADD_FAILURE() << "is read, and should have " << reason;
+        } catch (const data::OversizedMail &refusal) {
+            EXPECT_STREQ(refusal.what(), reason);
+        }
+    }
 }
 
 TEST_F(BattleReportTest, ResultAndTimeAreFoundInTheTree)

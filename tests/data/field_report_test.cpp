@@ -1,7 +1,9 @@
 #include "data/mail/field_report.h"
 
 #include "data/mail/hero_texts.h"
+#include "data/mail/mail_value.h"
 #include "mail_encoder.h"
+#include "support/hostile_mails.h"
 #include "support/hostile_numbers.h"
 #include "support/print_qt.h"
 
@@ -222,6 +224,16 @@ TEST(FieldReport, TimeAndTourHaveFallbacks)
         field(two_attacks, entry("Ets", number(7)) + self_char(entry("CTK", number(8))), id));
     EXPECT_EQ(column_of(with, u"email_time"_s), QVariantList({7.0, 7.0}));
     EXPECT_EQ(column_of(with, u"tour_id"_s), QVariantList({8.0, 8.0}));
+}
+
+TEST(FieldReport, MoreThanAnyMailHoldsIsRefused)
+{
+    EXPECT_EQ(rows_of(test::field_of_attacks(100, 1'000)).size(), 100);
+    EXPECT_THROW(field_in(test::field_of_attacks(data::max_attacks + 1, 0)), data::OversizedMail);
+    EXPECT_THROW(field_in(test::field_of_attacks(17, 1'000'000)), data::OversizedMail)
+        << "each row repeats the player's name";
+    EXPECT_TRUE(field_in(test::field_of_buffs(data::max_buffs_of_hero)));
+    EXPECT_THROW(field_in(test::field_of_buffs(data::max_buffs_of_hero + 1)), data::OversizedMail);
 }
 
 TEST(FieldReport, MailCutAnywhereIsNoReport)

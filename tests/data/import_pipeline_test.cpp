@@ -2,6 +2,7 @@
 
 #include "mail_encoder.h"
 #include "platform/files/exact_files.h"
+#include "support/hostile_mails.h"
 #include "support/plain_connection.h"
 #include "support/small_mails.h"
 #include "support/temp_mails.h"
@@ -96,6 +97,24 @@ TEST(ImportFile, TakesOnlyWholeReportsThatShowWhereTheirKindDoes)
         EXPECT_EQ(import_file(mails.add(name, content), {}, store.db), is_field_fight) << number;
         EXPECT_EQ(store.db.field_report_exists(name), is_field_fight) << number;
     }
+}
+
+TEST(ImportDir, NamesAMailBeyondAllBoundsOnceAndGoesOn)
+{
+    const TempMails mails;
+    TempStore store;
+    static QStringList lines;
+    lines.clear();
+    const auto log_before = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext &, const QString &line) { lines << line; });
+    mails.add(u"Persistent.Mail.1"_s, test::chain_of_shared_loot(5'000), chain_start);
+    mails.add(u"Persistent.Mail.2"_s, chain_mail(), chain_start);
+    EXPECT_EQ(import(mails, store.db).imported, 1);
+    import(mails, store.db);
+    qInstallMessageHandler(log_before);
+    const QString refusal = u"passed over \"Persistent.Mail.1\" because it has more than 4096 loot "
+                            "entries in a round"_s;
+    EXPECT_EQ(lines.count(refusal), 1) << lines.join(u'\n').toStdString();
 }
 
 TEST(ImportDir, TakesMailFilesOnlyAndCallsBackEvery200FilesAndAtTheEnd)

@@ -6,6 +6,7 @@
 #include "data/mail/field_report.h"
 #include "data/mail/fort_report.h"
 #include "data/mail/key_marker.h"
+#include "data/mail/refusal.h"
 #include "data/mail/trial_report.h"
 #include "data/store/tally_db.h"
 #include "platform/files/exact_files.h"
@@ -120,6 +121,8 @@ Examination examine(MailFile &mail, const StoredKinds &known, TallyDb &db)
         try {
             if (stage.looks_right(mail) && stage.store(mail, db))
                 result.stored.*stage.is_stored = result.is_new = true;
+        } catch (const OversizedMail &refusal) {
+            log_refusal(mail.name(), refusal); // and it will not shrink: no failure to try again
         } catch (const std::exception &) {
             result.failed = true;
         }

@@ -3,8 +3,8 @@
 #include "data/mail/battle_rounds.h"
 #include "data/mail/key_marker.h"
 #include "data/mail/mail_value.h"
+#include "data/mail/refusal.h"
 #include "data/master/master_cache.h"
-#include "platform/files/exact_files.h"
 
 #include <QVariant>
 
@@ -151,18 +151,35 @@ bool is_square_rally(QByteArrayView mail)
     });
 }
 
-std::optional<BattleReport> battle_of(QByteArrayView mail)
+/// What the tree tells. It is not kept while the rounds are read, for both can be large.
+struct TreeFacts {
+    std::optional<double> level;
+    std::optional<double> result;
+    std::optional<double> time;
+};
+
+std::optional<TreeFacts> tree_facts(QByteArrayView mail)
 {
     const QVariantMap root = parse_bytes(mail);
     if (find_first(root, QStringLiteral("type")).toString() != u"Battle")
+        return std::nullopt;
+    return TreeFacts{.level = number_of(root.value(QStringLiteral("level"))),
+                     .result = number_of(find_first(root, QStringLiteral("result"))),
+                     .time = number_of(find_first(root, QStringLiteral("time")))};
+}
+
+std::optional<BattleReport> battle_of(QByteArrayView mail)
+{
+    const auto facts = tree_facts(mail);
+    if (!facts)
         return std::nullopt;
     BattleReport report;
     report.rounds = read_battle_rounds(mail);
     if (report.rounds.empty())
         return std::nullopt;
-    complete_rounds(report.rounds, number_of(root.value(QStringLiteral("level"))));
-    report.result = number_of(find_first(root, QStringLiteral("result")));
-    report.report_time = number_of(find_first(root, QStringLiteral("time")));
+    complete_rounds(report.rounds, facts->level);
+    report.result = facts->result;
+    report.report_time = facts->time;
     read_chain_times(report, mail);
     read_player(report, mail);
     report.is_square_rally = is_square_rally(mail);
@@ -176,16 +193,12 @@ std::optional<BattleReport> parse_battle(QByteArrayView mail)
     static const QByteArray npc_type_key = key_marker("NpcType");
     if (!holds(mail, npc_type_key))
         return std::nullopt;
-    try {
-        return battle_of(mail);
-    } catch (const std::exception &) {
-        return std::nullopt;
-    }
+    return unless_damaged([&] { return battle_of(mail); });
 }
 
 std::optional<BattleReport> parse_battle(const QString &path)
 {
-    return parse_battle(QByteArrayView(platform::read_file(path)));
+    return report_in_file(path, [](QByteArrayView mail) { return parse_battle(mail); });
 }
 
 } // namespace tally::data

@@ -1,5 +1,6 @@
 #include "data/mail/hero_texts.h"
 
+#include "data/mail/mail_value.h"
 #include "data/mail/tree_reading.h"
 
 #include <QMap>
@@ -15,7 +16,7 @@ const QString separator = QStringLiteral("; ");
 /// id, "_" and a number adds nothing.
 void add_buffs(QMap<QString, double> &strength_by_buff, const QString &buffs)
 {
-    for (const QStringView part : QStringView(buffs).split(u';')) {
+    for (const QStringView part : QStringView(buffs).tokenize(u';')) {
         const qsizetype underscore = part.indexOf(u'_');
         if (underscore < 0)
             continue;
@@ -25,6 +26,9 @@ void add_buffs(QMap<QString, double> &strength_by_buff, const QString &buffs)
         const double strength = part.sliced(underscore + 1).toDouble(&is_strength);
         if (is_id && is_strength)
             strength_by_buff[QStringLiteral("buff%1").arg(id)] += strength;
+        if (strength_by_buff.size() > max_buffs_of_hero)
+            throw OversizedMail(
+                QStringLiteral("more than %1 buffs of a hero").arg(max_buffs_of_hero));
     }
 }
 
