@@ -272,6 +272,7 @@ TEST(HeroTexts, BuffsAreSummedOverAllSlots)
     EXPECT_EQ(buffs({u"7_0.05"_s, u""_s, u"7_0.1;2_1"_s}), u"buff2: 100.0%; buff7: 15.0%");
     EXPECT_EQ(buffs({u"10_0.1;2_0.1"_s}), u"buff10: 10.0%; buff2: 10.0%");
     EXPECT_EQ(buffs({u"x_1;_1;5;6_;6_x;6_1_2;;_;3000000000_1;7_0.05"_s}), u"buff7: 5.0%");
+    EXPECT_EQ(buffs({u"7_9e300"_s}), u"buff7: %1%"_s.arg(QString::number(9e302, 'f', 1)));
     EXPECT_EQ(data::format_buffs(u"7_0.05"_s), u"");
 }
 

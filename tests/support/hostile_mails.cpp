@@ -115,7 +115,7 @@ QByteArray largest_chain(qsizetype size)
     const QByteArray loot =
         kill_loot(joined(sharing, 90, [](int i) { return nested_round(i, true); }));
     QByteArray mail = battle(one_fight() + largest_tree(most_values),
-                             loot + joined(all_rounds - sharing, 80, round));
+                             loot + joined(all_rounds - sharing - 1, 80, round));
     return mail += repeated(entry("Ets", number(1)), size - mail.size());
 }
 
@@ -228,10 +228,6 @@ std::span<const HostileMail> hostile_mails()
         {"buffs",
          [](qsizetype size) {
              return padded(field_of_buffs(10'000), size);
-         }},
-        {"more buffs",
-         [](qsizetype size) {
-             return padded(field_of_buffs(600'000), size);
          }},
         {"loot of bosses",
          [](qsizetype size) {

@@ -6,6 +6,9 @@
 #include <QMap>
 
 #include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
 
 namespace tally::data {
 namespace {
@@ -30,6 +33,17 @@ void add_buffs(QMap<QString, double> &strength_by_buff, const QString &buffs)
             throw OversizedMail(
                 QStringLiteral("more than %1 buffs of a hero").arg(max_buffs_of_hero));
     }
+}
+
+QString percent_text(double percent)
+{
+    if (!std::isfinite(percent) || std::abs(percent) < 1e15)
+        return QString::number(percent, 'f', 1);
+    // Qt takes a thousand times as long for numbers of hundreds of digits.
+    std::array<char, 400> digits;
+    const auto end = std::to_chars(digits.begin(), digits.end(), percent,
+                                   std::chars_format::fixed, 1).ptr;
+    return QString::fromLatin1(digits.data(), end - digits.data());
 }
 
 /// Slot numbers in their order, before slots whose keys are no numbers in the order of their texts.
@@ -73,7 +87,7 @@ QString format_buffs(const QVariant &slots_by_key)
         add_buffs(strength_by_buff, text_of(slot.toMap(), u"Buffs"));
     QStringList buffs;
     for (auto it = strength_by_buff.cbegin(); it != strength_by_buff.cend(); ++it)
-        buffs += QStringLiteral("%1: %2%").arg(it.key(), QString::number(it.value() * 100, 'f', 1));
+        buffs += QStringLiteral("%1: %2%").arg(it.key(), percent_text(it.value() * 100));
     return buffs.join(separator);
 }
 
