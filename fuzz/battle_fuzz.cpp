@@ -16,7 +16,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArrayView mail = fuzz::input_of(data, size);
     const auto battle_in = [](QByteArrayView bytes) {
-        return data::parse_battle(bytes);
+        return data::parse_battle(bytes, [](double) { return std::optional<int>(); });
     };
     if (const auto report = fuzz::found_by(battle_in, mail)) {
         fuzz::require(!report->rounds.empty());

@@ -1,5 +1,6 @@
 #include "data/import/import_pipeline.h"
 
+#include "data/import/battle_file.h"
 #include "data/import/examined_mails.h"
 #include "data/import/mail_file.h"
 #include "data/mail/battle_report.h"
@@ -49,7 +50,7 @@ struct Stage {
 
 bool store_battle(MailFile &mail, TallyDb &db)
 {
-    const auto report = parse_battle(mail.all());
+    const auto report = parse_battle(mail.all(), known_level);
     if (!report || report->rounds.empty())
         return false;
     db.insert_report(mail.name(), *report, mail.modified());

@@ -4,7 +4,6 @@
 #include "data/mail/key_marker.h"
 #include "data/mail/mail_value.h"
 #include "data/mail/refusal.h"
-#include "data/master/master_cache.h"
 
 #include <QVariant>
 
@@ -63,17 +62,19 @@ std::optional<double> number_of(const QVariant &value)
     return ok ? std::optional(number) : std::nullopt;
 }
 
-std::optional<double> level_of(const BattleRound &round, std::optional<double> mail_level)
+std::optional<double> level_in(const BattleRound &round, std::optional<double> mail_level,
+                               const LevelOf &level_of)
 {
     if (!round.npc_type)
         return mail_level;
     if (*round.npc_type >= first_leveled_type && *round.npc_type <= last_leveled_type)
         return *round.npc_type - type_of_level_zero;
-    const auto level = MasterCache::instance().barb(round.npc_type).level;
+    const auto level = level_of(*round.npc_type);
     return level ? std::optional<double>(*level) : mail_level;
 }
 
-void complete_rounds(std::vector<BattleRound> &rounds, std::optional<double> mail_level)
+void complete_rounds(std::vector<BattleRound> &rounds, std::optional<double> mail_level,
+                     const LevelOf &level_of)
 {
     const auto with_btype =
         std::find_if(rounds.begin(), rounds.end(),
@@ -83,7 +84,7 @@ void complete_rounds(std::vector<BattleRound> &rounds, std::optional<double> mai
         if (!round.npc_btype)
             round.npc_btype = btype;
         if (!round.level)
-            round.level = level_of(round, mail_level);
+            round.level = level_in(round, mail_level, level_of);
     }
 }
 
@@ -168,7 +169,7 @@ std::optional<TreeFacts> tree_facts(QByteArrayView mail)
                      .time = number_of(find_first(root, QStringLiteral("time")))};
 }
 
-std::optional<BattleReport> battle_of(QByteArrayView mail)
+std::optional<BattleReport> battle_of(QByteArrayView mail, const LevelOf &level_of)
 {
     const auto facts = tree_facts(mail);
     if (!facts)
@@ -177,7 +178,7 @@ std::optional<BattleReport> battle_of(QByteArrayView mail)
     report.rounds = read_battle_rounds(mail);
     if (report.rounds.empty())
         return std::nullopt;
-    complete_rounds(report.rounds, facts->level);
+    complete_rounds(report.rounds, facts->level, level_of);
     report.result = facts->result;
     report.report_time = facts->time;
     read_chain_times(report, mail);
@@ -188,17 +189,12 @@ std::optional<BattleReport> battle_of(QByteArrayView mail)
 
 } // namespace
 
-std::optional<BattleReport> parse_battle(QByteArrayView mail)
+std::optional<BattleReport> parse_battle(QByteArrayView mail, const LevelOf &level_of)
 {
     static const QByteArray npc_type_key = key_marker("NpcType");
     if (!holds(mail, npc_type_key))
         return std::nullopt;
-    return unless_damaged([&] { return battle_of(mail); });
-}
-
-std::optional<BattleReport> parse_battle(const QString &path)
-{
-    return report_in_file(path, [](QByteArrayView mail) { return parse_battle(mail); });
+    return unless_damaged([&] { return battle_of(mail, level_of); });
 }
 
 } // namespace tally::data

@@ -5,6 +5,7 @@
 #include <QByteArrayView>
 #include <QString>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -41,12 +42,14 @@ struct BattleReport {
     std::vector<BattleRound> rounds; ///< sorted: largest `ets` first
 };
 
-/// Rebuilds the chain from the raw bytes of one mail file.
+/// The level of a barbarian by its type, as far as it is known.
+using LevelOf = std::function<std::optional<int>(double npc_type)>;
+
+/// Rebuilds the chain from the raw bytes of one mail file. Types whose level the game does not fix
+/// are looked up with `level_of`.
 /// \return nothing if the bytes are no usable battle mail
 /// \throws OversizedMail beyond the bounds of a mail, and nothing else on bad input
-std::optional<BattleReport> parse_battle(QByteArrayView mail);
-/// The same for a file; one that cannot be read counts as empty.
-std::optional<BattleReport> parse_battle(const QString &path);
+std::optional<BattleReport> parse_battle(QByteArrayView mail, const LevelOf &level_of);
 
 /// Bounds that no mail of the game comes near. Rounds may share the bytes of their loot, so that
 /// without them a small file could stand for any number of entries.

@@ -2,6 +2,7 @@
 
 #include "data/mail/key_marker.h"
 #include "data/mail/map_shapes.h"
+#include "data/values/numbers.h"
 
 #include <QMetaType>
 #include <QVariantList>
@@ -27,20 +28,13 @@ constexpr quint32 max_text_length = 10'000'000;
 /// The root map's tag and its first key, "mailScene".
 constexpr QByteArrayView root_marker("\x05\x04\x09\0\0\0mailScene", 15);
 
-QString text_of_number(double key)
-{
-    if (std::isfinite(key) && key == std::floor(key) && std::abs(key) < 1e15)
-        return QString::number(static_cast<qint64>(key));
-    return QString::number(key, 'g', 15);
-}
-
 QString text_of_key(QByteArrayView encoded)
 {
     switch (encoded.front()) {
     case small_tag:
         return QString::number(static_cast<uchar>(encoded[1]));
     case number_tag:
-        return text_of_number(qFromBigEndian<double>(encoded.data() + 1));
+        return id_text(qFromBigEndian<double>(encoded.data() + 1));
     default:
         return QString::fromUtf8(encoded.sliced(5));
     }
