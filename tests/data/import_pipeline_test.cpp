@@ -222,10 +222,10 @@ TEST(ImportFile, TakesLevelsFromTheReferenceTables)
     auto &tables = MasterCache::instance();
     ASSERT_TRUE(tables.load_json(u"barbs"_s, R"({"types": [
         {"npc_type_min": 7, "npc_type_max": 7, "name": "Seven", "level_offset": 10}]})"));
-    const QString path = mails.add(u"Persistent.Mail.1"_s,
-                                   sample::mail(entry("type", text("Battle")) +
-                                                entry("NpcType", number(7)) +
-                                                entry("NpcKillLoot", loot_map())));
+    const QString path =
+        mails.add(u"Persistent.Mail.1"_s,
+                  sample::mail(entry("type", text("Battle")) + entry("NpcType", number(7)) +
+                               entry("NpcKillLoot", loot_map())));
     const auto report = parse_battle(path);
     import_file(path, {}, store.db);
     tables.clear();

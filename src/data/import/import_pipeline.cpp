@@ -100,8 +100,7 @@ constexpr Stage stages[] = {
      },
      store_battle},
     {ReportKind::field, looks_like_field, store_field},
-    {ReportKind::trial, [](MailFile &mail) { return holds(mail.head(), trial_word); },
-     store_trial},
+    {ReportKind::trial, [](MailFile &mail) { return holds(mail.head(), trial_word); }, store_trial},
     {ReportKind::fort, [](MailFile &mail) { return holds(mail.head(), fort_word); }, store_fort},
 };
 static_assert(covers_report_kinds(stages));

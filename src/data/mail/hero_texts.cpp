@@ -41,8 +41,8 @@ QString percent_text(double percent)
         return QString::number(percent, 'f', 1);
     // Qt takes a thousand times as long for numbers of hundreds of digits.
     std::array<char, 400> digits;
-    const auto end = std::to_chars(digits.begin(), digits.end(), percent,
-                                   std::chars_format::fixed, 1).ptr;
+    const auto end =
+        std::to_chars(digits.begin(), digits.end(), percent, std::chars_format::fixed, 1).ptr;
     return QString::fromLatin1(digits.data(), end - digits.data());
 }
 

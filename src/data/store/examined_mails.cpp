@@ -43,8 +43,7 @@ KnownMail TallyDb::known_mail(const QString &file_name, const platform::FileStam
     auto statement = kept(sql);
     QSqlQuery &row = statement.exec(params);
     row.next();
-    KnownMail known{.stored = ReportKinds(row.value(0).toInt()),
-                    .examined = {}};
+    KnownMail known{.stored = ReportKinds(row.value(0).toInt()), .examined = {}};
     if (const QVariant examined = row.value(1); !examined.isNull())
         known.examined = ReportKinds(examined.toInt());
     return known;
@@ -56,8 +55,8 @@ void TallyDb::note_examined(const std::vector<ExaminedMail> &mails)
     Transaction transaction(connection());
     auto insert = kept(QStringLiteral("INSERT OR REPLACE INTO examined_mails VALUES (?,?,?,?,?)"));
     for (const ExaminedMail &mail : mails)
-        insert.exec({mail.file_name, mail.stamp.modified_nanos, mail.stamp.size,
-                     mail.kinds.sum(), version});
+        insert.exec({mail.file_name, mail.stamp.modified_nanos, mail.stamp.size, mail.kinds.sum(),
+                     version});
     transaction.commit(QStringLiteral("note_examined commit failed"));
 }
 

@@ -25,10 +25,9 @@ inline constexpr auto report_kinds = std::to_array<ReportKindFacts>({
 template <typename Table>
 constexpr bool covers_report_kinds(const Table &table)
 {
-    return std::equal(std::begin(table), std::end(table), report_kinds.begin(), report_kinds.end(),
-                      [](const auto &entry, const ReportKindFacts &facts) {
-                          return entry.kind == facts.kind;
-                      });
+    return std::equal(
+        std::begin(table), std::end(table), report_kinds.begin(), report_kinds.end(),
+        [](const auto &entry, const ReportKindFacts &facts) { return entry.kind == facts.kind; });
 }
 
 /// A set of kinds of report.
