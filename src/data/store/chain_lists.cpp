@@ -1,3 +1,4 @@
+#include "data/master/item_facts.h"
 #include "data/store/loot_sums.h"
 #include "data/store/remembered.h"
 #include "data/store/sql_values.h"

@@ -182,8 +182,8 @@ std::vector<LootStat> TallyDb::loot_stats(double btype, std::optional<double> fr
         return slices_complete() ? sliced_loot_sums(filter.sql, params)
                                  : loot_sums(over_rounds.arg(filter.sql), params);
     };
-    return with_item_facts(remembered<std::vector<LootSum>>(
-        QStringLiteral("loot_stats"), question_params(btype, filter), compute));
+    return loot_stats_of(remembered<std::vector<LootSum>>(QStringLiteral("loot_stats"),
+                                                          question_params(btype, filter), compute));
 }
 
 std::array<int, 24> TallyDb::hourly(double btype, std::optional<double> from,

@@ -21,11 +21,9 @@ struct LootSum {
 std::vector<LootSum> read_loot_sums(QSqlQuery &rows);
 
 /// Adds what the reference tables know about the items at this moment.
-std::vector<LootStat> with_item_facts(const std::vector<LootSum> &sums);
+std::vector<LootStat> loot_stats_of(const std::vector<LootSum> &sums);
 
 /// Reads an item from three columns of a row.
 LootEntry read_loot_entry(const QSqlQuery &row, int first_column = 0);
-/// The same with the facts of the reference tables.
-LootEntry with_item_facts(LootEntry entry);
 
 } // namespace tally::data

@@ -29,7 +29,7 @@ std::vector<LootStat> TallyDb::remembered_loot(const QString &sql, const QString
                                        conditions.params, compute);
     if (fights)
         *fights = loot.fights;
-    return with_item_facts(loot.sums);
+    return loot_stats_of(loot.sums);
 }
 
 } // namespace tally::data
