@@ -1,5 +1,6 @@
 #include "data/store/chain_rounds.h"
 
+#include "data/master/item_facts.h"
 #include "data/store/chain_conditions.h"
 #include "data/store/loot_sums.h"
 #include "data/store/sql_values.h"

@@ -97,7 +97,7 @@ std::optional<BestChain> best_chain(const StoreConnection &store, const ChainQue
 std::vector<LootStat> loot_stats(const StoreConnection &store, const ChainQuestion &question)
 {
     const ChainSqlFilter filter = question_conditions(QStringLiteral("r."), question);
-    return with_item_facts(remembered_of_slices<std::vector<LootSum>>(
+    return loot_stats_of(remembered_of_slices<std::vector<LootSum>>(
         store, QStringLiteral("loot_stats") + filter.sql, filter.params,
         [&] { return sliced_loot_sums(store, filter); }));
 }

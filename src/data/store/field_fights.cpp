@@ -1,5 +1,6 @@
 #include "data/store/field_fights.h"
 
+#include "data/store/field_columns.h"
 #include "data/store/player_rows.h"
 #include "data/store/remembered.h"
 #include "data/store/sql_conditions.h"
@@ -7,6 +8,7 @@
 
 #include <QMutexLocker>
 #include <QSqlRecord>
+#include <QStringList>
 
 namespace tally::data {
 
@@ -35,6 +37,17 @@ SqlConditions field_conditions(const QString &first, int mode, std::optional<dou
     return conditions;
 }
 
+/// All columns but those that only the details of an attack need.
+QString listed_columns()
+{
+    QStringList names;
+    for (const FieldColumn &column : field_columns) {
+        if (column.place == FieldColumn::in_lists)
+            names << QLatin1StringView(column.name);
+    }
+    return names.join(u", ");
+}
+
 QVariantMap row_as_map(const QSqlQuery &row)
 {
     QVariantMap map;
@@ -59,17 +72,12 @@ QVariantList field_attacks(const StoreConnection &store, std::optional<double> f
                               : QStringLiteral("field_reports INDEXED BY idx_field_time");
     QVariantList attacks;
     auto rows = store.exec(QStringLiteral(R"sql(
-        SELECT file_name, attack_id, attack_seq, email_time, end_date, email_id, email_box,
-               email_type, email_role, tour_id, n_attacks, is_kvk, is_rally, my_ct, enemy_ct,
-               enemy_npc_type, enemy_npc_btype, player_id, player_name, alliance_name, my_hid,
-               my_hid2, enemy_id, enemy_name, enemy_alliance, enemy_hid, enemy_hid2,
-               my_kill_score, enemy_kill_score, my_death, enemy_death, my_power, enemy_power,
-               my_bad_hurt, enemy_bad_hurt, my_hurt, enemy_hurt
+        SELECT %3
         FROM %1
         WHERE %2
         ORDER BY email_time DESC, tour_id DESC, attack_seq ASC
         LIMIT ?)sql")
-                               .arg(table, conditions.sql()),
+                               .arg(table, conditions.sql(), listed_columns()),
                            conditions.params + QVariantList{limit});
     while (rows.next())
         attacks << row_as_map(rows);

@@ -27,11 +27,9 @@ std::vector<LootStat> remembered_loot(const StoreConnection &store, const QStrin
                                       int *fights);
 
 /// Adds what the reference tables know about the items at this moment.
-std::vector<LootStat> with_item_facts(const std::vector<LootSum> &sums);
+std::vector<LootStat> loot_stats_of(const std::vector<LootSum> &sums);
 
 /// Reads an item from three columns of a row.
 LootEntry read_loot_entry(const QSqlQuery &row, int first_column = 0);
-/// The same with the facts of the reference tables.
-LootEntry with_item_facts(LootEntry entry);
 
 } // namespace tally::data

@@ -5,40 +5,30 @@
 #include "platform/identity.h"
 
 #include <QMutexLocker>
+#include <QStringList>
 
 namespace tally::data {
 namespace {
 
-struct KindBit {
-    bool StoredKinds::*kind;
-    int bit;
-};
-
-constexpr KindBit kind_bits[] = {
-    {&StoredKinds::battle, 1},
-    {&StoredKinds::field, 2},
-    {&StoredKinds::trial, 4},
-    {&StoredKinds::fort, 8},
-};
-
-int bits_of(const StoredKinds &kinds)
-{
-    int bits = 0;
-    for (const auto &[kind, bit] : kind_bits)
-        bits |= kinds.*kind ? bit : 0;
-    return bits;
-}
-
-StoredKinds kinds_of(int bits)
-{
-    StoredKinds kinds;
-    for (const auto &[kind, bit] : kind_bits)
-        kinds.*kind = (bits & bit) != 0;
-    return kinds;
-}
-
 // Another version may see more in a mail.
 const QString version = platform::application_version;
+
+/// The sum of the kinds that are stored, then that of the kinds that were found. One statement, for
+/// each takes and gives back the lock of the file, which costs more than all the rest of an import
+/// of mails that are stored.
+QString known_mail_sql()
+{
+    QStringList stored;
+    for (const auto &[kind, table] : report_kinds)
+        stored << QStringLiteral("%1 * EXISTS(SELECT 1 FROM %2 WHERE file_name = ?)")
+                      .arg(static_cast<int>(kind))
+                      .arg(QLatin1StringView(table));
+    return QStringLiteral(R"sql(
+        SELECT %1,
+               (SELECT kinds FROM examined_mails
+                WHERE file_name = ? AND modified_nanos = ? AND size = ? AND version = ?))sql")
+        .arg(stored.join(u" + "));
+}
 
 } // namespace
 
@@ -66,33 +56,23 @@ bool fort_report_exists(const StoreConnection &store, const QString &file_name)
                          {file_name});
 }
 
-StoredKinds stored_kinds(const StoreConnection &store, const QString &file_name)
+ReportKinds stored_kinds(const StoreConnection &store, const QString &file_name)
 {
     return known_mail(store, file_name, {}).stored;
 }
 
-// One statement, for each takes and gives back the lock of the file, which costs more than all the
-// rest of an import of mails that are stored.
 KnownMail known_mail(const StoreConnection &store, const QString &file_name,
                      const platform::FileStamp &stamp)
 {
-    auto statement = store.kept(QStringLiteral(R"sql(
-        SELECT EXISTS(SELECT 1 FROM reports WHERE file_name = ?),
-               EXISTS(SELECT 1 FROM field_reports WHERE file_name = ?),
-               EXISTS(SELECT 1 FROM trial_reports WHERE file_name = ?),
-               EXISTS(SELECT 1 FROM fort_reports WHERE file_name = ?),
-               (SELECT kinds FROM examined_mails
-                WHERE file_name = ? AND modified_nanos = ? AND size = ? AND version = ?))sql"));
-    QSqlQuery &row = statement.exec({file_name, file_name, file_name, file_name, file_name,
-                                     stamp.modified_nanos, stamp.size, version});
+    static const QString sql = known_mail_sql();
+    QVariantList params(report_kinds.size(), file_name);
+    params << file_name << stamp.modified_nanos << stamp.size << version;
+    auto statement = store.kept(sql);
+    QSqlQuery &row = statement.exec(params);
     row.next();
-    KnownMail known{.stored = {.battle = row.value(0).toBool(),
-                               .field = row.value(1).toBool(),
-                               .trial = row.value(2).toBool(),
-                               .fort = row.value(3).toBool()},
-                    .examined = {}};
-    if (!row.isNull(4))
-        known.examined = kinds_of(row.value(4).toInt());
+    KnownMail known{.stored = ReportKinds(row.value(0).toInt()), .examined = {}};
+    if (const QVariant examined = row.value(1); !examined.isNull())
+        known.examined = ReportKinds(examined.toInt());
     return known;
 }
 
@@ -103,8 +83,8 @@ void note_examined(const StoreConnection &store, const std::vector<ExaminedMail>
     auto insert =
         store.kept(QStringLiteral("INSERT OR REPLACE INTO examined_mails VALUES (?,?,?,?,?)"));
     for (const ExaminedMail &mail : mails)
-        insert.exec({mail.file_name, mail.stamp.modified_nanos, mail.stamp.size,
-                     bits_of(mail.kinds), version});
+        insert.exec({mail.file_name, mail.stamp.modified_nanos, mail.stamp.size, mail.kinds.sum(),
+                     version});
     transaction.commit(QStringLiteral("note_examined commit failed"));
 }
 

@@ -14,7 +14,7 @@ bool report_exists(const StoreConnection &store, const QString &file_name);
 bool field_report_exists(const StoreConnection &store, const QString &file_name);
 bool trial_report_exists(const StoreConnection &store, const QString &file_name);
 bool fort_report_exists(const StoreConnection &store, const QString &file_name);
-StoredKinds stored_kinds(const StoreConnection &store, const QString &file_name);
+ReportKinds stored_kinds(const StoreConnection &store, const QString &file_name);
 KnownMail known_mail(const StoreConnection &store, const QString &file_name,
                      const platform::FileStamp &stamp);
 void note_examined(const StoreConnection &store, const std::vector<ExaminedMail> &mails);

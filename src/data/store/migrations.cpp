@@ -1,9 +1,12 @@
 #include "data/store/migrations.h"
 
+#include "data/store/field_columns.h"
 #include "data/store/store_backup.h"
 #include "data/store/store_connection.h"
 
+#include <iterator>
 #include <utility>
+#include <vector>
 
 namespace tally::data {
 
@@ -15,7 +18,7 @@ struct AddedColumn {
     const char *type;
 };
 
-constexpr AddedColumn added_columns[] = {
+constexpr AddedColumn late_columns[] = {
     {"reports", "chain_start_time", "REAL"},
     {"reports", "chain_end_time", "REAL"},
     {"reports", "hero_id_1", "REAL"},
@@ -31,52 +34,20 @@ constexpr AddedColumn added_columns[] = {
     {"reports", "is_free_ap", "INTEGER DEFAULT 0"},
     {"reports", "is_fort_round", "INTEGER DEFAULT 0"},
     {"fort_reports", "battle_file_name", "TEXT"},
-    {"field_reports", "is_rally", "INTEGER"},
-    {"field_reports", "my_ct", "REAL"},
-    {"field_reports", "enemy_ct", "REAL"},
-    {"field_reports", "my_kill_score", "INTEGER"},
-    {"field_reports", "enemy_kill_score", "INTEGER"},
-    {"field_reports", "my_death", "INTEGER"},
-    {"field_reports", "enemy_death", "INTEGER"},
-    {"field_reports", "my_power", "INTEGER"},
-    {"field_reports", "enemy_power", "INTEGER"},
-    {"field_reports", "my_bad_hurt", "INTEGER"},
-    {"field_reports", "enemy_bad_hurt", "INTEGER"},
-    {"field_reports", "my_hurt", "INTEGER"},
-    {"field_reports", "enemy_hurt", "INTEGER"},
-    {"field_reports", "my_hlv", "REAL"},
-    {"field_reports", "my_hlv2", "REAL"},
-    {"field_reports", "my_hst", "REAL"},
-    {"field_reports", "my_hst2", "REAL"},
-    {"field_reports", "my_haw", "INTEGER"},
-    {"field_reports", "my_haw2", "INTEGER"},
-    {"field_reports", "my_cosid", "REAL"},
-    {"field_reports", "my_formation", "REAL"},
-    {"field_reports", "my_hss", "TEXT"},
-    {"field_reports", "my_hss2", "TEXT"},
-    {"field_reports", "my_heq", "TEXT"},
-    {"field_reports", "my_heq2", "TEXT"},
-    {"field_reports", "my_hwbs", "TEXT"},
-    {"field_reports", "my_hwbs2", "TEXT"},
-    {"field_reports", "enemy_hlv", "REAL"},
-    {"field_reports", "enemy_hlv2", "REAL"},
-    {"field_reports", "enemy_hst", "REAL"},
-    {"field_reports", "enemy_hst2", "REAL"},
-    {"field_reports", "enemy_haw", "INTEGER"},
-    {"field_reports", "enemy_haw2", "INTEGER"},
-    {"field_reports", "enemy_cosid", "REAL"},
-    {"field_reports", "enemy_formation", "REAL"},
-    {"field_reports", "enemy_hss", "TEXT"},
-    {"field_reports", "enemy_hss2", "TEXT"},
-    {"field_reports", "enemy_heq", "TEXT"},
-    {"field_reports", "enemy_heq2", "TEXT"},
-    {"field_reports", "enemy_hwbs", "TEXT"},
-    {"field_reports", "enemy_hwbs2", "TEXT"},
-    {"field_reports", "my_inscriptions", "TEXT"},
-    {"field_reports", "my_inscriptions2", "TEXT"},
-    {"field_reports", "enemy_inscriptions", "TEXT"},
-    {"field_reports", "enemy_inscriptions2", "TEXT"},
 };
+
+/// What tables of older versions may lack, in the order in which they get it.
+std::vector<AddedColumn> added_columns()
+{
+    std::vector<AddedColumn> columns(std::begin(late_columns), std::end(late_columns));
+    for (const auto version : {FieldColumn::armies, FieldColumn::inscriptions}) {
+        for (const FieldColumn &column : field_columns) {
+            if (column.since == version)
+                columns.push_back({"field_reports", column.name, column.type});
+        }
+    }
+    return columns;
+}
 
 } // namespace
 
@@ -108,7 +79,7 @@ bool migrate_structure(const StoreConnection &store, double now)
 
 void add_missing_columns(const StoreConnection &store)
 {
-    for (const auto &[table_text, column_text, type_text] : added_columns) {
+    for (const auto &[table_text, column_text, type_text] : added_columns()) {
         const auto table = QString::fromLatin1(table_text);
         const auto column = QString::fromLatin1(column_text);
         const auto columns = store.table_columns(table);

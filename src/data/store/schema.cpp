@@ -160,9 +160,9 @@ CREATE TABLE IF NOT EXISTS examined_mails (
 QString field_column_definitions()
 {
     QStringList definitions;
-    for (const auto &[name, type] : field_columns)
-        definitions << QStringLiteral("%1 %2").arg(QLatin1StringView(name),
-                                                   QLatin1StringView(type));
+    for (const FieldColumn &column : field_columns)
+        definitions << QStringLiteral("%1 %2").arg(QLatin1StringView(column.name),
+                                                   QLatin1StringView(column.type));
     return definitions.join(u",\n  ");
 }
 

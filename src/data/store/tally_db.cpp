@@ -106,7 +106,7 @@ bool TallyDb::fort_report_exists(const QString &file_name) const
     return data::fort_report_exists(store_, file_name);
 }
 
-StoredKinds TallyDb::stored_kinds(const QString &file_name) const
+ReportKinds TallyDb::stored_kinds(const QString &file_name) const
 {
     return data::stored_kinds(store_, file_name);
 }

@@ -59,7 +59,7 @@ public:
     bool trial_report_exists(const QString &file_name) const;
     bool fort_report_exists(const QString &file_name) const;
     /// All four at once, for little more than the price of one.
-    StoredKinds stored_kinds(const QString &file_name) const;
+    ReportKinds stored_kinds(const QString &file_name) const;
 
     KnownMail known_mail(const QString &file_name, const platform::FileStamp &stamp) const;
     /// For `known_mail` to tell: a memory that only saves work.
