@@ -46,17 +46,24 @@ MainWindow::MainWindow(const Surroundings &around, QWidget *parent, const Window
 
 MainWindow::~MainWindow()
 {
-    cancel_import_ = true;
-    if (end_threads(leaving_.value_or(QDeadlineTimer(setup_.exit_deadline))))
+    request_end();
+    if (wait_until(leaving_.value_or(QDeadlineTimer(setup_.exit_deadline))))
         return;
     // The program does not come back from here; a test that does must let its threads end.
     setup_.hard_exit();
-    end_threads(QDeadlineTimer(QDeadlineTimer::Forever));
+    wait_until(QDeadlineTimer(QDeadlineTimer::Forever));
 }
 
-bool MainWindow::end_threads(QDeadlineTimer deadline)
+void MainWindow::request_end()
 {
-    return chain_->end(deadline) && tabs_->end_all(deadline);
+    cancel_import_ = true;
+    chain_->request_end();
+}
+
+bool MainWindow::wait_until(QDeadlineTimer deadline)
+{
+    const bool chain_has_ended = chain_->wait_until(deadline);
+    return tabs_->end_all(deadline) && chain_has_ended;
 }
 
 void MainWindow::build_tabs()
@@ -148,7 +155,7 @@ void MainWindow::request_exit()
         leaving_ = QDeadlineTimer(setup_.exit_deadline);
         QTimer::singleShot(setup_.exit_deadline, qApp, setup_.hard_exit);
     }
-    cancel_import_ = true;
+    request_end();
     // What is modal keeps the window from closing.
     for (QWidget *modal = QApplication::activeModalWidget(); modal && modal != this;) {
         modal->close();

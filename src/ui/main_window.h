@@ -64,8 +64,10 @@ private:
     void build_status_bar();
     void build_tabs();
     void connect_chain();
-    /// Asks all threads of the window to end. \return whether all have ended in time.
-    bool end_threads(QDeadlineTimer deadline);
+    /// Asks all threads behind the window to end; does not wait.
+    void request_end();
+    /// \return whether all of them have ended in time.
+    bool wait_until(QDeadlineTimer deadline);
     void show_message(const QString &text, int ms);
     void open_data_folder();
 

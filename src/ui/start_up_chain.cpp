@@ -14,7 +14,6 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <iterator>
 
 namespace tally::ui {
 namespace {
@@ -44,6 +43,8 @@ void StartUpChain::run()
         qCWarning(log_ui) << "run_post_startup: already running, skipping";
         return;
     }
+    if (ending_)
+        return;
     show_splash();
     complete_statistics();
     setup_.refresh(*this);
@@ -51,6 +52,8 @@ void StartUpChain::run()
 
 void StartUpChain::complete_statistics()
 {
+    if (runs(statistics_thread_))
+        return;
     statistics_thread_ = QThread::create([this] {
         try {
             around_.db.complete_chain_slices(&ending_);
@@ -151,7 +154,7 @@ void StartUpChain::on_bootstrap_done(int scanned, int imported, int errors)
         return;
     using data::TallyWatcher;
     watcher_ = std::make_unique<TallyWatcher>(
-        &around_.db, dir, around_.raw_dir, static_cast<int>(setup_.poll_interval.count()), nullptr);
+        &around_.db, dir, around_.raw_dir, static_cast<int>(setup_.poll_interval.count()), this);
     connect(watcher_.get(), &TallyWatcher::newFilesImported, this, &StartUpChain::on_new_reports,
             Qt::QueuedConnection);
     connect(
@@ -185,21 +188,27 @@ void StartUpChain::stop_watcher()
         watcher_.reset();
 }
 
-bool StartUpChain::end(QDeadlineTimer deadline)
+QList<QThread *> StartUpChain::threads() const
+{
+    return findChildren<QThread *>(Qt::FindDirectChildrenOnly);
+}
+
+void StartUpChain::request_end()
 {
     ending_ = true;
     if (watcher_)
         watcher_->request_stop();
-    QThread *const threads[] = {statistics_thread_, refresh_thread_, bootstrap_thread_,
-                                watcher_.get()};
-    for (QThread *thread : threads) {
-        if (thread) {
-            thread->requestInterruption();
-            thread->quit();
-        }
+    for (QThread *thread : threads()) {
+        thread->requestInterruption();
+        thread->quit();
     }
-    return std::all_of(std::begin(threads), std::end(threads),
-                       [deadline](QThread *thread) { return !thread || thread->wait(deadline); });
+}
+
+bool StartUpChain::wait_until(QDeadlineTimer deadline)
+{
+    const QList<QThread *> all = threads();
+    return std::all_of(all.begin(), all.end(),
+                       [deadline](QThread *thread) { return thread->wait(deadline); });
 }
 
 bool StartUpChain::watching() const
