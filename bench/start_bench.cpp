@@ -6,6 +6,7 @@
 #include "data/store/tally_db.h"
 #include "figure.h"
 #include "platform/host/fake/fake_host.h"
+#include "queries/store_queries.h"
 #include "sample_world.h"
 #include "settings/settings.h"
 #include "support/plain_connection.h"
@@ -205,9 +206,11 @@ public:
 private:
     QTemporaryDir folder_;
     data::TallyDb db_{folder_.filePath(QStringLiteral("tally.db"))};
+    queries::StoreQueries queries_{db_};
     Settings settings_{db_};
     platform::FakeHost host_;
     ui::Surroundings around_{.db = db_,
+                             .queries = queries_,
                              .settings = settings_,
                              .host = host_,
                              .raw_dir = folder_.filePath(QStringLiteral("raw"))};

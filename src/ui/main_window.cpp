@@ -1,6 +1,7 @@
 #include "ui/main_window.h"
 
 #include "platform/identity.h"
+#include "queries/store_queries.h"
 #include "settings/catalogue.h"
 #include "settings/settings.h"
 #include "ui/about.h"
@@ -57,23 +58,21 @@ MainWindow::~MainWindow()
 void MainWindow::request_end()
 {
     cancel_import_ = true;
+    around_.queries.request_end();
     chain_->request_end();
 }
 
 bool MainWindow::wait_until(QDeadlineTimer deadline)
 {
     const bool chain_has_ended = chain_->wait_until(deadline);
-    return tabs_->end_all(deadline) && chain_has_ended;
+    return around_.queries.wait_until(deadline) && chain_has_ended;
 }
 
 void MainWindow::build_tabs()
 {
     constexpr double barbarians = 1.0;
     tabs_ = new ReportTabs(this);
-    ChainTrackerSetup setup;
-    setup.icon_dir = around_.icon_dir;
-    setup.clock = around_.clock;
-    chain_tab_ = new ChainTrackerTab(&around_.db, barbarians, tabs_, setup);
+    chain_tab_ = new ChainTrackerTab(around_, barbarians, tabs_);
     tabs_->add(chain_tab_, QStringLiteral("⚔️ Chain Tracker"));
     setCentralWidget(tabs_);
 }

@@ -46,7 +46,6 @@ void StartUpChain::run()
     if (ending_)
         return;
     show_splash();
-    complete_statistics();
     setup_.refresh(*this);
 }
 
@@ -182,8 +181,8 @@ QThread *StartUpChain::new_thread(QObject *worker)
 
 void StartUpChain::stop_watcher()
 {
-    // A thread must not be destroyed while it runs: one that hangs in a file stays, and `end`
-    // tells.
+    // A thread must not be destroyed while it runs: one that hangs in a file stays, and
+    // `wait_until` tells.
     if (watcher_ && watcher_->stop_and_wait())
         watcher_.reset();
 }

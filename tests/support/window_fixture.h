@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/host/fake/fake_host.h"
+#include "queries/store_queries.h"
 #include "settings/settings.h"
 #include "support/temp_mails.h"
 #include "support/temp_store.h"
@@ -99,10 +100,12 @@ public:
     }
 
     TempStore store;
+    queries::StoreQueries queries{store.db};
     TempMails mails;
     Settings settings{store.db};
     platform::FakeHost host;
     ui::Surroundings around{.db = store.db,
+                            .queries = queries,
                             .settings = settings,
                             .host = host,
                             .icon_dir = store.folder.filePath(QStringLiteral("icons")),

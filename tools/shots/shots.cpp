@@ -1,5 +1,6 @@
 #include "platform/host/fake/fake_host.h"
 #include "platform/identity.h"
+#include "queries/store_queries.h"
 #include "round_overview_shot.h"
 #include "sample_store.h"
 #include "settings/catalogue.h"
@@ -106,9 +107,11 @@ void take_pages(const Album &album, ui::MainWindow &window)
 
 void take_all(const Album &album, tools::SampleStore &store)
 {
+    queries::StoreQueries queries(store.db());
     Settings settings(store.db());
     platform::FakeHost host;
     ui::MainWindow window({.db = store.db(),
+                           .queries = queries,
                            .settings = settings,
                            .host = host,
                            .clock = [] { return tools::SampleStore::end; },
