@@ -2,13 +2,14 @@
 
 #include "platform/identity.h"
 #include "queries/store_queries.h"
+#include "settings/catalogue.h"
+#include "settings/settings.h"
 #include "ui/about.h"
 #include "ui/chains/chain_tracker_tab.h"
 #include "ui/items/item_pictures.h"
 #include "ui/parts/theme.h"
 #include "ui/report_tabs.h"
 #include "ui/start_up_chain.h"
-#include "ui/stored_settings.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -27,10 +28,9 @@ void exit_hard()
     std::_Exit(0);
 }
 
-MainWindow::MainWindow(data::TallyDb *db, queries::StoreQueries *queries, QWidget *parent,
-                       const WindowSetup &setup)
-    : QMainWindow(parent), db_(db), queries_(queries), setup_(setup),
-      chain_(std::make_unique<StartUpChain>(db, setup, this))
+MainWindow::MainWindow(const Surroundings &around, QWidget *parent, const WindowSetup &setup)
+    : QMainWindow(parent), around_(around), setup_(setup),
+      chain_(std::make_unique<StartUpChain>(around, setup, this))
 {
     setWindowTitle(
         QStringLiteral("%1 %2").arg(platform::application_name, platform::application_version));
@@ -47,29 +47,32 @@ MainWindow::MainWindow(data::TallyDb *db, queries::StoreQueries *queries, QWidge
 
 MainWindow::~MainWindow()
 {
-    cancel_import_ = true;
-    if (end_threads(leaving_.value_or(QDeadlineTimer(setup_.exit_deadline))))
+    request_end();
+    if (wait_until(leaving_.value_or(QDeadlineTimer(setup_.exit_deadline))))
         return;
     // The program does not come back from here; a test that does must let its threads end.
     setup_.hard_exit();
-    end_threads(QDeadlineTimer(QDeadlineTimer::Forever));
+    wait_until(QDeadlineTimer(QDeadlineTimer::Forever));
 }
 
-bool MainWindow::end_threads(QDeadlineTimer deadline)
+void MainWindow::request_end()
 {
-    queries_->request_end();
-    const bool chain_has_ended = chain_->end(deadline);
-    return queries_->wait_until(deadline) && chain_has_ended;
+    cancel_import_ = true;
+    around_.queries.request_end();
+    chain_->request_end();
+}
+
+bool MainWindow::wait_until(QDeadlineTimer deadline)
+{
+    const bool chain_has_ended = chain_->wait_until(deadline);
+    return around_.queries.wait_until(deadline) && chain_has_ended;
 }
 
 void MainWindow::build_tabs()
 {
     constexpr double barbarians = 1.0;
     tabs_ = new ReportTabs(this);
-    ChainTrackerSetup setup;
-    setup.icon_dir = setup_.icon_cache_dir;
-    setup.clock = setup_.clock;
-    chain_tab_ = new ChainTrackerTab(db_, queries_, barbarians, tabs_, setup);
+    chain_tab_ = new ChainTrackerTab(around_, barbarians, tabs_);
     tabs_->add(chain_tab_, QStringLiteral("⚔️ Chain Tracker"));
     setCentralWidget(tabs_);
 }
@@ -121,7 +124,7 @@ void MainWindow::show_message(const QString &text, int ms)
 void MainWindow::apply_theme(int theme)
 {
     apply_to_app(qobject_cast<QApplication *>(QCoreApplication::instance()), theme);
-    store_setting(*db_, QStringLiteral("theme"), theme_name(theme));
+    around_.settings.set(settings::theme, theme_name(theme));
 }
 
 void MainWindow::on_theme_dark()
@@ -151,7 +154,7 @@ void MainWindow::request_exit()
         leaving_ = QDeadlineTimer(setup_.exit_deadline);
         QTimer::singleShot(setup_.exit_deadline, qApp, setup_.hard_exit);
     }
-    cancel_import_ = true;
+    request_end();
     // What is modal keeps the window from closing.
     for (QWidget *modal = QApplication::activeModalWidget(); modal && modal != this;) {
         modal->close();

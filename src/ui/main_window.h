@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/chains/chain_filter.h"
+#include "ui/parts/surroundings.h"
 #include "ui/window_setup.h"
 
 #include <QDeadlineTimer>
@@ -11,14 +12,6 @@
 #include <optional>
 
 class QUrl;
-
-namespace tally::data {
-class TallyDb;
-}
-
-namespace tally::queries {
-class StoreQueries;
-}
 
 namespace tally::ui {
 
@@ -32,9 +25,8 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    /// \param db outlives the window, as do \p queries, which answer all its pages
-    MainWindow(data::TallyDb *db, queries::StoreQueries *queries, QWidget *parent = nullptr,
-               const WindowSetup &setup = {});
+    explicit MainWindow(const Surroundings &around, QWidget *parent = nullptr,
+                        const WindowSetup &setup = {});
     /// Waits for the window's threads within the deadline for leaving.
     ~MainWindow() override;
 
@@ -72,8 +64,10 @@ private:
     void build_status_bar();
     void build_tabs();
     void connect_chain();
-    /// Asks all threads of the window to end. \return whether all have ended in time.
-    bool end_threads(QDeadlineTimer deadline);
+    /// Asks all threads behind the window to end; does not wait.
+    void request_end();
+    /// \return whether all of them have ended in time.
+    bool wait_until(QDeadlineTimer deadline);
     void show_message(const QString &text, int ms);
     void open_data_folder();
 
@@ -87,8 +81,7 @@ private:
     enum class DropResult { Imported, NothingNew, Skipped };
     DropResult import_dropped(const QUrl &url);
 
-    data::TallyDb *db_;
-    queries::StoreQueries *queries_;
+    Surroundings around_;
     WindowSetup setup_;
     ReportTabs *tabs_ = nullptr;
     ChainTrackerTab *chain_tab_ = nullptr;

@@ -3,22 +3,20 @@
 #include "data/import/tally_watcher.h"
 #include "data/master/master_refresh_worker.h"
 #include "data/store/tally_db.h"
+#include "settings/catalogue.h"
+#include "settings/settings.h"
 #include "ui/bootstrap_import_worker.h"
 #include "ui/loading_splash.h"
 #include "ui/parts/ui_log.h"
-#include "ui/stored_settings.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QTimer>
 
 #include <algorithm>
-#include <iterator>
 
 namespace tally::ui {
 namespace {
-
-const QString mailcache_key = QStringLiteral("mailcache_dir");
 
 bool runs(const QThread *thread)
 {
@@ -27,13 +25,12 @@ bool runs(const QThread *thread)
 
 } // namespace
 
-StartUpChain::StartUpChain(data::TallyDb *db, const WindowSetup &setup, QWidget *window)
-    : db_(db), setup_(setup), window_(window)
+StartUpChain::StartUpChain(const Surroundings &around, const WindowSetup &setup, QWidget *window)
+    : around_(around), setup_(setup), window_(window)
 {
     if (!setup_.refresh) {
         setup_.refresh = [this](StartUpChain &chain) {
-            chain.start_refresh(
-                new data::MasterRefreshWorker(setup_.endpoint, setup_.icon_cache_dir));
+            chain.start_refresh(new data::MasterRefreshWorker(around_.endpoint, around_.icon_dir));
         };
     }
 }
@@ -46,8 +43,26 @@ void StartUpChain::run()
         qCWarning(log_ui) << "run_post_startup: already running, skipping";
         return;
     }
+    if (ending_)
+        return;
     show_splash();
     setup_.refresh(*this);
+}
+
+void StartUpChain::complete_statistics()
+{
+    if (runs(statistics_thread_))
+        return;
+    statistics_thread_ = QThread::create([this] {
+        try {
+            around_.db.complete_chain_slices(&ending_);
+        } catch (const std::exception &) {
+            // Logged by the store, whose figures come without them too.
+        }
+    });
+    statistics_thread_->setParent(this);
+    connect(statistics_thread_, &QThread::finished, statistics_thread_, &QObject::deleteLater);
+    statistics_thread_->start(QThread::LowPriority);
 }
 
 void StartUpChain::show_splash()
@@ -83,11 +98,11 @@ void StartUpChain::on_master_refresh_done(bool success)
 
 QString StartUpChain::mailcache_dir()
 {
-    QString dir = stored_setting(*db_, mailcache_key, {});
+    QString dir = around_.settings.get(settings::mailcache_dir);
     if (dir.isEmpty()) {
         dir = platform::default_mailcache_dir();
         if (!dir.isEmpty())
-            store_setting(*db_, mailcache_key, dir);
+            around_.settings.set(settings::mailcache_dir, dir);
     }
     return dir;
 }
@@ -107,10 +122,10 @@ void StartUpChain::start_bootstrap_and_watcher()
         qCWarning(log_ui) << "start_bootstrap_and_watcher: import already running";
         return;
     }
-    QDir().mkpath(setup_.raw_dir);
+    QDir().mkpath(around_.raw_dir);
 
     using Worker = BootstrapImportWorker;
-    auto *worker = new Worker(dir, setup_.raw_dir, db_, &ending_);
+    auto *worker = new Worker(dir, around_.raw_dir, &around_.db, &ending_);
     bootstrap_thread_ = new_thread(worker);
     connect(bootstrap_thread_, &QThread::started, worker, &Worker::run);
     connect(
@@ -133,12 +148,12 @@ void StartUpChain::on_bootstrap_done(int scanned, int imported, int errors)
                    8'000);
     Q_EMIT shownDataChanged();
     stop_watcher();
-    const QString dir = stored_setting(*db_, mailcache_key, {});
+    const QString dir = around_.settings.get(settings::mailcache_dir);
     if (dir.isEmpty() || watcher_ || ending_)
         return;
     using data::TallyWatcher;
     watcher_ = std::make_unique<TallyWatcher>(
-        db_, dir, setup_.raw_dir, static_cast<int>(setup_.poll_interval.count()), nullptr);
+        &around_.db, dir, around_.raw_dir, static_cast<int>(setup_.poll_interval.count()), this);
     connect(watcher_.get(), &TallyWatcher::newFilesImported, this, &StartUpChain::on_new_reports,
             Qt::QueuedConnection);
     connect(
@@ -166,26 +181,33 @@ QThread *StartUpChain::new_thread(QObject *worker)
 
 void StartUpChain::stop_watcher()
 {
-    // A thread must not be destroyed while it runs: one that hangs in a file stays, and `end`
-    // tells.
+    // A thread must not be destroyed while it runs: one that hangs in a file stays, and
+    // `wait_until` tells.
     if (watcher_ && watcher_->stop_and_wait())
         watcher_.reset();
 }
 
-bool StartUpChain::end(QDeadlineTimer deadline)
+QList<QThread *> StartUpChain::threads() const
+{
+    return findChildren<QThread *>(Qt::FindDirectChildrenOnly);
+}
+
+void StartUpChain::request_end()
 {
     ending_ = true;
     if (watcher_)
         watcher_->request_stop();
-    QThread *const threads[] = {refresh_thread_, bootstrap_thread_, watcher_.get()};
-    for (QThread *thread : threads) {
-        if (thread) {
-            thread->requestInterruption();
-            thread->quit();
-        }
+    for (QThread *thread : threads()) {
+        thread->requestInterruption();
+        thread->quit();
     }
-    return std::all_of(std::begin(threads), std::end(threads),
-                       [deadline](QThread *thread) { return !thread || thread->wait(deadline); });
+}
+
+bool StartUpChain::wait_until(QDeadlineTimer deadline)
+{
+    const QList<QThread *> all = threads();
+    return std::all_of(all.begin(), all.end(),
+                       [deadline](QThread *thread) { return thread->wait(deadline); });
 }
 
 bool StartUpChain::watching() const

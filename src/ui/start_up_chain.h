@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/parts/surroundings.h"
 #include "ui/window_setup.h"
 
 #include <QDeadlineTimer>
@@ -13,9 +14,8 @@
 class QWidget;
 
 namespace tally::data {
-class TallyDb;
 class TallyWatcher;
-} // namespace tally::data
+}
 
 namespace tally::ui {
 
@@ -27,20 +27,21 @@ class StartUpChain : public QObject {
     Q_OBJECT
 
 public:
-    /// \param db outlives the chain
     /// \param window what the splash covers; outlives the chain
-    StartUpChain(data::TallyDb *db, const WindowSetup &setup, QWidget *window);
-    /// `end` must have come before.
+    StartUpChain(const Surroundings &around, const WindowSetup &setup, QWidget *window);
+    /// All threads must have ended.
     ~StartUpChain() override;
 
+    /// Does nothing while the refresh of an earlier run is still at work.
     void run();
 
     /// Lets a worker refresh the reference data on a thread of its own. It has the slot `run` and
     /// the signals `statusMessage(QString)` and `masterRefreshDone(bool)`, of which the last ends
-    /// it. The chain takes it over.
+    /// it. The chain takes it over; none may be at work.
     template <typename Worker>
     void start_refresh(Worker *worker)
     {
+        Q_ASSERT(!refresh_thread_ || !refresh_thread_->isRunning());
         refresh_thread_ = new_thread(worker);
         connect(refresh_thread_, &QThread::started, worker, &Worker::run);
         connect(worker, &Worker::statusMessage, this, &StartUpChain::on_refresh_status,
@@ -57,8 +58,10 @@ public:
     /// Waits for the file that the watcher has in hand.
     void stop_watcher();
 
-    /// Asks all threads to end and waits for them. \return whether all have ended in time.
-    bool end(QDeadlineTimer deadline);
+    /// Asks all threads to end; does not wait. No other starts from then on.
+    void request_end();
+    /// \return whether all threads have ended in time.
+    bool wait_until(QDeadlineTimer deadline);
 
     bool watching() const;
 
@@ -75,9 +78,10 @@ private:
     void on_new_reports(int count);
     void show_splash();
     QThread *new_thread(QObject *worker);
+    QList<QThread *> threads() const;
     QString mailcache_dir();
 
-    data::TallyDb *db_;
+    Surroundings around_;
     WindowSetup setup_;
     QWidget *window_;
     QPointer<LoadingSplash> splash_;

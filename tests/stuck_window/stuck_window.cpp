@@ -1,7 +1,9 @@
 // A main window that leaves while its refresh hangs for ever: only the deadline can end it.
 
 #include "data/store/tally_db.h"
+#include "platform/host/fake/fake_host.h"
 #include "queries/store_queries.h"
+#include "settings/settings.h"
 #include "ui/main_window.h"
 #include "ui/start_up_chain.h"
 
@@ -44,7 +46,10 @@ int main(int argc, char *argv[])
         chain.start_refresh(new StuckRefresh);
     };
     queries::StoreQueries queries(db);
-    ui::MainWindow window(&db, &queries, nullptr, setup);
+    Settings settings(db);
+    platform::FakeHost host;
+    ui::MainWindow window({.db = db, .queries = queries, .settings = settings, .host = host},
+                          nullptr, setup);
     window.show();
     QTimer::singleShot(0, &window, [&window] {
         window.run_post_startup();
