@@ -13,8 +13,9 @@
 class QUrl;
 
 namespace tally::data {
+struct MailImport;
 class TallyDb;
-}
+} // namespace tally::data
 
 namespace tally::ui {
 
@@ -49,6 +50,8 @@ public:
 
     ReportTabs &tabs() { return *tabs_; }
     StartUpChain &chain() { return *chain_; }
+    /// Whether the program is to be started again once it has left.
+    bool wants_restart() const { return wants_restart_; }
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -68,6 +71,7 @@ private:
     void build_status_bar();
     void build_tabs();
     void connect_chain();
+    void watch_store();
     /// Asks all threads of the window to end. \return whether all have ended in time.
     bool end_threads(QDeadlineTimer deadline);
     void show_message(const QString &text, int ms);
@@ -80,8 +84,7 @@ private:
     void save_window_state();
 
     void import_with_progress(const QString &folder);
-    enum class DropResult { Imported, NothingNew, Skipped };
-    DropResult import_dropped(const QUrl &url);
+    data::MailImport import_dropped(const QUrl &url);
 
     data::TallyDb *db_;
     WindowSetup setup_;
@@ -89,6 +92,7 @@ private:
     ChainTrackerTab *chain_tab_ = nullptr;
     std::unique_ptr<StartUpChain> chain_;
     bool importing_ = false;
+    bool wants_restart_ = false;
     std::atomic<bool> cancel_import_ = false;
     std::optional<QDeadlineTimer> leaving_; ///< set by `request_exit`
 };

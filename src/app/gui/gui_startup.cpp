@@ -4,6 +4,7 @@
 #include "app/gui/image_formats.h"
 #include "app/gui/instance_knock.h"
 #include "app/gui/interrupt_watch.h"
+#include "app/gui/new_store.h"
 #include "app/gui/rollback_marker.h"
 #include "data/store/tally_db.h"
 #include "platform/host/instance_lock.h"
@@ -71,25 +72,18 @@ void greet(ui::MainWindow &window, const data::TallyDb &db)
     }
 }
 
-} // namespace
+/// How a run with the window ended.
+struct RunEnd {
+    int exit_code = 0;
+    bool wants_restart = false;
+    std::optional<SettingsTable> lost_settings; ///< of a store whose file is gone
+};
 
-int run_graphical(int argc, char *argv[])
+RunEnd run_window(QApplication &application, const InterruptWatch &interrupts)
 {
-    if (!may_run(argc, argv))
-        return 0;
-
-    platform::prefer_x11_platform();
-    QApplication application(argc, argv);
-    name_application();
-    const InterruptWatch interrupts(nullptr);
-    QApplication::setWindowIcon(ui::logo());
-    platform::ensure_data_dirs();
-    const platform::ProcessLog log(
-        {.path = platform::log_path(), .run_line = platform::start_line(platform::db_path())});
-
     data::TallyDb db(platform::db_path());
     if (!open_store(db))
-        return 1;
+        return {.exit_code = 1, .wants_restart = false, .lost_settings = {}};
     const QString theme = ui::stored_setting(db, QStringLiteral("theme"), ui::theme_name(0));
     ui::apply_to_app(&application, ui::theme_from_name(theme));
 
@@ -105,9 +99,32 @@ int run_graphical(int argc, char *argv[])
     warn_without_webp(QImageReader::supportedImageFormats());
     QTimer::singleShot(0, &window, &ui::MainWindow::run_post_startup);
     clear_rollback_marker_when_healthy(rollback_marker_path(), &application);
-    const int result = QApplication::exec();
+    const int exit_code = QApplication::exec();
     end_process_within(ui::WindowSetup().exit_deadline);
-    return result;
+    return {exit_code, window.wants_restart(), settings_of_lost_store(db)};
+}
+
+} // namespace
+
+int run_graphical(int argc, char *argv[])
+{
+    if (!may_run(argc, argv))
+        return 0;
+
+    platform::prefer_x11_platform();
+    QApplication application(argc, argv);
+    name_application();
+    const InterruptWatch interrupts(nullptr);
+    QApplication::setWindowIcon(ui::logo());
+    platform::ensure_data_dirs();
+    const platform::ProcessLog log(
+        {.path = platform::log_path(), .run_line = platform::start_line(platform::db_path())});
+    const RunEnd end = run_window(application, interrupts);
+    if (end.lost_settings)
+        make_new_store(platform::db_path(), *end.lost_settings);
+    if (end.wants_restart)
+        restart_program();
+    return end.exit_code;
 }
 
 } // namespace tally::app

@@ -38,7 +38,32 @@ StoredKinds kinds_of(int bits)
 // Another version may see more in a mail.
 const QString version = platform::application_version;
 
+// As the database keeps it.
+const QString table_sql = QStringLiteral(R"sql(CREATE TABLE examined_mails (
+  file_name TEXT PRIMARY KEY NOT NULL,
+  modified_nanos INTEGER NOT NULL,
+  size INTEGER NOT NULL,
+  kinds INTEGER NOT NULL,
+  version TEXT NOT NULL
+) WITHOUT ROWID)sql");
+
 } // namespace
+
+// The table only saves work, so one of another shape gives way.
+void TallyDb::ensure_examined_mails(const QSqlDatabase &db)
+{
+    auto known =
+        exec_prepared(db, QStringLiteral("SELECT type, sql FROM sqlite_master WHERE name = "
+                                         "'examined_mails' COLLATE NOCASE"));
+    const bool is_there = known.next();
+    if (is_there && known.value(1).toString() == table_sql)
+        return;
+    const QString type = is_there ? known.value(0).toString() : QString();
+    known.finish();
+    if (is_there)
+        exec_prepared(db, QStringLiteral("DROP %1 examined_mails").arg(type));
+    exec_prepared(db, table_sql);
+}
 
 StoredKinds TallyDb::stored_kinds(const QString &file_name) const
 {

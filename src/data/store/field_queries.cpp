@@ -47,14 +47,7 @@ QVariantList TallyDb::field_attacks(std::optional<double> from, std::optional<do
 {
     const SqlConditions conditions =
         field_conditions(QStringLiteral("email_time IS NOT NULL"), mode, from, to, player);
-    // Left alone, the planner would gather and sort all attacks of the kind instead of walking back
-    // in time until there are enough. Favourites are too rare for that.
-    const QString table = mode == favorites
-                              ? QStringLiteral("field_reports")
-                              : QStringLiteral("field_reports INDEXED BY idx_field_time");
-    QVariantList attacks;
-    auto rows = exec_prepared(connection(),
-                              QStringLiteral(R"sql(
+    const QString sql = QStringLiteral(R"sql(
         SELECT file_name, attack_id, attack_seq, email_time, end_date, email_id, email_box,
                email_type, email_role, tour_id, n_attacks, is_kvk, is_rally, my_ct, enemy_ct,
                enemy_npc_type, enemy_npc_btype, player_id, player_name, alliance_name, my_hid,
@@ -64,8 +57,15 @@ QVariantList TallyDb::field_attacks(std::optional<double> from, std::optional<do
         FROM %1
         WHERE %2
         ORDER BY email_time DESC, tour_id DESC, attack_seq ASC
-        LIMIT ?)sql")
-                                  .arg(table, conditions.sql()),
+        LIMIT ?)sql");
+    // Left alone, the planner would gather and sort all attacks of the kind instead of walking back
+    // in time until there are enough. Favourites are too rare for that, and the index may be gone.
+    const auto table = QStringLiteral("field_reports");
+    const QString by_time =
+        sql.arg(table + QStringLiteral(" INDEXED BY idx_field_time"), conditions.sql());
+    const bool walks = mode != favorites && QSqlQuery(connection()).prepare(by_time);
+    QVariantList attacks;
+    auto rows = exec_prepared(connection(), walks ? by_time : sql.arg(table, conditions.sql()),
                               conditions.params + QVariantList{limit});
     while (rows.next())
         attacks << row_as_map(rows);

@@ -143,14 +143,6 @@ CREATE TABLE IF NOT EXISTS fort_loot (
   FOREIGN KEY (file_name) REFERENCES fort_reports(file_name) ON DELETE CASCADE
 );
 CREATE INDEX IF NOT EXISTS idx_fort_loot_file ON fort_loot(file_name);
-
-CREATE TABLE IF NOT EXISTS examined_mails (
-  file_name TEXT PRIMARY KEY NOT NULL,
-  modified_nanos INTEGER NOT NULL,
-  size INTEGER NOT NULL,
-  kinds INTEGER NOT NULL,
-  version TEXT NOT NULL
-) WITHOUT ROWID;
 )sql";
 
 QString field_column_definitions()
@@ -193,6 +185,7 @@ bool TallyDb::init_schema()
             // Another process may be doing the same: what a table lacks is asked and added in one.
             Transaction transaction(db);
             run_schema_script(db);
+            ensure_examined_mails(db);
             add_missing_columns(db);
             create_late_indexes(db);
             exec_prepared(db, QStringLiteral("DROP TABLE IF EXISTS hero_dict"));

@@ -26,6 +26,15 @@ void TallyDb::set_setting(const QString &key, const QString &value)
                   {key, not_null(value)});
 }
 
+QMap<QString, QString> TallyDb::all_settings() const
+{
+    QMap<QString, QString> settings;
+    auto rows = exec_prepared(connection(), QStringLiteral("SELECT key, value FROM settings"));
+    while (rows.next())
+        settings.insert(rows.value(0).toString(), rows.value(1).toString());
+    return settings;
+}
+
 void TallyDb::set_field_favorite(const QString &file_name, bool favorite)
 {
     const QMutexLocker lock(&write_mutex_);

@@ -36,7 +36,11 @@ void remove_old_backups(const QFileInfo &store)
 
 void TallyDb::back_up(const QSqlDatabase &db, double now)
 {
-    const QFileInfo store(db.databaseName());
+    auto file = exec_prepared(
+        db, QStringLiteral("SELECT file FROM pragma_database_list WHERE name = 'main'"));
+    file.next();
+    const QFileInfo store(file.value(0).toString());
+    file.finish();
     const QString path = backup_path(store, now);
     const QString partial = path + QStringLiteral(".part");
     QFile::remove(partial);

@@ -2,8 +2,10 @@
 
 #include "data/mail/field_report.h"
 #include "data/store/records.h"
+#include "data/store/store_file.h"
 #include "platform/clock/clock.h"
 
+#include <QMap>
 #include <QMutex>
 #include <QSet>
 #include <QSqlDatabase>
@@ -45,6 +47,11 @@ public:
     ~TallyDb();
     TallyDb(const TallyDb &) = delete;
     TallyDb &operator=(const TallyDb &) = delete;
+
+    const QString &path() const { return file_.path(); }
+    /// False if the file that was opened first has been removed or replaced since. Connections that
+    /// are open go on with it, but nothing of it is left when the program ends; new ones fail.
+    bool is_in_place() const { return file_.is_in_place(); }
 
     /// The calling thread's open connection.
     QSqlDatabase connection() const;
@@ -96,6 +103,7 @@ public:
     std::optional<QString> get_setting(const QString &key) const;
     QString setting_or(const QString &key, const QString &fallback) const;
     void set_setting(const QString &key, const QString &value);
+    QMap<QString, QString> all_settings() const;
 
     // Chain statistics. `from` is included, `to` is not; both look at a chain's start, or at its
     // mail's modification time where the start is missing. Fort rounds count nowhere but in
@@ -227,6 +235,7 @@ private:
     bool migrate_structure(const QSqlDatabase &db) const;
     static void back_up(const QSqlDatabase &db, double now);
     static void run_schema_script(const QSqlDatabase &db);
+    static void ensure_examined_mails(const QSqlDatabase &db);
     static void add_missing_columns(const QSqlDatabase &db);
     static void create_late_indexes(const QSqlDatabase &db);
     static void backfill_fort_flags(const QSqlDatabase &db);
@@ -281,7 +290,7 @@ private:
     bool any_row(const QString &sql, const QVariantList &params) const;
     int single_int(const QString &sql, const QVariantList &params = {}) const;
 
-    const QString path_;
+    mutable StoreFile file_;
     const platform::Clock clock_;
     QMutex write_mutex_;
     mutable QThreadStorage<ThreadConnection *> connections_;
