@@ -145,7 +145,7 @@ TEST_F(MasterRefresh, SucceedsWithoutIconsWhenTheirIndexFailsTheSecondTime)
 TEST_F(MasterRefresh, AFullDiskLeavesNoEmptyIconThatWouldNeverBeFetchedAgain)
 {
     {
-        const FileSizeLimit full_disk(0);
+        const test::FileSizeLimit full_disk(0);
         EXPECT_TRUE(refresh());
         EXPECT_THAT(icons(), IsEmpty());
     }
@@ -156,15 +156,15 @@ TEST_F(MasterRefresh, AFullDiskLeavesNoEmptyIconThatWouldNeverBeFetchedAgain)
 TEST_F(MasterRefresh, AFailureIsLoggedWithItsReason)
 {
     const auto logged = [this](const platform::Endpoint &endpoint) {
-        const LogCapture log;
+        const test::LogCapture log;
         MasterRefreshWorker worker(endpoint, icon_dir(), test_timeouts);
         worker.run();
-        return LogCapture::lines(u"kind \"heroes\" failed status= "_s).join(u'\n').toStdString();
+        return test::LogCapture::lines(u"kind \"heroes\" failed status= "_s).join(u'\n').toStdString();
     };
     platform::Endpoint endpoint = site_.endpoint();
     endpoint.pins.clear();
     EXPECT_THAT(logged(endpoint), HasSubstr("cert_pin_mismatch (the server's key is none of"));
-    endpoint = ReferenceSite().endpoint(); // gone at once
+    endpoint = test::ReferenceSite().endpoint(); // gone at once
     EXPECT_THAT(logged(endpoint), HasSubstr("cert_pin_mismatch (Connection refused)"));
     site_.put_table(u"heroes"_s, QByteArray((16 << 20) + 1, ' '));
     EXPECT_THAT(logged(site_.endpoint()), HasSubstr("body_too_large"));

@@ -7,10 +7,11 @@
 namespace tally::data {
 namespace {
 
-/// What the database or the system said, without the statement that failed.
+/// What the database said, without the statement that failed and what Qt puts behind it.
 QString bare_reason(const QString &failure)
 {
-    return failure.sliced(failure.lastIndexOf(u": ") + 1).trimmed();
+    const QString reason = failure.sliced(failure.lastIndexOf(u": ") + 1).trimmed();
+    return reason.section(QStringLiteral(" Unable to "), 0, 0);
 }
 
 } // namespace
@@ -48,7 +49,7 @@ QString with_trouble(const QString &text, const QString &trouble)
 {
     if (trouble.isEmpty())
         return text;
-    return text + (text.endsWith(u'.') ? u" " : u". ") + trouble;
+    return text + QLatin1StringView(text.endsWith(u'.') ? " " : ". ") + trouble;
 }
 
 } // namespace tally::data

@@ -63,7 +63,10 @@ QVariantList TallyDb::field_attacks(std::optional<double> from, std::optional<do
     const auto table = QStringLiteral("field_reports");
     const QString by_time =
         sql.arg(table + QStringLiteral(" INDEXED BY idx_field_time"), conditions.sql());
-    const bool walks = mode != favorites && QSqlQuery(connection()).prepare(by_time);
+    const bool walks =
+        mode != favorites &&
+        any_row(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'idx_field_time'"), {}) &&
+        QSqlQuery(connection()).prepare(by_time);
     QVariantList attacks;
     auto rows = exec_prepared(connection(), walks ? by_time : sql.arg(table, conditions.sql()),
                               conditions.params + QVariantList{limit});

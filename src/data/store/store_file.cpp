@@ -4,6 +4,8 @@
 #include <QSqlError>
 #include <QUrl>
 
+#include <filesystem>
+
 namespace tally::data {
 namespace {
 
@@ -14,6 +16,14 @@ QString existing_file(const QString &path)
     return QStringLiteral("file://%1%2?mode=rw")
         .arg(full.startsWith(u'/') ? QString() : QStringLiteral("/"),
              QString::fromLatin1(QUrl::toPercentEncoding(full, "/:")));
+}
+
+/// Whether there is surely no such file: one that this user may not see is not missing.
+bool is_missing(const QString &path)
+{
+    std::error_code failure;
+    return std::filesystem::status(QFileInfo(path).filesystemFilePath(), failure).type() ==
+           std::filesystem::file_type::not_found;
 }
 
 } // namespace
@@ -39,7 +49,8 @@ std::optional<QString> StoreFile::open(QSqlDatabase &db)
 bool StoreFile::is_in_place() const
 {
     const auto id = opened();
-    return !id || id == present();
+    const auto now = present();
+    return !id || (now ? now == id : !is_missing(path_));
 }
 
 std::optional<platform::FileId> StoreFile::opened() const
