@@ -7,6 +7,7 @@
 #include "ui/about.h"
 #include "ui/chains/chain_tracker_tab.h"
 #include "ui/items/item_pictures.h"
+#include "ui/lost_store_notice.h"
 #include "ui/parts/theme.h"
 #include "ui/report_tabs.h"
 #include "ui/start_up_chain.h"
@@ -40,6 +41,7 @@ MainWindow::MainWindow(const Surroundings &around, QWidget *parent, const Window
     build_status_bar();
     build_tabs();
     connect_chain();
+    watch_store();
     if (!restore_geometry())
         place_in_the_middle();
     QTimer::singleShot(0, this, &MainWindow::show_as_it_was);
@@ -92,6 +94,15 @@ void MainWindow::connect_chain()
     connect(chain_.get(), &StartUpChain::message, this, &MainWindow::show_message);
     connect(chain_.get(), &StartUpChain::referenceDataChanged, this, forget_item_pictures);
     connect(chain_.get(), &StartUpChain::shownDataChanged, this, &MainWindow::refresh_all_tabs);
+}
+
+void MainWindow::watch_store()
+{
+    const auto *notice = new LostStoreNotice(*db_, this, setup_.store_interval);
+    connect(notice, &LostStoreNotice::restartWanted, this, [this] {
+        wants_restart_ = true;
+        request_exit();
+    });
 }
 
 void MainWindow::run_post_startup()

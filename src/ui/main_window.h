@@ -13,6 +13,10 @@
 
 class QUrl;
 
+namespace tally::data {
+struct MailImport;
+}
+
 namespace tally::ui {
 
 class ChainTrackerTab;
@@ -45,6 +49,8 @@ public:
 
     ReportTabs &tabs() { return *tabs_; }
     StartUpChain &chain() { return *chain_; }
+    /// Whether the program is to be started again once it has left.
+    bool wants_restart() const { return wants_restart_; }
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -64,6 +70,7 @@ private:
     void build_status_bar();
     void build_tabs();
     void connect_chain();
+    void watch_store();
     /// Asks all threads behind the window to end; does not wait.
     void request_end();
     /// \return whether all of them have ended in time.
@@ -78,8 +85,7 @@ private:
     void save_window_state();
 
     void import_with_progress(const QString &folder);
-    enum class DropResult { Imported, NothingNew, Skipped };
-    DropResult import_dropped(const QUrl &url);
+    data::MailImport import_dropped(const QUrl &url);
 
     Surroundings around_;
     WindowSetup setup_;
@@ -87,6 +93,7 @@ private:
     ChainTrackerTab *chain_tab_ = nullptr;
     std::unique_ptr<StartUpChain> chain_;
     bool importing_ = false;
+    bool wants_restart_ = false;
     std::atomic<bool> cancel_import_ = false;
     std::optional<QDeadlineTimer> leaving_; ///< set by `request_exit`
 };

@@ -1,5 +1,6 @@
 #include "ui/start_up_chain.h"
 
+#include "data/import/import_trouble.h"
 #include "data/import/tally_watcher.h"
 #include "data/master/master_refresh_worker.h"
 #include "data/store/tally_db.h"
@@ -131,6 +132,10 @@ void StartUpChain::start_bootstrap_and_watcher()
     connect(
         worker, &Worker::statusMessage, this,
         [this](const QString &text) { Q_EMIT message(text, 4'000); }, Qt::QueuedConnection);
+    bootstrap_trouble_.clear();
+    connect(
+        worker, &Worker::incomplete, this,
+        [this](const QString &trouble) { bootstrap_trouble_ = trouble; }, Qt::QueuedConnection);
     connect(worker, &Worker::bootstrapDone, this, &StartUpChain::on_bootstrap_done,
             Qt::QueuedConnection);
     connect(worker, &Worker::bootstrapDone, worker, &QObject::deleteLater);
@@ -140,12 +145,12 @@ void StartUpChain::start_bootstrap_and_watcher()
 
 void StartUpChain::on_bootstrap_done(int scanned, int imported, int errors)
 {
-    Q_EMIT message(QStringLiteral("Bootstrap done: scanned=%1  imported=%2  errors=%3. "
-                                  "Monitoring active.")
-                       .arg(scanned)
-                       .arg(imported)
-                       .arg(errors),
-                   8'000);
+    const auto done =
+        QStringLiteral("Bootstrap done: scanned=%1  imported=%2  errors=%3. Monitoring active.")
+            .arg(scanned)
+            .arg(imported)
+            .arg(errors);
+    Q_EMIT message(data::with_trouble(done, bootstrap_trouble_), 8'000);
     Q_EMIT shownDataChanged();
     stop_watcher();
     const QString dir = around_.settings.get(settings::mailcache_dir);
@@ -162,6 +167,9 @@ void StartUpChain::on_bootstrap_done(int scanned, int imported, int errors)
             Q_EMIT message(QStringLiteral("Watcher: %1").arg(text), 6'000);
         },
         Qt::QueuedConnection);
+    connect(
+        watcher_.get(), &TallyWatcher::mailsNotStored, this,
+        [this](const QString &text) { Q_EMIT message(text, 30'000); }, Qt::QueuedConnection);
     watcher_->start(QThread::InheritPriority);
 }
 

@@ -88,6 +88,7 @@ private:
     QPointer<QThread> refresh_thread_;
     QPointer<QThread> bootstrap_thread_;
     std::unique_ptr<data::TallyWatcher> watcher_;
+    QString bootstrap_trouble_; ///< of the first import, for the user
     std::atomic<bool> ending_ = false;
 };
 

@@ -1,4 +1,5 @@
 #include "queries/asker.h"
+#include "support/plain_connection.h"
 #include "support/small_mails.h"
 #include "support/window_fixture.h"
 #include "ui/bootstrap_import_worker.h"
@@ -15,6 +16,7 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using testing::Contains;
 using testing::ElementsAre;
+using testing::StartsWith;
 
 namespace {
 
@@ -96,6 +98,23 @@ TEST_F(StartUp, EachLinkStartsTheNext)
                             "Bootstrap done: scanned=1  imported=1  errors=0. "
                             "Monitoring active. (8000)"));
     EXPECT_EQ(tab_->refreshes, 2); // for the names, for the first import
+}
+
+TEST_F(StartUp, AMailThatCouldNotBeStoredIsTold)
+{
+    add(1);
+    PlainConnection(fixture_.store.path)
+        .rows(u"CREATE TRIGGER full BEFORE INSERT ON fort_loot BEGIN SELECT RAISE(ABORT, 'no "
+              "room'); END"_s);
+    open();
+    ASSERT_TRUE(wait_until([&] { return fixture_.open_chain().watching(); }));
+    EXPECT_THAT(messages_.back(), StartsWith("Bootstrap done: scanned=1  imported=0  errors=0. "
+                                             "Monitoring active. 1 mail could not be stored (no"));
+    int number = 1; // the first ones may come before the watcher has looked for the first time
+    EXPECT_TRUE(wait_until([&] {
+        add(++number);
+        return messages_.back().starts_with("1 mail could not be stored (no room");
+    }));
 }
 
 TEST_F(StartUp, NewMailsArriveByThemselves)

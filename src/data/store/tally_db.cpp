@@ -156,6 +156,11 @@ void TallyDb::set_setting(const QString &key, const QString &value)
     data::set_setting(store_, key, value);
 }
 
+QMap<QString, QString> TallyDb::all_settings() const
+{
+    return data::all_settings(store_);
+}
+
 ChainSummary TallyDb::summary(const ChainQuestion &question) const
 {
     return data::summary(store_, question);

@@ -5,6 +5,7 @@
 #include "data/store/store_connection.h"
 #include "platform/clock/clock.h"
 
+#include <QMap>
 #include <QSqlDatabase>
 #include <QString>
 #include <QVariantList>
@@ -35,6 +36,11 @@ public:
 
     /// What the functions of this folder take.
     const StoreConnection &store() const { return store_; }
+    const QString &path() const { return store_.file().path(); }
+    /// False if the file that was opened first has been removed or replaced since. Connections that
+    /// are open go on with it, but nothing of it is left when the program ends; new ones fail.
+    bool is_in_place() const { return store_.file().is_in_place(); }
+
     /// The calling thread's open connection.
     QSqlDatabase connection() const { return store_.connection(); }
 
@@ -97,6 +103,7 @@ public:
     std::optional<QString> get_setting(const QString &key) const;
     QString setting_or(const QString &key, const QString &fallback) const;
     void set_setting(const QString &key, const QString &value);
+    QMap<QString, QString> all_settings() const;
 
     // Chain statistics. `from` is included, `to` is not; both look at a chain's start, or at its
     // mail's modification time where the start is missing. Fort rounds count nowhere but in

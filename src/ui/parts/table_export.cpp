@@ -1,5 +1,6 @@
 #include "ui/parts/table_export.h"
 
+#include "platform/files/whole_file.h"
 #include "ui/parts/export_field.h"
 
 #include <QAbstractItemModel>
@@ -12,7 +13,6 @@
 #include <QListView>
 #include <QMenu>
 #include <QMessageBox>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <QTableView>
 #include <QTreeView>
@@ -135,13 +135,13 @@ void copy_to_clipboard(const QAbstractItemView &view)
         QGuiApplication::clipboard()->setText(copied_rows(view));
 }
 
-void tell_failure(QWidget *parent, const QSaveFile &file)
+void tell_failure(QWidget *parent, const QString &path, const QString &reason)
 {
     auto *box = new QMessageBox(
         QMessageBox::Warning, QStringLiteral("Export as CSV"),
         QStringLiteral("The rows could not be saved to \"%1\": %2.\nExport them again to another "
                        "folder or under another name.")
-            .arg(QDir::toNativeSeparators(file.fileName()), file.errorString()),
+            .arg(QDir::toNativeSeparators(path), reason),
         QMessageBox::Ok, parent);
     box->setTextFormat(Qt::PlainText);
     box->setAttribute(Qt::WA_DeleteOnClose);
@@ -150,10 +150,8 @@ void tell_failure(QWidget *parent, const QSaveFile &file)
 
 void save_csv(QAbstractItemView *view, const QString &path)
 {
-    const QByteArray csv = csv_of(*view->model());
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(csv) != csv.size() || !file.commit())
-        tell_failure(view, file);
+    if (const auto failure = platform::write_whole_file(path, csv_of(*view->model())))
+        tell_failure(view, path, *failure);
 }
 
 void ask_where_to_save(QAbstractItemView *view, const QString &suggested_name)

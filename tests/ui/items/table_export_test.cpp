@@ -1,5 +1,7 @@
 #include "ui/parts/table_export.h"
 
+#include "platform/files/exact_files.h"
+#include "support/file_size_limit.h"
 #include "support/print_qt.h"
 #include "ui/parts/export_field.h"
 
@@ -155,6 +157,21 @@ TEST_F(ExportedTable, AFailedExportNamesTheFileAndTheReason)
     EXPECT_TRUE(box->text().contains(path));
     EXPECT_TRUE(box->text().contains(u"No such file or directory"_s));
     EXPECT_EQ(box->textFormat(), Qt::PlainText);
+}
+
+TEST_F(ExportedTable, AFullDiskIsToldAndTheFormerFileStays)
+{
+    const QString path = folder_.filePath(u"out.csv"_s);
+    save_as(path);
+    const QByteArray former = platform::read_file(path);
+    ASSERT_FALSE(former.isEmpty());
+    table_.item(0, 0)->setText(u"changed"_s);
+    {
+        const test::FileSizeLimit full_disk(10);
+        save_as(path);
+    }
+    EXPECT_NE(table_.findChild<QMessageBox *>(), nullptr);
+    EXPECT_EQ(platform::read_file(path), former);
 }
 
 TEST(ExportedTree, SelectedRowsOfEveryLevelStandInTheirOrder)
