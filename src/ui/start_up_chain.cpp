@@ -50,22 +50,6 @@ void StartUpChain::run()
     setup_.refresh(*this);
 }
 
-void StartUpChain::complete_statistics()
-{
-    if (runs(statistics_thread_))
-        return;
-    statistics_thread_ = QThread::create([this] {
-        try {
-            around_.db.complete_chain_slices(&ending_);
-        } catch (const std::exception &) {
-            // Logged by the store, whose figures come without them too.
-        }
-    });
-    statistics_thread_->setParent(this);
-    connect(statistics_thread_, &QThread::finished, statistics_thread_, &QObject::deleteLater);
-    statistics_thread_->start(QThread::LowPriority);
-}
-
 void StartUpChain::show_splash()
 {
     splash_ = new LoadingSplash(window_, QStringLiteral("Loading data from server..."),
@@ -157,8 +141,8 @@ void StartUpChain::on_bootstrap_done(int scanned, int imported, int errors)
     if (dir.isEmpty() || watcher_ || ending_)
         return;
     using data::TallyWatcher;
-    watcher_ = std::make_unique<TallyWatcher>(
-        &around_.db, dir, around_.raw_dir, static_cast<int>(setup_.poll_interval.count()), this);
+    watcher_ = std::make_unique<TallyWatcher>(&around_.db, dir, around_.raw_dir,
+                                              static_cast<int>(setup_.poll_interval.count()), this);
     connect(watcher_.get(), &TallyWatcher::newFilesImported, this, &StartUpChain::on_new_reports,
             Qt::QueuedConnection);
     connect(

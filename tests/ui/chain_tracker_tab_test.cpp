@@ -13,11 +13,11 @@ TEST_F(ChainTracker, AFailedQueryLeavesItsPartAsItWas)
 {
     add_chain(midnight, 2);
     open();
-    break_store(u"DROP TABLE chain_slice_loot"_s);
+    break_store(u"DROP TABLE loot"_s);
     press(u"To: Previous day (-1)"_s);
     EXPECT_EQ(card(u"chains"_s), "0");
     EXPECT_EQ(loot_text(1), "20");
-    break_store(u"DROP TABLE chain_slices"_s);
+    break_store(u"DROP TABLE reports"_s);
     press(u"To: Next day (+1)"_s);
     EXPECT_EQ(card(u"chains"_s), "0");
     EXPECT_EQ(player(), "Ada");
