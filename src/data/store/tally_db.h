@@ -126,6 +126,14 @@ public:
     std::vector<ChainRun> chains_for_pair(int hero_1, int hero_2, double btype,
                                           std::optional<double> from, std::optional<double> to,
                                           std::optional<double> player) const;
+    /// The same chains without their rounds, for a fraction of the time. Chains that are not added
+    /// up yet are missing.
+    std::vector<ChainHead> chain_heads_for_pair(int hero_1, int hero_2, double btype,
+                                                std::optional<double> from,
+                                                std::optional<double> to,
+                                                std::optional<double> player) const;
+    /// The rounds of a chain in their order, with the items' facts.
+    std::vector<ChainRound> rounds_of(const QString &file_name) const;
     std::optional<FortOfChain> fort_of_chain(const QString &file_name) const;
     std::vector<PlayerRow> players() const; ///< the account with the most chains first
     /// Honor of the rounds with loot whose mail is younger.
@@ -274,7 +282,6 @@ private:
                          const QVariantList &params) const;
     std::vector<LootSum> sliced_loot_sums(const QString &filter, const QVariantList &params) const;
     std::map<int, std::vector<LootEntry>> round_loot(const QString &file_name) const;
-    std::vector<ChainRound> rounds_of(const QString &file_name) const;
     std::vector<PlayerRow> player_rows(const ChainSource &source) const;
     std::vector<LootSum> loot_sums(const QString &sql, const QVariantList &params) const;
     /// Both texts have %1 in the place of their conditions. `fights`, if it is not null, gets what

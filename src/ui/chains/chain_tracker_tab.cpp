@@ -54,9 +54,10 @@ void go_back(QTableView &table, const TablePlace &place)
 
 ChainTrackerTab::ChainTrackerTab(data::TallyDb *db, queries::StoreQueries *queries,
                                  double npc_btype, QWidget *parent, const ChainTrackerSetup &setup)
-    : ReportTab(parent), db_(db), npc_btype_(npc_btype), setup_(setup),
+    : ReportTab(parent), db_(db), queries_(queries), npc_btype_(npc_btype), setup_(setup),
       filter_(new ChainFilterBar(today(), this)), summary_(new ChainSummaryBox(this)),
-      accounts_(*queries), figures_(*queries, this)
+      accounts_(*queries), figures_(*queries, this),
+      chosen_pair_(*queries, this)
 {
     auto *page = new QWidget;
     auto *layout = new QVBoxLayout(page);
@@ -210,8 +211,8 @@ void ChainTrackerTab::shift_date(bool which_from, int delta_days)
 void ChainTrackerTab::on_hero_pair_clicked(QListWidgetItem *item)
 {
     if (const auto choice = item ? HeroPairList::choice_of(*item) : std::nullopt)
-        open_round_overview(*db_, *choice, npc_btype_, filter_->player(), setup_.icon_dir,
-                            window());
+        open_round_overview(chosen_pair_, *queries_, *choice, npc_btype_, filter_->player(),
+                            setup_.icon_dir, window());
 }
 
 } // namespace tally::ui

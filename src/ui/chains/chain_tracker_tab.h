@@ -60,6 +60,7 @@ private:
     QDate today() const;
 
     data::TallyDb *db_;
+    queries::StoreQueries *queries_;
     double npc_btype_;
     ChainTrackerSetup setup_;
     ChainFilterBar *filter_;
@@ -71,6 +72,7 @@ private:
     QTimer counting_sign_;
     queries::Asker accounts_; ///< for the filter, which others ask for whether it is seen or not
     ViewAsker figures_;
+    ViewAsker chosen_pair_;
 };
 
 } // namespace tally::ui
