@@ -1,6 +1,7 @@
 #include "data/store/tally_db.h"
 
 #include "data/store/chain_conditions.h"
+#include "data/store/chain_heads.h"
 #include "data/store/chain_rounds.h"
 #include "data/store/chain_statistics.h"
 #include "data/store/field_fights.h"
@@ -230,6 +231,17 @@ std::vector<ChainRun> TallyDb::chains_for_pair(int hero_1, int hero_2, double bt
                                                std::optional<double> player) const
 {
     return data::chains_for_pair(store_, hero_1, hero_2, question(btype, from, to, player));
+}
+
+std::vector<ChainHead> TallyDb::chain_heads_for_pair(int hero_1, int hero_2,
+                                                     const ChainQuestion &question) const
+{
+    return data::chain_heads_for_pair(store_, hero_1, hero_2, question);
+}
+
+std::vector<ChainRound> TallyDb::rounds_of(const QString &file_name) const
+{
+    return data::rounds_of(store_, file_name);
 }
 
 std::optional<FortOfChain> TallyDb::fort_of_chain(const QString &file_name) const

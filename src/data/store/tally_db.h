@@ -145,6 +145,11 @@ public:
     std::vector<ChainRun> chains_for_pair(int hero_1, int hero_2, double btype,
                                           std::optional<double> from, std::optional<double> to,
                                           std::optional<double> player) const;
+    /// The same chains without their rounds, for a fraction of the time.
+    std::vector<ChainHead> chain_heads_for_pair(int hero_1, int hero_2,
+                                                const ChainQuestion &question) const;
+    /// The rounds of a chain in their order, with the items' facts.
+    std::vector<ChainRound> rounds_of(const QString &file_name) const;
     std::optional<FortOfChain> fort_of_chain(const QString &file_name) const;
     std::vector<PlayerRow> players() const; ///< the account with the most chains first
     /// Honor of the rounds with loot whose mail is younger.

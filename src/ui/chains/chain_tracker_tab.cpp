@@ -56,7 +56,7 @@ ChainTrackerTab::ChainTrackerTab(const Surroundings &around, double npc_btype, Q
                                  const ChainTrackerSetup &setup)
     : ReportTab(parent), around_(around), npc_btype_(npc_btype), setup_(setup),
       filter_(new ChainFilterBar(today(), this)), summary_(new ChainSummaryBox(this)),
-      accounts_(around.queries), figures_(around.queries, this)
+      accounts_(around.queries), figures_(around.queries, this), chosen_pair_(around.queries, this)
 {
     auto *page = new QWidget;
     auto *layout = new QVBoxLayout(page);
@@ -210,8 +210,8 @@ void ChainTrackerTab::shift_date(bool which_from, int delta_days)
 void ChainTrackerTab::on_hero_pair_clicked(QListWidgetItem *item)
 {
     if (const auto choice = item ? HeroPairList::choice_of(*item) : std::nullopt)
-        open_round_overview(around_.db, *choice, npc_btype_, filter_->player(), around_.icon_dir,
-                            window());
+        open_round_overview(chosen_pair_, around_.queries, *choice, npc_btype_, filter_->player(),
+                            around_.icon_dir, window());
 }
 
 } // namespace tally::ui

@@ -66,6 +66,7 @@ private:
     QTimer counting_sign_;
     queries::Asker accounts_; ///< for the filter, which others ask for whether it is seen or not
     ViewAsker figures_;
+    ViewAsker chosen_pair_;
 };
 
 } // namespace tally::ui
