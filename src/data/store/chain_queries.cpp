@@ -132,6 +132,23 @@ std::optional<BestChain> TallyDb::best_chain(double btype, std::optional<double>
                                                 question_params(btype, filter), compute);
 }
 
+std::optional<double> TallyDb::last_chain(double btype, std::optional<double> player) const
+{
+    const ChainSqlFilter filter = chain_filter({}, {}, {}, player);
+    const auto compute = [&]() -> std::optional<double> {
+        auto row = exec_prepared(connection(),
+                                 QStringLiteral(R"sql(
+            SELECT MAX(COALESCE(chain_start_time, file_mtime))
+            FROM %1
+            WHERE (? IS NULL OR npc_btype = ?)%2)sql")
+                                     .arg(chain_source().table, filter.sql),
+                                 twice(btype) + filter.params);
+        return row.next() ? number_in(row.value(0)) : std::nullopt;
+    };
+    return remembered<std::optional<double>>(QStringLiteral("last_chain"),
+                                             question_params(btype, filter), compute);
+}
+
 std::vector<LootSum> TallyDb::sliced_loot_sums(const QString &filter,
                                                const QVariantList &params) const
 {

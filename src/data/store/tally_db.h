@@ -114,6 +114,8 @@ public:
     std::optional<BestChain> best_chain(double btype, std::optional<double> from,
                                         std::optional<double> to,
                                         std::optional<double> player) const;
+    /// When the newest chain began.
+    std::optional<double> last_chain(double btype, std::optional<double> player) const;
     std::vector<LootStat> loot_stats(double btype, std::optional<double> from,
                                      std::optional<double> to, std::optional<double> player) const;
     /// Chains by the local hour of their start.
