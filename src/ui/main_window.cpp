@@ -5,7 +5,10 @@
 #include "ui/about.h"
 #include "ui/chains/chain_tracker_tab.h"
 #include "ui/items/item_pictures.h"
+#include "ui/parts/plain_label.h"
 #include "ui/parts/theme.h"
+#include "ui/parts/window_bounds.h"
+#include "ui/refresh_mark.h"
 #include "ui/report_tabs.h"
 #include "ui/start_up_chain.h"
 #include "ui/stored_settings.h"
@@ -36,10 +39,12 @@ MainWindow::MainWindow(data::TallyDb *db, queries::StoreQueries *queries, QWidge
         QStringLiteral("%1 %2").arg(platform::application_name, platform::application_version));
     resize(1400, 900);
     setAcceptDrops(true);
+    new WindowBounds(this);
     build_menus();
     build_status_bar();
     build_tabs();
     connect_chain();
+    new RefreshMark(*chain_, *statusBar());
     if (!restore_geometry())
         place_in_the_middle();
     QTimer::singleShot(0, this, &MainWindow::show_as_it_was);
@@ -71,6 +76,7 @@ void MainWindow::build_tabs()
     setup.clock = setup_.clock;
     chain_tab_ = new ChainTrackerTab(db_, queries_, barbarians, tabs_, setup);
     tabs_->add(chain_tab_, QStringLiteral("⚔️ Chain Tracker"));
+    connect(chain_tab_, &ReportTab::mailFolderWanted, this, &MainWindow::on_import_mailcache);
     setCentralWidget(tabs_);
 }
 
@@ -103,10 +109,9 @@ void MainWindow::refresh_all_tabs()
 
 void MainWindow::build_status_bar()
 {
-    auto *version = new QLabel(
+    QLabel *version = plain_label(
         QStringLiteral("Version: %1  %2").arg(platform::application_version, copyright_line()));
     version->setObjectName(QStringLiteral("versionLabel"));
-    version->setTextFormat(Qt::PlainText);
     version->setContentsMargins(0, 0, 8, 0);
     statusBar()->addPermanentWidget(version);
     statusBar()->setSizeGripEnabled(false);

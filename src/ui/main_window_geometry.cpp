@@ -1,5 +1,6 @@
 #include "ui/main_window.h"
 
+#include "ui/parts/window_bounds.h"
 #include "ui/stored_settings.h"
 
 #include <QDataStream>
@@ -61,9 +62,12 @@ void MainWindow::place_in_the_middle()
         return;
     constexpr QSize size(1400, 900);
     const QRect available = screen->availableGeometry();
-    resize(size);
-    move(available.left() + (available.width() - size.width()) / 2,
-         available.top() + (available.height() - size.height()) / 2);
+    const QPoint corner(available.left() + (available.width() - size.width()) / 2,
+                        available.top() + (available.height() - size.height()) / 2);
+    const QMargins margins = frame_margins(*this);
+    const QRect frame = bounded_frame({corner, size.grownBy(margins)}, available);
+    resize(frame.size().shrunkBy(margins));
+    move(frame.topLeft());
 }
 
 void MainWindow::show_as_it_was()
