@@ -8,7 +8,10 @@
 #include "ui/chains/chain_tracker_tab.h"
 #include "ui/items/item_pictures.h"
 #include "ui/lost_store_notice.h"
+#include "ui/parts/plain_label.h"
 #include "ui/parts/theme.h"
+#include "ui/parts/window_bounds.h"
+#include "ui/refresh_mark.h"
 #include "ui/report_tabs.h"
 #include "ui/start_up_chain.h"
 
@@ -37,11 +40,13 @@ MainWindow::MainWindow(const Surroundings &around, QWidget *parent, const Window
         QStringLiteral("%1 %2").arg(platform::application_name, platform::application_version));
     resize(1400, 900);
     setAcceptDrops(true);
+    new WindowBounds(this);
     build_menus();
     build_status_bar();
     build_tabs();
     connect_chain();
     watch_store();
+    new RefreshMark(*chain_, *statusBar());
     if (!restore_geometry())
         place_in_the_middle();
     QTimer::singleShot(0, this, &MainWindow::show_as_it_was);
@@ -76,6 +81,7 @@ void MainWindow::build_tabs()
     tabs_ = new ReportTabs(this);
     chain_tab_ = new ChainTrackerTab(around_, barbarians, tabs_);
     tabs_->add(chain_tab_, QStringLiteral("⚔️ Chain Tracker"));
+    connect(chain_tab_, &ReportTab::mailFolderWanted, this, &MainWindow::on_import_mailcache);
     setCentralWidget(tabs_);
 }
 
@@ -98,7 +104,7 @@ void MainWindow::connect_chain()
 
 void MainWindow::watch_store()
 {
-    const auto *notice = new LostStoreNotice(*db_, this, setup_.store_interval);
+    const auto *notice = new LostStoreNotice(around_.db, this, setup_.store_interval);
     connect(notice, &LostStoreNotice::restartWanted, this, [this] {
         wants_restart_ = true;
         request_exit();
@@ -117,10 +123,9 @@ void MainWindow::refresh_all_tabs()
 
 void MainWindow::build_status_bar()
 {
-    auto *version = new QLabel(
+    QLabel *version = plain_label(
         QStringLiteral("Version: %1  %2").arg(platform::application_version, copyright_line()));
     version->setObjectName(QStringLiteral("versionLabel"));
-    version->setTextFormat(Qt::PlainText);
     version->setContentsMargins(0, 0, 8, 0);
     statusBar()->addPermanentWidget(version);
     statusBar()->setSizeGripEnabled(false);

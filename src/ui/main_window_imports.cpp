@@ -4,6 +4,8 @@
 #include "platform/files/exact_files.h"
 #include "settings/catalogue.h"
 #include "settings/settings.h"
+#include "ui/import_progress.h"
+#include "ui/parts/ui_log.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -11,7 +13,6 @@
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QMimeData>
-#include <QProgressDialog>
 #include <QScopedValueRollback>
 #include <QUrl>
 
@@ -60,20 +61,12 @@ void MainWindow::import_with_progress(const QString &folder)
 {
     const QScopedValueRollback importing(importing_, true);
     cancel_import_ = false;
-    QProgressDialog dialog(QStringLiteral("Importing mailcache..."), QStringLiteral("Cancel"), 0, 0,
-                           this);
-    dialog.setWindowModality(Qt::WindowModal);
-    dialog.setMinimumDuration(300);
-    dialog.setValue(0);
+    ImportProgress dialog(this);
     connect(
         &dialog, &QProgressDialog::canceled, this, [this] { cancel_import_ = true; },
         Qt::DirectConnection);
     const auto show_progress = [&dialog](qint32 scanned, qint32 total, qint32 imported) {
-        if (dialog.maximum() != total)
-            dialog.setMaximum(total);
-        dialog.setValue(scanned);
-        dialog.setLabelText(
-            QStringLiteral("Importing %1/%2  (%3 new)").arg(scanned).arg(total).arg(imported));
+        dialog.show_progress(scanned, total, imported);
         QCoreApplication::processEvents();
     };
     QDir().mkpath(around_.raw_dir);

@@ -15,6 +15,8 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace tally::ui {
 namespace {
@@ -50,6 +52,19 @@ void StartUpChain::run()
     setup_.refresh(*this);
 }
 
+void StartUpChain::refresh_again()
+{
+    if (ending_ || runs(refresh_thread_))
+        return;
+    refreshes_only_ = true;
+    setup_.refresh(*this);
+}
+
+QString StartUpChain::refresh_failed_text()
+{
+    return QStringLiteral("Master refresh failed — tabs will show raw IDs.");
+}
+
 void StartUpChain::show_splash()
 {
     splash_ = new LoadingSplash(window_, QStringLiteral("Loading data from server..."),
@@ -76,7 +91,10 @@ void StartUpChain::on_master_refresh_done(bool success)
     if (success)
         Q_EMIT shownDataChanged();
     else
-        Q_EMIT message(QStringLiteral("Master refresh failed — tabs will show raw IDs."), 8'000);
+        Q_EMIT message(refresh_failed_text(), refresh_failed_ms);
+    Q_EMIT refreshEnded(success);
+    if (std::exchange(refreshes_only_, false))
+        return;
     start_bootstrap_and_watcher();
     Q_EMIT refreshDone(success);
 }
@@ -200,6 +218,11 @@ bool StartUpChain::wait_until(QDeadlineTimer deadline)
     const QList<QThread *> all = threads();
     return std::all_of(all.begin(), all.end(),
                        [deadline](QThread *thread) { return thread->wait(deadline); });
+}
+
+bool StartUpChain::importing() const
+{
+    return runs(bootstrap_thread_);
 }
 
 bool StartUpChain::watching() const

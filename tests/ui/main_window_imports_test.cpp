@@ -1,6 +1,7 @@
 #include "support/plain_connection.h"
 #include "support/small_mails.h"
 #include "support/window_fixture.h"
+#include "ui/import_progress.h"
 
 #include <QApplication>
 #include <QDir>
@@ -187,4 +188,15 @@ TEST_F(Imports, AnExitEndsARunningReimport)
     EXPECT_TRUE(asked);
     EXPECT_EQ(fixture_.message(), "Import done: scanned=200  imported=0  errors=0");
     EXPECT_FALSE(window_->isVisible());
+}
+
+TEST(ImportProgress, ItStandsUntilItIsClosedHoweverOftenTheEndIsReported)
+{
+    ui::ImportProgress dialog(nullptr);
+    dialog.show();
+    EXPECT_NE(dialog.windowTitle(), QString());
+    for (int report = 0; report < 2; ++report) {
+        dialog.show_progress(200, 200, 0);
+        EXPECT_TRUE(dialog.isVisible());
+    }
 }

@@ -4,8 +4,10 @@
 #include "support/window_fixture.h"
 #include "ui/bootstrap_import_worker.h"
 #include "ui/loading_splash.h"
+#include "ui/refresh_mark.h"
 
 #include <QDir>
+#include <QPushButton>
 #include <QSemaphore>
 
 #include <gmock/gmock.h>
@@ -137,6 +139,36 @@ TEST_F(StartUp, AFailedRefreshIsToldAndTheImportStartsAllTheSame)
     ASSERT_TRUE(wait_until([&] { return fixture_.open_chain().watching(); }));
     EXPECT_THAT(messages_, Contains("Master refresh failed — tabs will show raw IDs. (8000)"));
     EXPECT_EQ(tab_->refreshes, 1);
+}
+
+TEST_F(StartUp, AFailedRefreshIsMarkedAndCanBeTriedAgain)
+{
+    const auto success = std::make_shared<bool>(false);
+    fixture_.setup.refresh = [success](ui::StartUpChain &chain) {
+        chain.start_refresh(new QuickRefresh(*success));
+    };
+    const ui::MainWindow &window = open();
+    const auto *mark = window.findChild<ui::RefreshMark *>();
+    EXPECT_FALSE(mark->isVisible());
+    ASSERT_TRUE(wait_until([&] { return fixture_.open_chain().watching(); }));
+    EXPECT_TRUE(mark->isVisible());
+    ASSERT_TRUE(wait_until([&] { return !fixture_.open_chain().importing(); }));
+    window.statusBar()->clearMessage(); // as if "Bootstrap done" had stood its time
+    EXPECT_EQ(fixture_.message(), "Master refresh failed — tabs will show raw IDs.");
+
+    const int refreshes = tab_->refreshes;
+    messages_.clear();
+    for (const bool outcome : {false, true}) {
+        *success = outcome;
+        mark->findChild<QPushButton *>()->click();
+        EXPECT_FALSE(has_splash(window));
+        ASSERT_TRUE(wait_until([&] { return mark->findChild<QPushButton *>()->isEnabled(); }));
+        EXPECT_EQ(mark->isVisible(), !outcome);
+    }
+    EXPECT_EQ(tab_->refreshes, refreshes + 1);
+    EXPECT_THAT(messages_, ElementsAre("Downloading heroes... (4000)",
+                                       "Master refresh failed — tabs will show raw IDs. (8000)",
+                                       "Downloading heroes... (4000)"));
 }
 
 TEST_F(StartUp, AMissingFolderEndsTheChainWithAWordWhereToSetIt)

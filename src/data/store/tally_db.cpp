@@ -185,6 +185,11 @@ std::optional<BestChain> TallyDb::best_chain(double btype, std::optional<double>
     return data::best_chain(store_, question(btype, from, to, player));
 }
 
+std::optional<double> TallyDb::last_chain(double btype, std::optional<double> player) const
+{
+    return data::last_chain(store_, question(btype, {}, {}, player));
+}
+
 std::vector<LootStat> TallyDb::loot_stats(const ChainQuestion &question) const
 {
     return data::loot_stats(store_, question);

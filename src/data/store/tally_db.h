@@ -128,6 +128,8 @@ public:
     std::optional<BestChain> best_chain(double btype, std::optional<double> from,
                                         std::optional<double> to,
                                         std::optional<double> player) const;
+    /// When the newest chain began.
+    std::optional<double> last_chain(double btype, std::optional<double> player) const;
     std::vector<LootStat> loot_stats(const ChainQuestion &question) const;
     std::vector<LootStat> loot_stats(double btype, std::optional<double> from,
                                      std::optional<double> to, std::optional<double> player) const;

@@ -12,6 +12,7 @@
 #include <QHeaderView>
 #include <QMenu>
 #include <QMessageBox>
+#include <QStatusBar>
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
@@ -141,7 +142,9 @@ TEST_F(ExportedTable, CtrlCAndTheMenuCopyWhatIsSelected)
 
 TEST_F(ExportedTable, ExportWritesTheWholeTable)
 {
+    QStatusBar bar(&table_);
     save_as(folder_.filePath(u"out.csv"_s));
+    EXPECT_TRUE(bar.currentMessage().contains(folder_.filePath(u"out.csv"_s)));
     QFile file(folder_.filePath(u"out.csv"_s));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll(), "\xef\xbb\xbfName,Id,Qty\r\nn0,,0\r\nn1,,1000\r\nn2,,2000\r\n");
