@@ -102,7 +102,7 @@ TEST_F(ChainTracker, ATimeIsLookedAtOnRefreshWhichIsMarkedUntilThen)
 TEST_F(ChainTracker, WhoeverLooksAtTodayIsTakenOverMidnight)
 {
     auto now = std::make_shared<double>(midnight + 23.9 * hour);
-    setup_.clock = [now] {
+    clock_ = [now] {
         return *now;
     };
     setup_.day_watch_interval = 1ms;

@@ -2,7 +2,9 @@
 
 #include "album.h"
 #include "data/store/tally_db.h"
+#include "platform/host/fake/fake_host.h"
 #include "queries/store_queries.h"
+#include "settings/settings.h"
 #include "ui/main_window.h"
 #include "ui/pinning/game_window_selector.h"
 #include "ui/report_tabs.h"
@@ -114,7 +116,9 @@ void take_first_start(const Album &album)
     db.init_schema();
     db.set_setting(QStringLiteral("mailcache_dir"), QStringLiteral("/none"));
     queries::StoreQueries queries(db);
-    ui::MainWindow window(&db, &queries);
+    Settings settings(db);
+    platform::FakeHost host;
+    ui::MainWindow window({.db = db, .queries = queries, .settings = settings, .host = host});
     window.show();
     Q_EMIT window.chain().refreshEnded(false);
     QCoreApplication::processEvents();
