@@ -5,6 +5,7 @@
 #include "data/import/tally_watcher.h"
 #include "data/store/tally_db.h"
 #include "figure.h"
+#include "queries/store_queries.h"
 #include "sample_world.h"
 #include "support/plain_connection.h"
 #include "support/x_session.h"
@@ -172,7 +173,7 @@ public:
         setup.refresh = [](ui::StartUpChain &chain) {
             chain.start_refresh(new NoRefresh);
         };
-        window_ = std::make_unique<ui::MainWindow>(&db_, nullptr, setup);
+        window_ = std::make_unique<ui::MainWindow>(&db_, &queries_, nullptr, setup);
         window_->show();
         window_->run_post_startup();
         wait([this] { return window_->chain().watching(); });
@@ -204,6 +205,7 @@ public:
 private:
     QTemporaryDir folder_;
     data::TallyDb db_{folder_.filePath(QStringLiteral("tally.db"))};
+    queries::StoreQueries queries_{db_};
     std::unique_ptr<ui::MainWindow> window_;
 };
 

@@ -1,6 +1,7 @@
 #include "ui/main_window.h"
 
 #include "platform/identity.h"
+#include "queries/store_queries.h"
 #include "ui/about.h"
 #include "ui/chains/chain_tracker_tab.h"
 #include "ui/items/item_pictures.h"
@@ -26,8 +27,9 @@ void exit_hard()
     std::_Exit(0);
 }
 
-MainWindow::MainWindow(data::TallyDb *db, QWidget *parent, const WindowSetup &setup)
-    : QMainWindow(parent), db_(db), setup_(setup),
+MainWindow::MainWindow(data::TallyDb *db, queries::StoreQueries *queries, QWidget *parent,
+                       const WindowSetup &setup)
+    : QMainWindow(parent), db_(db), queries_(queries), setup_(setup),
       chain_(std::make_unique<StartUpChain>(db, setup, this))
 {
     setWindowTitle(
@@ -55,7 +57,9 @@ MainWindow::~MainWindow()
 
 bool MainWindow::end_threads(QDeadlineTimer deadline)
 {
-    return chain_->end(deadline) && tabs_->end_all(deadline);
+    queries_->request_end();
+    const bool chain_has_ended = chain_->end(deadline);
+    return queries_->wait_until(deadline) && chain_has_ended;
 }
 
 void MainWindow::build_tabs()
@@ -65,7 +69,7 @@ void MainWindow::build_tabs()
     ChainTrackerSetup setup;
     setup.icon_dir = setup_.icon_cache_dir;
     setup.clock = setup_.clock;
-    chain_tab_ = new ChainTrackerTab(db_, barbarians, tabs_, setup);
+    chain_tab_ = new ChainTrackerTab(db_, queries_, barbarians, tabs_, setup);
     tabs_->add(chain_tab_, QStringLiteral("⚔️ Chain Tracker"));
     setCentralWidget(tabs_);
 }

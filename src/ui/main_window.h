@@ -16,6 +16,10 @@ namespace tally::data {
 class TallyDb;
 }
 
+namespace tally::queries {
+class StoreQueries;
+}
+
 namespace tally::ui {
 
 class ChainTrackerTab;
@@ -28,9 +32,9 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    /// \param db outlives the window
-    explicit MainWindow(data::TallyDb *db, QWidget *parent = nullptr,
-                        const WindowSetup &setup = {});
+    /// \param db outlives the window, as do \p queries, which answer all its pages
+    MainWindow(data::TallyDb *db, queries::StoreQueries *queries, QWidget *parent = nullptr,
+               const WindowSetup &setup = {});
     /// Waits for the window's threads within the deadline for leaving.
     ~MainWindow() override;
 
@@ -84,6 +88,7 @@ private:
     DropResult import_dropped(const QUrl &url);
 
     data::TallyDb *db_;
+    queries::StoreQueries *queries_;
     WindowSetup setup_;
     ReportTabs *tabs_ = nullptr;
     ChainTrackerTab *chain_tab_ = nullptr;

@@ -1,6 +1,7 @@
 // A main window that leaves while its refresh hangs for ever: only the deadline can end it.
 
 #include "data/store/tally_db.h"
+#include "queries/store_queries.h"
 #include "ui/main_window.h"
 #include "ui/start_up_chain.h"
 
@@ -42,7 +43,8 @@ int main(int argc, char *argv[])
     setup.refresh = [](ui::StartUpChain &chain) {
         chain.start_refresh(new StuckRefresh);
     };
-    ui::MainWindow window(&db, nullptr, setup);
+    queries::StoreQueries queries(db);
+    ui::MainWindow window(&db, &queries, nullptr, setup);
     window.show();
     QTimer::singleShot(0, &window, [&window] {
         window.run_post_startup();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "queries/store_queries.h"
 #include "support/temp_mails.h"
 #include "support/temp_store.h"
 #include "ui/main_window.h"
@@ -67,7 +68,7 @@ public:
 
     ui::MainWindow &open()
     {
-        window_ = std::make_unique<ui::MainWindow>(&store.db, nullptr, setup);
+        window_ = std::make_unique<ui::MainWindow>(&store.db, &queries, nullptr, setup);
         return *window_;
     }
     ui::StartUpChain &open_chain() const { return window_->chain(); }
@@ -99,6 +100,7 @@ public:
     }
 
     TempStore store;
+    queries::StoreQueries queries{store.db};
     TempMails mails;
     ui::WindowSetup setup;
 

@@ -1,6 +1,7 @@
 // Pictures of every window in both themes: shots DIR. The scale is that of QT_SCALE_FACTOR.
 
 #include "platform/identity.h"
+#include "queries/store_queries.h"
 #include "round_overview_shot.h"
 #include "sample_store.h"
 #include "ui/about.h"
@@ -109,7 +110,8 @@ void take_all(const Album &album, tools::SampleStore &store)
     setup.clock = [] {
         return tools::SampleStore::end;
     };
-    ui::MainWindow window(&store.db(), nullptr, setup);
+    queries::StoreQueries queries(store.db());
+    ui::MainWindow window(&store.db(), &queries, nullptr, setup);
     window.show();
     QCoreApplication::processEvents();
     take_pages(album, window);

@@ -12,6 +12,7 @@
 #include "platform/identity.h"
 #include "platform/log/process_log.h"
 #include "platform/paths/data_folders.h"
+#include "queries/store_queries.h"
 #include "ui/logo.h"
 #include "ui/main_window.h"
 #include "ui/parts/theme.h"
@@ -93,7 +94,8 @@ int run_graphical(int argc, char *argv[])
     const QString theme = ui::stored_setting(db, QStringLiteral("theme"), ui::theme_name(0));
     ui::apply_to_app(&application, ui::theme_from_name(theme));
 
-    ui::MainWindow window(&db);
+    queries::StoreQueries queries(db);
+    ui::MainWindow window(&db, &queries);
     QObject::connect(&interrupts, &InterruptWatch::interrupted, &window, [&window] {
         window.request_exit();
         QCoreApplication::quit();
