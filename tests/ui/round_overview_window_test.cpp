@@ -190,7 +190,7 @@ TEST_F(RoundOverviewWindowTest, RowsFillTheViewWithoutGapsOrOverlaps)
     Overview overview(many_chains(40, 7));
     for (const int y : {0, 777, 5000}) {
         overview.scroll_to(y);
-        int next_row = -1;
+        int next_row = std::numeric_limits<int>::min();
         const auto rows = overview.shown<RoundRowWidget>();
         for (const ChainGroupWidget *group : overview.shown<ChainGroupWidget>()) {
             for (const RoundRowWidget *row : rows) {

@@ -1,5 +1,7 @@
 #include "ui/parts/day_watch.h"
 
+#include "data/store/sql_values.h"
+
 #include <QDateTime>
 
 #include <utility>
@@ -9,7 +11,7 @@ namespace {
 
 QDate day_of(double seconds)
 {
-    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds), Qt::UTC).date();
+    return QDateTime::fromSecsSinceEpoch(data::saturated<qint64>(seconds), Qt::UTC).date();
 }
 
 } // namespace
