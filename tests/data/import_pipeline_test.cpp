@@ -231,7 +231,7 @@ TEST(ImportFile, TakesLevelsFromTheReferenceTables)
     tables.clear();
     ASSERT_TRUE(report);
     EXPECT_EQ(report->rounds.at(0).level, 17.0);
-    EXPECT_EQ(text_in(store, u"SELECT level FROM reports"_s), u"17.0");
+    EXPECT_EQ(text_in(store, u"SELECT level FROM reports"_s), u"17");
 }
 
 TEST(ImportFile, StoresTheFilesTimeToTheMillisecond)
