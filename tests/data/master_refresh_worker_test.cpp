@@ -159,7 +159,9 @@ TEST_F(MasterRefresh, AFailureIsLoggedWithItsReason)
         const test::LogCapture log;
         MasterRefreshWorker worker(endpoint, icon_dir(), test_timeouts);
         worker.run();
-        return test::LogCapture::lines(u"kind \"heroes\" failed status= "_s).join(u'\n').toStdString();
+        return test::LogCapture::lines(u"kind \"heroes\" failed status= "_s)
+            .join(u'\n')
+            .toStdString();
     };
     platform::Endpoint endpoint = site_.endpoint();
     endpoint.pins.clear();

@@ -35,7 +35,8 @@ std::string marks_of(const std::vector<data::ChainRun> &chains)
     const Encounters encounters(heads);
     std::string marks;
     for (size_t chain = 0; chain < chains.size(); ++chain) {
-        for (const auto &[is_free, is_tactical] : encounters.meetings(chain, chains[chain].rounds)) {
+        for (const auto &[is_free, is_tactical] :
+             encounters.meetings(chain, chains[chain].rounds)) {
             EXPECT_FALSE(is_free && is_tactical);
             marks += is_free ? 'F' : is_tactical ? 'T' : '-';
         }
@@ -69,11 +70,12 @@ INSTANTIATE_TEST_SUITE_P(
                               chain_of(u"b"_s, 200.0, {lost_round(ct)}),
                               chain_of(u"a"_s, 100.0, {lost_round(ct)})},
                              "-TT"},
-                    Meetings{"within one chain, and again later",
-                             {chain_of(u"b"_s, 200.0, {won_round(ct)}),
-                              chain_of(u"a"_s, 100.0,
-                                       {won_round(ct), lost_round(ct), won_round(ct), lost_round()})},
-                             "F-TF-"},
+                    Meetings{
+                        "within one chain, and again later",
+                        {chain_of(u"b"_s, 200.0, {won_round(ct)}),
+                         chain_of(u"a"_s, 100.0,
+                                  {won_round(ct), lost_round(ct), won_round(ct), lost_round()})},
+                        "F-TF-"},
                     Meetings{"another barbarian in between",
                              {chain_of(u"b"_s, 200.0, {won_round(8.0), won_round(ct)}),
                               chain_of(u"a"_s, 100.0, {lost_round(ct)})},

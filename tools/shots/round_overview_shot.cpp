@@ -8,11 +8,11 @@
 #include "ui/chains/round_overview_window.h"
 #include "ui/items/item_pictures.h"
 
+#include <QAbstractScrollArea>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
-#include <QAbstractScrollArea>
 #include <QScrollBar>
 #include <QTemporaryDir>
 

@@ -77,8 +77,7 @@ struct RunEnd {
     std::optional<SettingsTable> lost_settings; ///< of a store whose file is gone
 };
 
-RunEnd run_window(QApplication &application, const InterruptWatch &interrupts,
-                  platform::Host &host)
+RunEnd run_window(QApplication &application, const InterruptWatch &interrupts, platform::Host &host)
 {
     data::TallyDb db(platform::db_path());
     if (!open_store(db))

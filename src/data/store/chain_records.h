@@ -121,9 +121,9 @@ struct ChainHead {
     std::optional<double> chain_start_time;
     std::optional<double> chain_end_time;
     int rounds = 0;
-    int wins = 0;                ///< rounds with loot
+    int wins = 0; ///< rounds with loot
     bool has_fort_round = false;
-    bool has_fort_loot = false;  ///< the fort that is tied to it left something
+    bool has_fort_loot = false; ///< the fort that is tied to it left something
     std::vector<ChainFight> fights;
 };
 

@@ -74,18 +74,15 @@ QVariantList field_attacks(const StoreConnection &store, std::optional<double> f
     // Left alone, the planner would gather and sort all attacks of the kind instead of walking back
     // in time until there are enough. Favourites are too rare for that, and the index may be gone.
     const auto table = QStringLiteral("field_reports");
-    const QString by_time =
-        sql.arg(listed_columns(), table + QStringLiteral(" INDEXED BY idx_field_time"),
-                conditions.sql());
-    const bool walks =
-        mode != favorites &&
-        store.any_row(
-            QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'idx_field_time'")) &&
-        QSqlQuery(store.connection()).prepare(by_time);
+    const QString by_time = sql.arg(
+        listed_columns(), table + QStringLiteral(" INDEXED BY idx_field_time"), conditions.sql());
+    const bool walks = mode != favorites &&
+                       store.any_row(QStringLiteral(
+                           "SELECT 1 FROM sqlite_master WHERE name = 'idx_field_time'")) &&
+                       QSqlQuery(store.connection()).prepare(by_time);
     QVariantList attacks;
-    auto rows =
-        store.exec(walks ? by_time : sql.arg(listed_columns(), table, conditions.sql()),
-                   conditions.params + QVariantList{limit});
+    auto rows = store.exec(walks ? by_time : sql.arg(listed_columns(), table, conditions.sql()),
+                           conditions.params + QVariantList{limit});
     while (rows.next())
         attacks << row_as_map(rows);
     return attacks;

@@ -16,8 +16,8 @@ namespace {
 
 constexpr QMargins list_margins(10, 8, 10, 8);
 constexpr int list_spacing = 6;
-constexpr int line_step = 20;     ///< pixels that an arrow key scrolls by
-constexpr int beyond_view = 4096; ///< what sticks out of the view by more pixels is cut off
+constexpr int line_step = 20;       ///< pixels that an arrow key scrolls by
+constexpr int beyond_view = 4096;   ///< what sticks out of the view by more pixels is cut off
 constexpr size_t kept_chains = 200; ///< before and behind those in view, whose rounds stay known
 
 /// Moves the widgets out of `shown` whose place is not in view any more.
@@ -99,8 +99,7 @@ void ChainList::set_height(size_t chain, qint64 height)
     const qint64 change = height - chains_.height(chain);
     if (change == 0)
         return;
-    const bool was_at_end =
-        offset_ > 0 && offset_ + viewport()->height() >= chains_.total_height();
+    const bool was_at_end = offset_ > 0 && offset_ + viewport()->height() >= chains_.total_height();
     if (was_at_end || chains_.top(chain) < offset_)
         offset_ += change;
     chains_.set_height(chain, height);
@@ -253,8 +252,8 @@ void ChainList::place_group(size_t chain)
         group->show_chain(overview_.chain_head(chain), chain_date_text(overview_.head(chain)));
     }
     const qint64 top = chains_.top(chain) - offset_;
-    const qint64 bottom = std::min<qint64>(top + chains_.height(chain),
-                                           viewport()->height() + beyond_view);
+    const qint64 bottom =
+        std::min<qint64>(top + chains_.height(chain), viewport()->height() + beyond_view);
     const auto y = static_cast<int>(std::max<qint64>(top, -beyond_view));
     group->setGeometry(list_margins.left() - horizontalScrollBar()->value(), y,
                        content_width() - list_margins.left() - list_margins.right(),

@@ -20,7 +20,8 @@ QLabel *header_label(const QString &text, const QString &more_style = {})
 
 } // namespace
 
-ColumnHeaders::ColumnHeaders(int indent, QWidget *parent) : QWidget(parent), columns_(new QWidget(this))
+ColumnHeaders::ColumnHeaders(int indent, QWidget *parent)
+    : QWidget(parent), columns_(new QWidget(this))
 {
     columns_->setObjectName(
         QStringLiteral("columnHeaders")); // else the labels get the tint as well

@@ -19,7 +19,7 @@ struct HeroPairChoice;
 /// \param asker asks for the chains; until they have come, another pair takes the place of this one
 /// \param queries for the window
 void open_round_overview(queries::Asker &asker, queries::StoreQueries &queries,
-                         const HeroPairChoice &pair, double npc_btype,
-                         std::optional<double> player, const QString &icon_dir, QWidget *parent);
+                         const HeroPairChoice &pair, double npc_btype, std::optional<double> player,
+                         const QString &icon_dir, QWidget *parent);
 
 } // namespace tally::ui

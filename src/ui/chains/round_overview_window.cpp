@@ -63,8 +63,8 @@ RoundOverviewWindow::RoundOverviewWindow(int, int, const QString &hero_name_1,
           std::move(icon_dir));
 }
 
-RoundOverviewWindow::RoundOverviewWindow(queries::StoreQueries &queries,
-                                         const QString &hero_name_1, const QString &hero_name_2,
+RoundOverviewWindow::RoundOverviewWindow(queries::StoreQueries &queries, const QString &hero_name_1,
+                                         const QString &hero_name_2,
                                          std::vector<data::ChainHead> heads, QString icon_dir,
                                          QWidget *parent)
     : QMainWindow(parent), rounds_(std::make_unique<ViewAsker>(queries, this))

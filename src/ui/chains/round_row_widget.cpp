@@ -1,7 +1,7 @@
 #include "ui/chains/round_row_widget.h"
 
-#include "ui/chains/round_columns.h"
 #include "ui/chains/reward_strip.h"
+#include "ui/chains/round_columns.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

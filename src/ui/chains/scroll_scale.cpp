@@ -15,7 +15,8 @@ qint64 rounded_up(qint64 pixels, qint64 a_step)
 } // namespace
 
 ScrollScale::ScrollScale(qint64 way)
-    : way_(std::max<qint64>(way, 0)), pixels_a_step_(std::max<qint64>(rounded_up(way_, most_steps), 1))
+    : way_(std::max<qint64>(way, 0)),
+      pixels_a_step_(std::max<qint64>(rounded_up(way_, most_steps), 1))
 {}
 
 int ScrollScale::maximum() const
@@ -30,7 +31,8 @@ qint64 ScrollScale::offset_of(int value) const
 
 int ScrollScale::value_of(qint64 offset) const
 {
-    return offset >= way_ ? maximum() : static_cast<int>(std::max<qint64>(offset, 0) / pixels_a_step_);
+    return offset >= way_ ? maximum()
+                          : static_cast<int>(std::max<qint64>(offset, 0) / pixels_a_step_);
 }
 
 int ScrollScale::steps(int pixels) const
