@@ -85,6 +85,7 @@ void StartUpChain::on_refresh_status(const QString &text)
 
 void StartUpChain::on_master_refresh_done(bool success)
 {
+    refresh_thread_ = nullptr; // it may not have ended yet, but must not keep another from starting
     if (splash_)
         splash_->finish();
     Q_EMIT referenceDataChanged(); // a failed refresh may have brought a part of it
