@@ -4,6 +4,7 @@
 #include "ui/parts/table_export.h"
 
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QScrollBar>
 
 namespace tally::ui {
@@ -41,6 +42,17 @@ ItemRowTable::ItemRowTable(const ItemRowTableLook &look, const QString &icon_dir
         header->setSectionResizeMode(look.stretching, QHeaderView::Stretch);
     header->setHighlightSections(false);
     offer_copy_and_export(this, look.export_name);
+    connect(this, &QTableView::doubleClicked, this, &ItemRowTable::rowOpened);
+}
+
+void ItemRowTable::keyPressEvent(QKeyEvent *event)
+{
+    // Not by `activated`, which on some desktops is a single click.
+    const bool is_enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (is_enter && currentIndex().isValid())
+        Q_EMIT rowOpened(currentIndex());
+    else
+        QTableView::keyPressEvent(event);
 }
 
 const std::vector<ItemRow> &ItemRowTable::rows() const

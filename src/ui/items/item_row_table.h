@@ -38,6 +38,13 @@ public:
     /// Selects this row alone. \return whether there is one
     bool select_key(const QString &key);
 
+Q_SIGNALS:
+    /// By a double click or by the Enter key.
+    void rowOpened(const QModelIndex &index);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
     struct Place {
         QSet<QString> selected;
