@@ -9,6 +9,8 @@
 
 #include <QThread>
 
+#include <limits>
+
 using namespace tally;
 using namespace tally::test;
 using namespace Qt::StringLiterals;
@@ -81,6 +83,12 @@ INSTANTIATE_TEST_SUITE_P(
         "DELETE FROM loot WHERE file_name IN ('chain 1', 'chain 2', 'chain 3')",
         "UPDATE loot SET value = value + 1 WHERE file_name IN ('chain 1', 'chain 2', 'chain 3')",
         "UPDATE loot SET file_name = 'chain 1' WHERE file_name IN ('chain 2', 'chain 3')",
+        "INSERT OR REPLACE INTO loot (id, file_name, round_no, value) "
+        "SELECT MIN(id), 'chain 1', 0, 9 FROM loot WHERE file_name = 'chain 3'",
+        "UPDATE OR REPLACE loot SET id = (SELECT MIN(id) FROM loot WHERE file_name = 'chain 3') "
+        "WHERE id = (SELECT MIN(id) FROM loot WHERE file_name = 'chain 2')",
+        "INSERT OR REPLACE INTO reports (rowid, file_name, round_no, npc_btype) "
+        "SELECT MIN(rowid), 'other', 0, 1 FROM reports WHERE file_name = 'chain 3'",
         "DELETE FROM loot WHERE file_name = 'chain 1';DELETE FROM reports "
         "WHERE file_name = 'chain 1';INSERT INTO reports (file_name, round_no) "
         "VALUES ('chain 1', 0)"));
@@ -110,8 +118,6 @@ TEST(ChainSlices, OfManyChainsAreCompletedInStepsOutsideTheStart)
 {
     SlicedStore store;
     add_random_chains(store.db, 8, 450);
-    rows_of(store.plain(), u"UPDATE loot SET value = '5 pieces' WHERE id = "
-                           "(SELECT MIN(id) FROM loot WHERE file_name = 'chain 10')"_s);
     rows_of(store.plain(), u"DROP TABLE chain_slices"_s);
     store.db.init_schema();
     EXPECT_NE(slices(store.plain()), u"");
@@ -123,12 +129,121 @@ TEST(ChainSlices, OfManyChainsAreCompletedInStepsOutsideTheStart)
     store.db.complete_chain_slices(&cancelled);
     EXPECT_GT(left(), 100);
     store.db.complete_chain_slices();
-    EXPECT_EQ(stale(store.plain()), u"chain 10");
-    const ChainReference reference(store.plain());
-    EXPECT_EQ(store.db.summary(barbarians, {}, {}, {}), reference.summary({}));
-    rows_of(store.plain(), u"UPDATE loot SET value = 5 WHERE value = '5 pieces'"_s);
+    EXPECT_EQ(stale(store.plain()), u"");
+    EXPECT_EQ(store.db.summary(barbarians, {}, {}, {}), ChainReference(store.plain()).summary({}));
+}
+
+class ChainSlicesWith : public testing::TestWithParam<const char *> {};
+
+TEST_P(ChainSlicesWith, ValuesThatAreNoNumbersTakeThemForMissing)
+{
+    SlicedStore store;
+    PlainConnection(store.path).rows(QString::fromLatin1(GetParam()));
     store.db.complete_chain_slices();
     EXPECT_EQ(stale(store.plain()), u"");
+    const ChainReference reference(store.plain());
+    for (const std::optional<double> from : {std::optional<double>(), std::optional(3600.0)}) {
+        const ChainQuestion question{1.0, from, {}, {}, 0};
+        EXPECT_EQ(store.db.summary(barbarians, from, {}, {}), reference.summary(question));
+        EXPECT_EQ(store.db.best_chain(barbarians, from, {}, {}), reference.best_chain(question));
+        EXPECT_EQ(store.db.hourly(barbarians, from, {}, {}),
+                  reference.hourly(question, QTimeZone::systemTimeZone()));
+    }
+    std::map<double, int> chains;
+    for (const data::PlayerRow &player : store.db.players())
+        chains[player.player_id.value_or(-1.0)] = player.n;
+    EXPECT_EQ(chains, reference.chains_of_players());
+    EXPECT_EQ(store.db.honor_since(0.0), reference.honor_since(0.0));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    OddValues, ChainSlicesWith,
+    testing::Values("UPDATE reports SET chain_start_time = 'soon' WHERE round_no = 0",
+                    "UPDATE reports SET file_mtime = x'31', chain_start_time = NULL",
+                    "UPDATE reports SET chain_end_time = '9 o''clock' WHERE round_no < 2",
+                    "UPDATE reports SET player_id = 'me', player_name = x'41' WHERE round_no = 1",
+                    "UPDATE reports SET is_free_ap = 'yes', is_fort_round = x'01'",
+                    "UPDATE reports SET round_no = round_no + 0.5",
+                    "UPDATE reports SET round_no = 'r' || round_no",
+                    "UPDATE loot SET round_no = round_no + 0.25 WHERE round_no = 0",
+                    "UPDATE reports SET npc_btype = 'boss', npc_ctid = 'one' WHERE round_no = 1",
+                    "UPDATE reports SET level = 'x'", "UPDATE loot SET value = '5 pieces'",
+                    "UPDATE reports SET file_name = CAST(file_name AS BLOB)",
+                    "UPDATE reports SET file_name = CAST(x'ff2061' AS TEXT) "
+                    "WHERE file_name = 'chain 1'"));
+
+TEST(ChainSlices, OfRoundsOfManyTypesAreOneATypeAndNaNIsNoType)
+{
+    TempStore store;
+    std::vector<data::BattleRound> rounds(100'000, battle_round(1.0));
+    for (data::BattleRound &round : rounds)
+        round.npc_btype = std::numeric_limits<double>::quiet_NaN();
+    for (int type = 0; type < 30'000; ++type)
+        rounds[static_cast<std::size_t>(type)].npc_btype = type;
+    store.db.insert_report(u"chain"_s, battle(1.0, std::move(rounds)), 1.0);
+    EXPECT_EQ(text_of(store.db.connection(),
+                      u"SELECT COUNT(*), SUM(rounds), MAX(rounds) FROM chain_slices"_s),
+              u"30001|100000|70000");
+}
+
+TEST(ChainSlices, KeepNamesThatBeginWithAByteOrderMark)
+{
+    TempStore store;
+    const QSqlDatabase db = store.db.connection();
+    for (const QString &mark : {u"\uFEFF"_s, u"\uFFFE"_s, QString()}) {
+        auto chain = battle(1.0, {battle_round(1.0)});
+        chain.player_name = mark + u"Ada"_s;
+        store.db.insert_report(mark + u"chain"_s, chain, 1.0);
+        EXPECT_TRUE(store.db.report_exists(mark + u"chain"_s));
+    }
+    const QString names = u"SELECT hex(player_name), hex(file_name) FROM %1 ORDER BY 1"_s;
+    EXPECT_EQ(text_of(db, names.arg(u"reports")),
+              u"416461|636861696E\nEFBBBF416461|EFBBBF636861696E\nEFBFBE416461|EFBFBE636861696E");
+    EXPECT_EQ(text_of(db, names.arg(u"chain_slices")), text_of(db, names.arg(u"reports")));
+    rows_of(db, u"UPDATE reports SET level = 45"_s);
+    store.db.complete_chain_slices();
+    EXPECT_EQ(text_of(db, names.arg(u"chain_slices")), text_of(db, names.arg(u"reports")));
+}
+
+TEST(ChainSlices, FollowATableThatAnotherProgramMakesAnewUnderTheRunningOne)
+{
+    SlicedStore store;
+    const auto expect_right = [&store] {
+        EXPECT_EQ(store.db.summary(barbarians, {}, {}, {}),
+                  ChainReference(store.plain()).summary({}));
+    };
+    expect_right();
+    {
+        const PlainConnection other(store.path);
+        for (const QString &sql : {u"CREATE TABLE copy AS SELECT * FROM loot WHERE id % 2 = 0"_s,
+                                   u"DROP TABLE loot"_s, u"ALTER TABLE copy RENAME TO loot"_s})
+            other.rows(sql);
+    }
+    expect_right();
+    store.db.link_fort_to_chains();
+    PlainConnection(store.path).rows(u"DELETE FROM loot WHERE id % 4 = 0"_s);
+    EXPECT_NE(stale(store.plain()), u"") << "without triggers";
+    expect_right();
+}
+
+TEST(ChainSlices, AreCountedAgainstTheRowsAfterAStart)
+{
+    SlicedStore store;
+    {
+        const PlainConnection other(store.path);
+        const auto triggers = other.rows(
+            u"SELECT name, sql FROM sqlite_master WHERE type = 'trigger' AND name LIKE 'stale%'"_s);
+        for (const QStringList &trigger : triggers)
+            other.rows(u"DROP TRIGGER "_s + trigger.at(0));
+        other.rows(u"DELETE FROM loot WHERE file_name = 'chain 3'"_s);
+        other.rows(u"DELETE FROM reports WHERE file_name = 'chain 2'"_s);
+        for (const QStringList &trigger : triggers)
+            other.rows(trigger.at(1));
+    }
+    data::TallyDb again(store.path);
+    again.init_schema();
+    again.complete_chain_slices();
+    EXPECT_EQ(again.summary(barbarians, {}, {}, {}), ChainReference(store.plain()).summary({}));
 }
 
 TEST(ChainSlices, GoWithTheRoundsThatAMigrationDrops)

@@ -146,18 +146,20 @@ TEST(ChainStatistics, ABarbarianMetAgainMakesALossTacticalAndTheWinFree)
     EXPECT_EQ(store.db.summary(barbarians, 300.0, {}, {}).honor, 10);
 }
 
-TEST(ChainStatistics, SumsBeyondAnIntStopAtItsEnd)
+TEST(ChainStatistics, SumsBeyondAnIntStopAtItsEndAndFractionsAreRounded)
 {
     TempStore store;
     store.db.insert_report(
-        u"chain"_s, battle(100.0, {battle_round(1.0, {item(1, 2, 3e9), item(1, 3, -3e300)})}), 1.0);
-    for (int pass = 0; pass < 2; ++pass) {
-        const auto stats = sorted(store.db.loot_stats(barbarians, {}, {}, {}));
-        ASSERT_EQ(stats.size(), 2u);
-        EXPECT_EQ(stats[0].pieces, std::numeric_limits<int>::max());
-        EXPECT_EQ(stats[1].pieces, std::numeric_limits<int>::min());
-        make_stale(store.db);
-    }
+        u"chain"_s,
+        battle(100.0, {battle_round(1.0, {item(1, 2, 3e9), item(1, 3, -3e300), item(1, 4, 2.7)})}),
+        1.0);
+    const auto stats = sorted(store.db.loot_stats(barbarians, {}, {}, {}));
+    ASSERT_EQ(stats.size(), 3u);
+    EXPECT_EQ(stats[0].pieces, std::numeric_limits<int>::max());
+    EXPECT_EQ(stats[0].total_value, 3'000'000'000);
+    EXPECT_EQ(stats[1].pieces, std::numeric_limits<int>::min());
+    EXPECT_EQ(stats[2].pieces, 3) << "not the nearest";
+    EXPECT_EQ(stats[2].total_value, 3);
 }
 
 TEST(ChainStatistics, LootTakesItsFactsFromTheTablesOfTheMoment)

@@ -5,9 +5,11 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <atomic>
 #include <map>
 #include <random>
 #include <set>
+#include <thread>
 
 using namespace tally;
 using namespace tally::test;
@@ -278,6 +280,25 @@ TEST(FortQueries, IncludeBothEndsAndTheLevel)
     using Sum = std::array<double, 4>;
     EXPECT_THAT(sums,
                 testing::UnorderedElementsAre(Sum{1, 0, 60, 2}, Sum{1, 1, 30, 1}, Sum{5, 5, 3, 3}));
+}
+
+TEST(FortQueries, CountFightsAndLootOfOneState)
+{
+    TempStore store;
+    std::atomic<bool> done = false;
+    std::thread writer([&] {
+        for (int i = 0; i < 400; ++i)
+            store.db.insert_fort_report(QString::number(i), fort(100.0 + i, {item(5, 6, 7)}), 1.0);
+        done = true;
+    });
+    int mixed = 0;
+    while (!done) {
+        int fights = 0;
+        const auto stats = store.db.fort_loot_stats({}, {}, 0, &fights);
+        mixed += (stats.empty() ? 0 : stats.at(0).battles) != fights;
+    }
+    writer.join();
+    EXPECT_EQ(mixed, 0);
 }
 
 TEST(FortBattle, IsTheLinkedChainAsLongAsItIsStored)

@@ -15,7 +15,9 @@ namespace {
 
 std::optional<double> number(const QVariant &value)
 {
-    return value.isNull() ? std::nullopt : std::optional(value.toDouble());
+    const bool is_number =
+        value.typeId() == QMetaType::Double || value.typeId() == QMetaType::LongLong;
+    return value.isNull() || !is_number ? std::nullopt : std::optional(value.toDouble());
 }
 
 int honor_of(const StoredRound &round)
@@ -92,21 +94,22 @@ ChainReference::ChainReference(const QSqlDatabase &db)
         while (rows.next())
             take(rows, [&rows](int column) { return number(rows.value(column)); });
     };
-    std::map<std::pair<QString, int>, std::vector<StoredLoot>> loot;
+    std::map<std::pair<QString, QString>, std::vector<StoredLoot>> loot;
     numbers_of(
-        QStringLiteral("SELECT file_name, round_no, item_type, item_subtype, value "
+        QStringLiteral("SELECT quote(file_name), quote(round_no), item_type, item_subtype, value "
                        "FROM loot ORDER BY id"),
         [&](const QSqlQuery &row, const auto &at) {
-            loot[{row.value(0).toString(), row.value(1).toInt()}].push_back({at(2), at(3), at(4)});
+            loot[{row.value(0).toString(), row.value(1).toString()}].push_back(
+                {at(2), at(3), at(4)});
         });
-    numbers_of(QStringLiteral("SELECT file_name, npc_btype, level, npc_ctid, file_mtime, "
+    numbers_of(QStringLiteral("SELECT quote(file_name), npc_btype, level, npc_ctid, file_mtime, "
                               "chain_start_time, chain_end_time, hero_id_1, hero_id_2, player_id, "
-                              "is_fort_round, is_free_ap, round_no FROM reports"),
+                              "is_fort_round, is_free_ap, quote(round_no), file_name FROM reports"),
                [&](const QSqlQuery &row, const auto &at) {
-                   const QString file = row.value(0).toString();
+                   const QString file = row.value(13).toString();
                    rounds_.push_back({file, at(1), at(2), at(3), at(4), at(5), at(6), at(7), at(8),
                                       at(9), row.value(10).toInt(), row.value(11).toInt(),
-                                      loot[{file, row.value(12).toInt()}]});
+                                      loot[{row.value(0).toString(), row.value(12).toString()}]});
                });
 }
 
@@ -218,7 +221,7 @@ std::vector<data::LootStat> ChainReference::loot_stats(const ChainQuestion &ques
     for (const auto &[id, sum] : sums) {
         data::LootStat stat;
         std::tie(stat.item_type, stat.item_subtype) = id;
-        stat.pieces = static_cast<int>(sum.pieces);
+        stat.pieces = static_cast<int>(std::round(sum.pieces));
         stat.total_value = static_cast<qint64>(stat.pieces + 0.5);
         stat.battles = sum.battles;
         stats.push_back(stat);

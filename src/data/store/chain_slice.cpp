@@ -2,7 +2,6 @@
 
 #include <QtEndian>
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -69,7 +68,7 @@ double nan_if_absent(std::optional<double> number)
 
 void ChainSlicer::add(const SlicedRound &round)
 {
-    const std::size_t at = slice_of(round.key);
+    const std::size_t at = slice_of(round.key, round.row);
     ChainSlice &slice = slices_[at];
     const RoundOutcome outcome = outcome_of(round.loot);
     ++rounds_;
@@ -81,15 +80,16 @@ void ChainSlicer::add(const SlicedRound &round)
     add_loot(at, round.loot);
 }
 
-std::size_t ChainSlicer::slice_of(const QVariantList &key)
+std::size_t ChainSlicer::slice_of(SliceKey key, qint64 row)
 {
-    const auto found = std::find_if(slices_.begin(), slices_.end(),
-                                    [&](const ChainSlice &slice) { return slice.key == key; });
-    if (found != slices_.end())
-        return static_cast<std::size_t>(found - slices_.begin());
-    slices_.push_back({.key = key});
-    item_places_.emplace_back();
-    return slices_.size() - 1;
+    for (std::optional<double> &number : key.numbers)
+        number = as_stored(number);
+    const auto [place, is_new] = places_.try_emplace(std::move(key), slices_.size());
+    if (is_new) {
+        slices_.push_back({.key = place->first, .row = row});
+        item_places_.emplace_back();
+    }
+    return place->second;
 }
 
 void ChainSlicer::add_loot(std::size_t slice, const std::vector<LootEntry> &loot)

@@ -4,10 +4,12 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
-#include <QVariantList>
+#include <QString>
 
+#include <array>
 #include <map>
 #include <optional>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -16,12 +18,21 @@ namespace tally::data {
 /// The rounds of one chain that no filter can tell apart, added up. Statistics over years read one
 /// row a slice (nearly always one a chain) instead of all rounds and their loot.
 
-/// The values of a round that filters and groups look at, in the order of the slices' columns.
-inline constexpr const char *slice_key_columns =
+/// The numbers of a round that filters and groups look at, in the order of `SliceKey::numbers`.
+inline constexpr const char *slice_number_columns =
     "npc_btype, is_fort_round, is_free_ap, chain_start_time, chain_end_time, file_mtime, "
-    "hero_id_1, hero_id_2, player_id, player_name";
+    "hero_id_1, hero_id_2, player_id";
 
-inline constexpr int slice_key_size = 10;
+/// What all rounds of a slice have in common, as the store keeps it: without NaN.
+struct SliceKey {
+    std::array<std::optional<double>, 9> numbers;
+    std::optional<QString> player_name;
+
+    bool operator<(const SliceKey &other) const
+    {
+        return std::tie(numbers, player_name) < std::tie(other.numbers, other.player_name);
+    }
+};
 
 enum class RoundOutcome : quint8 {
     lootless, ///< the loot's values sum up to 0
@@ -44,7 +55,8 @@ struct SliceItem {
 };
 
 struct ChainSlice {
-    QVariantList key;
+    SliceKey key;
+    qint64 row = 0; ///< of one of its rounds
     int rounds = 0;
     int wins = 0;
     int honor = 0;
@@ -54,7 +66,8 @@ struct ChainSlice {
 
 /// What a slice takes in of one round.
 struct SlicedRound {
-    QVariantList key;
+    qint64 row; ///< in the table of rounds
+    SliceKey key;
     std::optional<double> level;
     std::optional<double> npc_ctid;
     std::vector<LootEntry> loot; ///< as it was stored: sums of fractions depend on the order
@@ -73,10 +86,11 @@ private:
     };
     using ItemId = std::pair<std::optional<double>, std::optional<double>>;
 
-    std::size_t slice_of(const QVariantList &key);
+    std::size_t slice_of(SliceKey key, qint64 row);
     void add_loot(std::size_t slice, const std::vector<LootEntry> &loot);
 
     std::vector<ChainSlice> slices_;
+    std::map<SliceKey, std::size_t> places_;
     std::vector<std::map<ItemId, ItemPlace>> item_places_; ///< of each slice
     int rounds_ = 0;
 };

@@ -1,17 +1,21 @@
 #include "data/store/chain_slice.h"
+#include "data/store/sql_conditions.h"
 #include "data/store/sql_values.h"
 #include "data/store/tally_db.h"
+#include "data/store/thread_connection.h"
 
+#include <QLoggingCategory>
 #include <QMutexLocker>
-#include <QStringList>
 
 #include <algorithm>
-#include <map>
+#include <unordered_map>
 #include <utility>
 
 namespace tally::data {
 
 namespace {
+
+Q_LOGGING_CATEGORY(store_log, "tally.store")
 
 struct SchemaObject {
     const char *type;
@@ -19,19 +23,40 @@ struct SchemaObject {
     QString sql; ///< as the database keeps it
 };
 
-/// Deletes what is known of a chain the first time that one of its rows changes.
-QString trigger_body(const QString &row)
+/// Deletes what is known of a chain the first time that one of its rows changes. `chain` is its
+/// name, `condition` says when the change concerns it.
+QString trigger_body(const QString &chain, const QString &condition)
 {
     return QStringLiteral(R"sql(
-WHEN NOT EXISTS (SELECT 1 FROM stale_chains WHERE file_name = %1.file_name)
+WHEN %2NOT EXISTS (SELECT 1 FROM stale_chains WHERE file_name = %1)
 BEGIN
   DELETE FROM chain_slice_loot
-  WHERE slice_id IN (SELECT id FROM chain_slices WHERE file_name = %1.file_name);
-  DELETE FROM chain_slices WHERE file_name = %1.file_name;
-  INSERT INTO stale_chains VALUES (%1.file_name);
+  WHERE slice_id IN (SELECT id FROM chain_slices WHERE file_name = %1);
+  DELETE FROM chain_slices WHERE file_name = %1;
+  INSERT INTO stale_chains VALUES (%1);
 END)sql")
-        .arg(row);
+        .arg(chain, condition);
 }
+
+struct RowChange {
+    const char *name; ///< of the trigger, behind the table's
+    const char *event;
+    const char *chain;     ///< of the row; %1 is the table
+    const char *condition; ///< likewise
+};
+
+// SQLite fires no trigger for a row that REPLACE removes. One with the key of the new row is of the
+// same chain; one with its row number may be of any.
+constexpr RowChange row_changes[] = {
+    {"insert_new", "AFTER INSERT", "NEW.file_name", ""},
+    {"delete_old", "AFTER DELETE", "OLD.file_name", ""},
+    {"update_old", "AFTER UPDATE", "OLD.file_name", ""},
+    {"update_new", "AFTER UPDATE", "NEW.file_name", ""},
+    {"insert_over", "BEFORE INSERT", "(SELECT file_name FROM %1 WHERE rowid = NEW.rowid)",
+     "EXISTS (SELECT 1 FROM %1 WHERE rowid = NEW.rowid) AND "},
+    {"update_over", "BEFORE UPDATE", "(SELECT file_name FROM %1 WHERE rowid = NEW.rowid)",
+     "NEW.rowid <> OLD.rowid AND EXISTS (SELECT 1 FROM %1 WHERE rowid = NEW.rowid) AND "},
+};
 
 std::vector<SchemaObject> slice_schema()
 {
@@ -53,6 +78,7 @@ std::vector<SchemaObject> slice_schema()
   rounds INTEGER NOT NULL,
   wins INTEGER NOT NULL,
   honor INTEGER NOT NULL,
+  loot_rows INTEGER NOT NULL /* of all the chain, at its first slice */,
   fights BLOB NOT NULL /* 1 */
 ))sql")},
         {"TABLE", QStringLiteral("chain_slice_loot"),
@@ -70,53 +96,78 @@ std::vector<SchemaObject> slice_schema()
          QStringLiteral("CREATE INDEX idx_slices_time "
                         "ON chain_slices(COALESCE(chain_start_time, file_mtime))")},
     };
-    struct Change {
-        const char *event;
-        const char *row;
-    };
-    constexpr Change changes[] = {
-        {"INSERT", "NEW"}, {"DELETE", "OLD"}, {"UPDATE", "OLD"}, {"UPDATE", "NEW"}};
-    for (const char *table : {"reports", "loot"}) {
-        for (const auto &[event, row] : changes) {
-            const auto row_text = QString::fromLatin1(row);
+    for (const QString &table : {QStringLiteral("reports"), QStringLiteral("loot")}) {
+        for (const auto &[name_text, event, chain, condition] : row_changes) {
+            const auto with_table = [&table](const char *text) {
+                return QString::fromLatin1(text).replace(QStringLiteral("%1"), table);
+            };
             const QString name =
-                QStringLiteral("stale_%1_%2_%3")
-                    .arg(QLatin1StringView(table), QLatin1StringView(event), QLatin1StringView(row))
-                    .toLower();
-            objects.push_back(
-                {"TRIGGER", name,
-                 QStringLiteral("CREATE TRIGGER %1 AFTER %2 ON %3")
-                         .arg(name, QLatin1StringView(event), QLatin1StringView(table)) +
-                     trigger_body(row_text)});
+                QStringLiteral("stale_%1_%2").arg(table, QLatin1StringView(name_text));
+            objects.push_back({"TRIGGER", name,
+                               QStringLiteral("CREATE TRIGGER %1 %2 ON %3")
+                                       .arg(name, QLatin1StringView(event), table) +
+                                   trigger_body(with_table(chain), with_table(condition))});
         }
     }
     return objects;
 }
 
-QString slice_insert()
+// A name stays inside the database, for it need not come out of it as it went in: texts are any
+// bytes there, and a hand can write bytes that are no text.
+const QString next_stale_chain = QStringLiteral("(SELECT MIN(file_name) FROM stale_chains)");
+
+const QString player_name_if_text =
+    QStringLiteral("CASE typeof(player_name) WHEN 'text' THEN player_name END");
+
+/// Reads numbers; anything else that a hand has written counts as missing.
+class NumberReader {
+public:
+    std::optional<double> operator()(const QVariant &value)
+    {
+        if (value.isNull())
+            return std::nullopt;
+        const bool is_number =
+            value.typeId() == QMetaType::Double || value.typeId() == QMetaType::LongLong;
+        others_ += is_number ? 0 : 1;
+        return is_number ? std::optional(value.toDouble()) : std::nullopt;
+    }
+    int others() const { return others_; }
+
+private:
+    int others_ = 0;
+};
+
+SliceKey read_slice_key(const QSqlQuery &row, int first_column, NumberReader &number)
 {
-    return QStringLiteral(
-               "INSERT INTO chain_slices (file_name, first_id, %1, rounds, wins, honor, fights) "
-               "VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)")
-        .arg(QLatin1StringView(slice_key_columns));
+    SliceKey key;
+    int column = first_column;
+    for (std::optional<double> &value : key.numbers)
+        value = number(row.value(column++));
+    if (!row.isNull(column))
+        key.player_name = row.value(column).toString();
+    return key;
 }
 
 } // namespace
+
+bool TallyDb::has_slice_schema(const QSqlDatabase &db)
+{
+    const std::vector<SchemaObject> schema = slice_schema();
+    return std::all_of(schema.begin(), schema.end(), [&](const SchemaObject &object) {
+        return exec_prepared(
+                   db, QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = ? AND sql = ?"),
+                   {object.name, object.sql})
+            .next();
+    });
+}
 
 // Anything that is not as this build makes it (a table was dropped with its triggers, another
 // build packs differently) lets all slices be made anew.
 void TallyDb::ensure_chain_slices(const QSqlDatabase &db)
 {
-    const std::vector<SchemaObject> schema = slice_schema();
-    const bool as_built =
-        std::all_of(schema.begin(), schema.end(), [&](const SchemaObject &object) {
-            return exec_prepared(
-                       db, QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = ? AND sql = ?"),
-                       {object.name, object.sql})
-                .next();
-        });
-    if (as_built)
+    if (has_slice_schema(db))
         return;
+    const std::vector<SchemaObject> schema = slice_schema();
     Transaction transaction(db);
     for (auto object = schema.rbegin(); object != schema.rend(); ++object)
         exec_prepared(db, QStringLiteral("DROP %1 IF EXISTS %2")
@@ -128,56 +179,114 @@ void TallyDb::ensure_chain_slices(const QSqlDatabase &db)
     transaction.commit(QStringLiteral("chain slices commit failed"));
 }
 
+void TallyDb::look_after_slices(const QSqlDatabase &db) const
+{
+    const qint64 version = schema_version();
+    if (ThreadConnection &own = thread_connection(); own.sliced_schema != version) {
+        ensure_chain_slices(db);
+        own.sliced_schema = schema_version();
+    }
+}
+
 bool TallyDb::slices_complete() const
 {
+    ThreadConnection &own = thread_connection();
+    if (own.sliced_schema != schema_version()) {
+        if (!has_slice_schema(own.db))
+            return false;
+        own.sliced_schema = schema_version();
+    }
     return !any_row(QStringLiteral("SELECT 1 FROM stale_chains LIMIT 1"), {});
 }
 
 void TallyDb::complete_chain_slices(const std::atomic<bool> *cancel)
 {
-    QString last;
+    const QSqlDatabase db = connection();
+    {
+        const QMutexLocker lock(&write_mutex_);
+        look_after_slices(db);
+        if (!std::exchange(slices_counted_, true))
+            mark_miscounted_chains(db);
+    }
     while (!slices_complete() && !(cancel && *cancel)) {
         const QMutexLocker lock(&write_mutex_);
-        Transaction transaction(connection());
-        const QString previous = std::exchange(last, slice_stale_chains(last));
+        Transaction transaction(db);
+        slice_stale_chains();
         transaction.commit(QStringLiteral("chain slices commit failed"));
-        if (last == previous)
-            return; // what is still stale cannot be sliced
     }
 }
 
-/// Slices the next stale chains behind a name, in the order of names: few enough not to keep other
-/// writers waiting. To be called in a write transaction. \return the last chain's name.
-QString TallyDb::slice_stale_chains(const QString &after) const
+// The triggers see all changes, but whoever takes them away and puts them back is not seen.
+void TallyDb::mark_miscounted_chains(const QSqlDatabase &db)
 {
-    QStringList stale;
-    auto names = exec_prepared(connection(),
-                               QStringLiteral("SELECT file_name FROM stale_chains "
-                                              "WHERE file_name > ? ORDER BY file_name LIMIT 200"),
-                               {not_null(after)});
-    while (names.next())
-        stale << names.value(0).toString();
-    for (const QString &file_name : stale)
-        slice_chain(file_name);
-    return stale.isEmpty() ? after : stale.last();
+    constexpr const char *all_counted = R"sql(
+        SELECT 1 WHERE (SELECT COUNT(*) FROM reports) =
+                       (SELECT IFNULL(SUM(rounds), 0) FROM chain_slices)
+                   AND (SELECT COUNT(*) FROM loot) =
+                       (SELECT IFNULL(SUM(loot_rows), 0) FROM chain_slices))sql";
+    constexpr const char *mark[] = {
+        R"sql(
+        INSERT OR IGNORE INTO stale_chains
+        WITH stored AS (
+          SELECT file_name, COUNT(*) AS rounds,
+                 (SELECT COUNT(*) FROM loot l WHERE l.file_name = r.file_name) AS loot_rows
+          FROM reports r
+          GROUP BY file_name
+        ), sliced AS (
+          SELECT file_name, SUM(rounds) AS rounds, SUM(loot_rows) AS loot_rows
+          FROM chain_slices
+          GROUP BY file_name
+        )
+        SELECT file_name FROM (SELECT * FROM stored EXCEPT SELECT * FROM sliced)
+        UNION
+        SELECT file_name FROM (SELECT * FROM sliced EXCEPT SELECT * FROM stored))sql",
+        R"sql(
+        DELETE FROM chain_slice_loot WHERE slice_id IN (
+          SELECT id FROM chain_slices WHERE file_name IN (SELECT file_name FROM stale_chains)))sql",
+        R"sql(
+        DELETE FROM chain_slices WHERE file_name IN (SELECT file_name FROM stale_chains))sql"};
+    if (exec_prepared(db, QString::fromLatin1(all_counted)).next())
+        return;
+    Transaction transaction(db);
+    for (const char *sql : mark)
+        exec_prepared(db, QString::fromLatin1(sql));
+    transaction.commit(QStringLiteral("chain slices commit failed"));
 }
 
-/// \return false for a chain with values that no mail has (texts instead of numbers): it stays
-/// stale, and the statistics look at the rounds themselves.
-bool TallyDb::slice_chain(const QString &file_name) const
+/// Slices the next stale chains, in the order of names: few enough not to keep other writers
+/// waiting. To be called in a write transaction.
+void TallyDb::slice_stale_chains() const
 {
-    bool is_plain = true;
-    const auto number = [&is_plain](const QVariant &value) {
-        is_plain &= value.isNull() || value.typeId() == QMetaType::Double ||
-                    value.typeId() == QMetaType::LongLong;
-        return number_in(value);
-    };
-    std::map<qint64, std::vector<LootEntry>> loot;
+    for (int chain = 0; chain < 200 && slice_next_chain(); ++chain) {
+    }
+}
+
+/// \return false if no chain is stale
+bool TallyDb::slice_next_chain() const
+{
+    QString chain;
     {
-        auto select_loot = kept(QStringLiteral("SELECT round_no, item_type, item_subtype, value "
-                                               "FROM loot WHERE file_name = ? ORDER BY id"));
-        QSqlQuery &rows = select_loot.exec({file_name});
-        while (rows.next()) {
+        auto select = kept(QStringLiteral("SELECT ") + next_stale_chain);
+        QSqlQuery &row = select.exec({});
+        if (!row.next() || row.isNull(0))
+            return false;
+        chain = row.value(0).toString();
+    }
+    NumberReader number;
+    std::unordered_map<qint64, std::vector<LootEntry>> loot; // by the row of the round
+    int loot_rows = 0;
+    {
+        auto select_loot = kept(QStringLiteral(R"sql(
+            SELECT r.rowid, l.item_type, l.item_subtype, l.value
+            FROM loot l
+            LEFT JOIN reports r ON r.file_name = l.file_name AND r.round_no = l.round_no
+            WHERE l.file_name = %1
+            ORDER BY l.id)sql")
+                                    .arg(next_stale_chain));
+        QSqlQuery &rows = select_loot.exec({});
+        for (; rows.next(); ++loot_rows) {
+            if (rows.isNull(0))
+                continue;
             LootEntry entry;
             entry.item_type = number(rows.value(1));
             entry.item_subtype = number(rows.value(2));
@@ -188,43 +297,50 @@ bool TallyDb::slice_chain(const QString &file_name) const
     ChainSlicer slicer;
     {
         auto select_rounds =
-            kept(QStringLiteral("SELECT round_no, level, npc_ctid, %1 FROM reports "
-                                "WHERE file_name = ? ORDER BY round_no")
-                     .arg(QLatin1StringView(slice_key_columns)));
-        QSqlQuery &rows = select_rounds.exec({file_name});
+            kept(QStringLiteral("SELECT rowid, level, npc_ctid, %1, %2 FROM reports "
+                                "WHERE file_name = %3 ORDER BY round_no")
+                     .arg(QLatin1StringView(slice_number_columns), player_name_if_text,
+                          next_stale_chain));
+        QSqlQuery &rows = select_rounds.exec({});
         while (rows.next()) {
-            SlicedRound round{{},
-                              number(rows.value(1)),
-                              number(rows.value(2)),
-                              std::move(loot[rows.value(0).toLongLong()])};
-            for (int column = 3; column < 3 + slice_key_size; ++column)
-                round.key << (rows.isNull(column) ? QVariant() : rows.value(column));
-            slicer.add(round);
+            const qint64 row = rows.value(0).toLongLong();
+            slicer.add({row, read_slice_key(rows, 3, number), number(rows.value(1)),
+                        number(rows.value(2)), std::move(loot[row])});
         }
     }
-    if (is_plain)
-        store_slices(file_name, slicer);
-    return is_plain;
+    if (number.others() > 0)
+        qCWarning(store_log).noquote()
+            << number.others() << "values of" << chain << "are no numbers and count as missing";
+    store_slices(slicer, loot_rows);
+    kept(QStringLiteral("DELETE FROM stale_chains WHERE file_name = ") + next_stale_chain).exec({});
+    return true;
 }
 
-void TallyDb::store_slices(const QString &file_name, const ChainSlicer &slicer) const
+/// \param loot_rows of the whole chain
+void TallyDb::store_slices(const ChainSlicer &slicer, int loot_rows) const
 {
-    static const QString insert_sql = slice_insert();
+    // What is a text comes from the round, so that it is the same byte for byte.
+    static const QString insert_sql =
+        QStringLiteral("INSERT INTO chain_slices (file_name, player_name, first_id, %1, rounds, "
+                       "wins, honor, loot_rows, fights) "
+                       "SELECT file_name, %2, %3 FROM reports WHERE rowid = ?")
+            .arg(QLatin1StringView(slice_number_columns), player_name_if_text, placeholders(15));
     auto insert = kept(insert_sql);
     auto insert_loot =
         kept(QStringLiteral("INSERT INTO chain_slice_loot (slice_id, items) VALUES (?, ?)"));
     QVariant first_id;
     for (const ChainSlice &slice : slicer.slices()) {
-        const QVariantList values =
-            QVariantList{file_name, first_id} + slice.key +
-            QVariantList{slice.rounds, slice.wins, slice.honor, packed(slice.fights)};
+        QVariantList values = {first_id};
+        for (const std::optional<double> &number : slice.key.numbers)
+            values << nullable(number);
+        values << slice.rounds << slice.wins << slice.honor << (first_id.isNull() ? loot_rows : 0)
+               << packed(slice.fights) << slice.row;
         const QVariant id = insert.exec(values).lastInsertId();
         if (first_id.isNull())
             first_id = id;
         if (!slice.items.empty())
             insert_loot.exec({id, packed(slice.items)});
     }
-    kept(QStringLiteral("DELETE FROM stale_chains WHERE file_name = ?")).exec({file_name});
 }
 
 } // namespace tally::data

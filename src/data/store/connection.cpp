@@ -27,6 +27,18 @@ constexpr const char *pragmas[] = {
     "PRAGMA synchronous = NORMAL",
 };
 
+// SQLite takes the first character of a text in UTF-16 for a byte order mark if it is one, in
+// either order. A mark in front of it saves it.
+QVariant bindable(const QVariant &value)
+{
+    constexpr QChar mark(QChar::ByteOrderMark);
+    constexpr QChar swapped_mark(QChar::ByteOrderSwapped);
+    if (value.typeId() != QMetaType::QString)
+        return value;
+    const auto &text = *static_cast<const QString *>(value.constData());
+    return text.startsWith(mark) || text.startsWith(swapped_mark) ? QVariant(mark + text) : value;
+}
+
 } // namespace
 
 TallyDb::TallyDb(QString path, platform::Clock clock)
@@ -86,7 +98,7 @@ QSqlQuery TallyDb::exec_prepared(const QSqlDatabase &db, const QString &sql,
     if (!query.prepare(sql))
         fatal(prepare_failed.arg(sql.simplified()), query.lastError());
     for (const QVariant &param : params)
-        query.addBindValue(param);
+        query.addBindValue(bindable(param));
     if (!query.exec())
         fatal(exec_failed.arg(sql.simplified()), query.lastError());
     return query;
@@ -95,7 +107,7 @@ QSqlQuery TallyDb::exec_prepared(const QSqlDatabase &db, const QString &sql,
 QSqlQuery &TallyDb::KeptStatement::exec(const QVariantList &params)
 {
     for (int i = 0; i < params.size(); ++i)
-        query_.bindValue(i, params.at(i));
+        query_.bindValue(i, bindable(params.at(i)));
     if (!query_.exec())
         fatal(exec_failure_.isEmpty() ? exec_failed.arg(query_.lastQuery().simplified())
                                       : exec_failure_,
@@ -147,6 +159,14 @@ ChangeStamp TallyDb::change_stamp() const
     QSqlQuery &row = statement.exec({});
     row.next();
     return {row.value(0).toLongLong(), row.value(1).toLongLong()};
+}
+
+qint64 TallyDb::schema_version() const
+{
+    auto statement = kept(QStringLiteral("SELECT schema_version FROM pragma_schema_version"));
+    QSqlQuery &row = statement.exec({});
+    row.next();
+    return row.value(0).toLongLong();
 }
 
 bool TallyDb::any_row(const QString &sql, const QVariantList &params) const

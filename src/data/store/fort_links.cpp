@@ -15,6 +15,7 @@ int TallyDb::link_fort_to_chains()
     const QMutexLocker lock(&write_mutex_);
     const QSqlDatabase db = connection();
     int linked = 0;
+    look_after_slices(db);
     if (!unlinked_forts(db).empty() || !slices_complete())
         linked = link_forts_and_slice(db);
     refresh_statistics(db);

@@ -81,9 +81,7 @@ std::vector<LootStat> TallyDb::fort_loot_stats(std::optional<double> from, std::
                                                int min_level, int *fights) const
 {
     const SqlConditions conditions = fort_conditions(QStringLiteral("fr."), from, to, min_level);
-    if (fights)
-        *fights = remembered_count(QStringLiteral("SELECT COUNT(*) FROM fort_reports fr WHERE %1"),
-                                   conditions);
+    const auto count = QStringLiteral("SELECT COUNT(*) FROM fort_reports fr WHERE %1");
     return remembered_loot(QStringLiteral(R"sql(
         SELECT fl.item_type, fl.item_subtype,
                SUM(fl.value) AS sztuki,
@@ -92,7 +90,7 @@ std::vector<LootStat> TallyDb::fort_loot_stats(std::optional<double> from, std::
         JOIN fort_reports fr ON fr.file_name = fl.file_name
         WHERE %1
         GROUP BY fl.item_type, fl.item_subtype)sql"),
-                           conditions);
+                           count, conditions, fights);
 }
 
 std::optional<FortBattle> TallyDb::fort_battle(const QString &file_name) const

@@ -3,6 +3,8 @@
 #include "data/master/master_cache.h"
 #include "data/store/sql_values.h"
 
+#include <cmath>
+
 namespace tally::data {
 
 std::vector<LootSum> read_loot_sums(QSqlQuery &rows)
@@ -20,16 +22,21 @@ std::vector<LootStat> with_item_facts(const std::vector<LootSum> &sums)
     stats.reserve(sums.size());
     for (const LootSum &sum : sums) {
         const ItemInfo item = MasterCache::instance().item(sum.item_type, sum.item_subtype);
-        const int pieces = saturated(sum.pieces);
-        stats.push_back({.item_type = sum.item_type,
-                         .item_subtype = sum.item_subtype,
-                         .name = item.name,
-                         .unit_value = item.unit_value,
-                         .unit = item.unit,
-                         .icon = item.icon,
-                         .pieces = pieces,
-                         .total_value = saturated<qint64>(pieces * item.unit_value + 0.5),
-                         .battles = saturated(static_cast<double>(sum.battles))});
+        // A sum of fractions depends on the order in which they are added up: the nearest whole
+        // number does not.
+        const double rounded = std::round(sum.pieces);
+        const int pieces = saturated(rounded);
+        const bool fits = to_int(rounded).has_value();
+        stats.push_back(
+            {.item_type = sum.item_type,
+             .item_subtype = sum.item_subtype,
+             .name = item.name,
+             .unit_value = item.unit_value,
+             .unit = item.unit,
+             .icon = item.icon,
+             .pieces = pieces,
+             .total_value = saturated<qint64>((fits ? pieces : sum.pieces) * item.unit_value + 0.5),
+             .battles = saturated(static_cast<double>(sum.battles))});
     }
     return stats;
 }

@@ -11,19 +11,25 @@ std::vector<LootSum> TallyDb::loot_sums(const QString &sql, const QVariantList &
     return read_loot_sums(rows);
 }
 
-int TallyDb::remembered_count(const QString &sql, const SqlConditions &conditions) const
+std::vector<LootStat> TallyDb::remembered_loot(const QString &sql, const QString &count,
+                                               const SqlConditions &conditions, int *fights) const
 {
+    struct Loot {
+        std::vector<LootSum> sums;
+        int fights = 0;
+    };
     const QString text = sql.arg(conditions.sql());
-    return remembered<int>(text, conditions.params,
-                           [&] { return single_int(text, conditions.params); });
-}
-
-std::vector<LootStat> TallyDb::remembered_loot(const QString &sql,
-                                               const SqlConditions &conditions) const
-{
-    const QString text = sql.arg(conditions.sql());
-    return with_item_facts(remembered<std::vector<LootSum>>(
-        text, conditions.params, [&] { return loot_sums(text, conditions.params); }));
+    const auto compute = [&] {
+        Loot loot{loot_sums(text, conditions.params), 0};
+        if (fights)
+            loot.fights = single_int(count.arg(conditions.sql()), conditions.params);
+        return loot;
+    };
+    const Loot loot = remembered<Loot>(fights ? text + QStringLiteral(" and fights") : text,
+                                       conditions.params, compute);
+    if (fights)
+        *fights = loot.fights;
+    return with_item_facts(loot.sums);
 }
 
 } // namespace tally::data

@@ -95,45 +95,51 @@ void TallyDb::insert_report(const QString &file_name, const BattleReport &report
         "VALUES (?,?,?,?,?)"));
     ChainSlicer slicer;
     int round_no = 0;
+    int loot_rows = 0;
     for (const BattleRound &round : report.rounds) {
         const int fort_round = round.is_fort_round != 0 ? 1 : 0;
         const int free_ap = report.is_square_rally && fort_round == 0 ? 1 : 0;
-        insert_round.exec({file_name,
-                           round_no,
-                           nullable(round.npc_btype),
-                           nullable(round.npc_type),
-                           nullable(round.level),
-                           nullable(report.result),
-                           nullable(report.report_time),
-                           file_mtime,
-                           imported_at,
-                           nullable(report.chain_start_time),
-                           nullable(report.chain_end_time),
-                           nullable(report.hero_id_1),
-                           nullable(report.hero_id_2),
-                           nullable(round.npc_ctid),
-                           nullable(round.disappear_tick),
-                           nullable(round.damage_taken),
-                           nullable(round.damage_dealt),
-                           nullable(round.ets),
-                           nullable(report.player_id),
-                           null_if_empty(report.player_name),
-                           null_if_empty(report.alliance_name),
-                           fort_round,
-                           free_ap});
+        const QVariant row = insert_round
+                                 .exec({file_name,
+                                        round_no,
+                                        nullable(round.npc_btype),
+                                        nullable(round.npc_type),
+                                        nullable(round.level),
+                                        nullable(report.result),
+                                        nullable(report.report_time),
+                                        file_mtime,
+                                        imported_at,
+                                        nullable(report.chain_start_time),
+                                        nullable(report.chain_end_time),
+                                        nullable(report.hero_id_1),
+                                        nullable(report.hero_id_2),
+                                        nullable(round.npc_ctid),
+                                        nullable(round.disappear_tick),
+                                        nullable(round.damage_taken),
+                                        nullable(round.damage_dealt),
+                                        nullable(round.ets),
+                                        nullable(report.player_id),
+                                        null_if_empty(report.player_name),
+                                        null_if_empty(report.alliance_name),
+                                        fort_round,
+                                        free_ap})
+                                 .lastInsertId();
         for (const LootEntry &item : round.loot)
             insert_loot.exec({file_name, round_no, nullable(item.item_type),
                               nullable(item.item_subtype), nullable(item.value)});
-        slicer.add({{nullable(round.npc_btype), fort_round, free_ap,
-                     nullable(report.chain_start_time), nullable(report.chain_end_time), file_mtime,
-                     nullable(report.hero_id_1), nullable(report.hero_id_2),
-                     nullable(report.player_id), null_if_empty(report.player_name)},
-                    round.level,
-                    round.npc_ctid,
-                    round.loot});
+        slicer.add(
+            {row.toLongLong(),
+             {{round.npc_btype, fort_round, free_ap, report.chain_start_time, report.chain_end_time,
+               file_mtime, report.hero_id_1, report.hero_id_2, report.player_id},
+              report.player_name},
+             round.level,
+             round.npc_ctid,
+             round.loot});
         ++round_no;
+        loot_rows += static_cast<int>(round.loot.size());
     }
-    store_slices(file_name, slicer);
+    store_slices(slicer, loot_rows);
+    kept(QStringLiteral("DELETE FROM stale_chains WHERE file_name = ?")).exec({file_name});
     transaction.commit(QStringLiteral("insert_report commit failed"));
 }
 

@@ -199,7 +199,7 @@ bool TallyDb::init_schema()
             exec_prepared(db, QStringLiteral("DROP TABLE IF EXISTS item_dict"));
             transaction.commit(QStringLiteral("schema commit failed"));
         }
-        ensure_chain_slices(db);
+        look_after_slices(db);
         backfill_fort_flags(db);
     }
     try {

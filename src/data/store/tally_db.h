@@ -235,12 +235,17 @@ private:
 
     // Slices of chains (chain_slice.h), kept by triggers: any change of a chain's rows, by whatever
     // program, deletes its slices and notes its name in `stale_chains`.
+    /// Makes their tables and triggers anew if another program has changed them.
+    void look_after_slices(const QSqlDatabase &db) const;
+    static bool has_slice_schema(const QSqlDatabase &db);
     static void ensure_chain_slices(const QSqlDatabase &db);
-    QString slice_stale_chains(const QString &after = {}) const;
-    bool slice_chain(const QString &file_name) const;
-    void store_slices(const QString &file_name, const ChainSlicer &slicer) const;
+    static void mark_miscounted_chains(const QSqlDatabase &db);
+    void slice_stale_chains() const;
+    bool slice_next_chain() const;
+    void store_slices(const ChainSlicer &slicer, int loot_rows) const;
     /// Whether the slices tell of all rounds.
     bool slices_complete() const;
+    qint64 schema_version() const;
 
     struct UnlinkedFort {
         QString file_name;
@@ -272,10 +277,10 @@ private:
     std::vector<ChainRound> rounds_of(const QString &file_name) const;
     std::vector<PlayerRow> player_rows(const ChainSource &source) const;
     std::vector<LootSum> loot_sums(const QString &sql, const QVariantList &params) const;
-    // Remembered results of a text with %1 for its conditions.
-    int remembered_count(const QString &sql, const SqlConditions &conditions) const;
-    std::vector<LootStat> remembered_loot(const QString &sql,
-                                          const SqlConditions &conditions) const;
+    /// Both texts have %1 in the place of their conditions. `fights`, if it is not null, gets what
+    /// `count` gives on the same state of the database.
+    std::vector<LootStat> remembered_loot(const QString &sql, const QString &count,
+                                          const SqlConditions &conditions, int *fights) const;
 
     /// Keeps the statement prepared.
     bool any_row(const QString &sql, const QVariantList &params) const;
@@ -285,6 +290,7 @@ private:
     const platform::Clock clock_;
     QMutex write_mutex_;
     mutable QThreadStorage<ThreadConnection *> connections_;
+    bool slices_counted_ = false; ///< since the start
 };
 
 } // namespace tally::data

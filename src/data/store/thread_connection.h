@@ -6,6 +6,7 @@
 #include <QSqlQuery>
 #include <QString>
 
+#include <optional>
 #include <unordered_map>
 
 namespace tally::data {
@@ -16,6 +17,7 @@ struct ThreadConnection {
     QSqlDatabase db;
     std::unordered_map<QString, QSqlQuery> kept = {}; ///< prepared statements by their text
     ResultCache results = {};
+    std::optional<qint64> sliced_schema = {}; ///< the version whose triggers were looked after
 };
 
 /// While it lives, all queries of the connection see one state of the database.

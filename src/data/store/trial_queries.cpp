@@ -94,16 +94,13 @@ std::vector<LootStat> TallyDb::trial_loot_stats(const QStringList &bosses,
     SqlConditions conditions = kill_conditions(QStringLiteral("tr."), bosses, from, to);
     if (!player.isEmpty())
         conditions.add(QStringLiteral("tp.player_name = ?"), QVariant(player));
-    if (fights) {
-        const QString count = player.isEmpty()
-                                  ? QStringLiteral("SELECT COUNT(*) FROM trial_reports tr WHERE %1")
-                                  : QStringLiteral(R"sql(
-            SELECT COUNT(DISTINCT tr.file_name)
-            FROM trial_reports tr
-            JOIN trial_participants tp ON tp.file_name = tr.file_name
-            WHERE %1)sql");
-        *fights = remembered_count(count, conditions);
-    }
+    const QString count = player.isEmpty()
+                              ? QStringLiteral("SELECT COUNT(*) FROM trial_reports tr WHERE %1")
+                              : QStringLiteral(R"sql(
+        SELECT COUNT(DISTINCT tr.file_name)
+        FROM trial_reports tr
+        JOIN trial_participants tp ON tp.file_name = tr.file_name
+        WHERE %1)sql");
     return remembered_loot(QStringLiteral(R"sql(
         SELECT tl.item_type, tl.item_subtype,
                SUM(tl.value) AS sztuki,
@@ -113,7 +110,7 @@ std::vector<LootStat> TallyDb::trial_loot_stats(const QStringList &bosses,
         JOIN trial_reports tr ON tr.file_name = tp.file_name
         WHERE %1
         GROUP BY tl.item_type, tl.item_subtype)sql"),
-                           conditions);
+                           count, conditions, fights);
 }
 
 std::vector<SessionPlayer> TallyDb::session_players(const QStringList &files) const
