@@ -5,7 +5,9 @@
 #include "data/import/tally_watcher.h"
 #include "data/store/tally_db.h"
 #include "figure.h"
+#include "platform/host/fake/fake_host.h"
 #include "sample_world.h"
+#include "settings/settings.h"
 #include "support/plain_connection.h"
 #include "support/x_session.h"
 #include "ui/main_window.h"
@@ -168,11 +170,10 @@ public:
         db_.init_schema();
         db_.set_setting(QStringLiteral("mailcache_dir"), mails);
         ui::WindowSetup setup;
-        setup.raw_dir = folder_.filePath(QStringLiteral("raw"));
         setup.refresh = [](ui::StartUpChain &chain) {
             chain.start_refresh(new NoRefresh);
         };
-        window_ = std::make_unique<ui::MainWindow>(&db_, nullptr, setup);
+        window_ = std::make_unique<ui::MainWindow>(around_, nullptr, setup);
         window_->show();
         window_->run_post_startup();
         wait([this] { return window_->chain().watching(); });
@@ -204,6 +205,12 @@ public:
 private:
     QTemporaryDir folder_;
     data::TallyDb db_{folder_.filePath(QStringLiteral("tally.db"))};
+    Settings settings_{db_};
+    platform::FakeHost host_;
+    ui::Surroundings around_{.db = db_,
+                             .settings = settings_,
+                             .host = host_,
+                             .raw_dir = folder_.filePath(QStringLiteral("raw"))};
     std::unique_ptr<ui::MainWindow> window_;
 };
 

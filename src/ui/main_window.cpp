@@ -1,13 +1,14 @@
 #include "ui/main_window.h"
 
 #include "platform/identity.h"
+#include "settings/catalogue.h"
+#include "settings/settings.h"
 #include "ui/about.h"
 #include "ui/chains/chain_tracker_tab.h"
 #include "ui/items/item_pictures.h"
 #include "ui/parts/theme.h"
 #include "ui/report_tabs.h"
 #include "ui/start_up_chain.h"
-#include "ui/stored_settings.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -26,9 +27,9 @@ void exit_hard()
     std::_Exit(0);
 }
 
-MainWindow::MainWindow(data::TallyDb *db, QWidget *parent, const WindowSetup &setup)
-    : QMainWindow(parent), db_(db), setup_(setup),
-      chain_(std::make_unique<StartUpChain>(db, setup, this))
+MainWindow::MainWindow(const Surroundings &around, QWidget *parent, const WindowSetup &setup)
+    : QMainWindow(parent), around_(around), setup_(setup),
+      chain_(std::make_unique<StartUpChain>(around, setup, this))
 {
     setWindowTitle(
         QStringLiteral("%1 %2").arg(platform::application_name, platform::application_version));
@@ -63,9 +64,9 @@ void MainWindow::build_tabs()
     constexpr double barbarians = 1.0;
     tabs_ = new ReportTabs(this);
     ChainTrackerSetup setup;
-    setup.icon_dir = setup_.icon_cache_dir;
-    setup.clock = setup_.clock;
-    chain_tab_ = new ChainTrackerTab(db_, barbarians, tabs_, setup);
+    setup.icon_dir = around_.icon_dir;
+    setup.clock = around_.clock;
+    chain_tab_ = new ChainTrackerTab(&around_.db, barbarians, tabs_, setup);
     tabs_->add(chain_tab_, QStringLiteral("⚔️ Chain Tracker"));
     setCentralWidget(tabs_);
 }
@@ -117,7 +118,7 @@ void MainWindow::show_message(const QString &text, int ms)
 void MainWindow::apply_theme(int theme)
 {
     apply_to_app(qobject_cast<QApplication *>(QCoreApplication::instance()), theme);
-    store_setting(*db_, QStringLiteral("theme"), theme_name(theme));
+    around_.settings.set(settings::theme, theme_name(theme));
 }
 
 void MainWindow::on_theme_dark()

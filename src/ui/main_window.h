@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/chains/chain_filter.h"
+#include "ui/parts/surroundings.h"
 #include "ui/window_setup.h"
 
 #include <QDeadlineTimer>
@@ -11,10 +12,6 @@
 #include <optional>
 
 class QUrl;
-
-namespace tally::data {
-class TallyDb;
-}
 
 namespace tally::ui {
 
@@ -28,8 +25,7 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    /// \param db outlives the window
-    explicit MainWindow(data::TallyDb *db, QWidget *parent = nullptr,
+    explicit MainWindow(const Surroundings &around, QWidget *parent = nullptr,
                         const WindowSetup &setup = {});
     /// Waits for the window's threads within the deadline for leaving.
     ~MainWindow() override;
@@ -83,7 +79,7 @@ private:
     enum class DropResult { Imported, NothingNew, Skipped };
     DropResult import_dropped(const QUrl &url);
 
-    data::TallyDb *db_;
+    Surroundings around_;
     WindowSetup setup_;
     ReportTabs *tabs_ = nullptr;
     ChainTrackerTab *chain_tab_ = nullptr;

@@ -1,6 +1,6 @@
+#include "settings/catalogue.h"
+#include "settings/settings.h"
 #include "ui/main_window.h"
-
-#include "ui/stored_settings.h"
 
 #include <QDataStream>
 #include <QGuiApplication>
@@ -12,9 +12,6 @@
 
 namespace tally::ui {
 namespace {
-
-const QString geometry_key = QStringLiteral("window_geometry_qt");
-const QString maximized_key = QStringLiteral("window_maximized");
 
 bool on_some_screen(const QRect &frame)
 {
@@ -45,7 +42,8 @@ QRect saved_frame(const QByteArray &bytes)
 
 bool MainWindow::restore_geometry()
 {
-    const auto bytes = QByteArray::fromBase64(stored_setting(*db_, geometry_key, {}).toLatin1());
+    const auto bytes =
+        QByteArray::fromBase64(around_.settings.get(settings::window_geometry_qt).toLatin1());
     if (const QRect frame = saved_frame(bytes); frame.isValid()) {
         if (!on_some_screen(frame))
             return false;
@@ -71,7 +69,7 @@ void MainWindow::show_as_it_was()
     if (leaving_)
         return;
     show();
-    if (stored_flag(*db_, maximized_key, false))
+    if (around_.settings.get(settings::window_maximized))
         showMaximized();
     else
         showNormal();
@@ -81,8 +79,9 @@ void MainWindow::show_as_it_was()
 
 void MainWindow::save_window_state()
 {
-    store_setting(*db_, geometry_key, QString::fromLatin1(saveGeometry().toBase64()));
-    store_flag(*db_, maximized_key, isMaximized());
+    around_.settings.set(settings::window_geometry_qt,
+                         QString::fromLatin1(saveGeometry().toBase64()));
+    around_.settings.set(settings::window_maximized, isMaximized());
 }
 
 } // namespace tally::ui

@@ -2,8 +2,9 @@
 
 #include "data/import/import_pipeline.h"
 #include "platform/files/exact_files.h"
+#include "settings/catalogue.h"
+#include "settings/settings.h"
 #include "ui/parts/ui_log.h"
-#include "ui/stored_settings.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -19,8 +20,6 @@
 
 namespace tally::ui {
 namespace {
-
-const QString mailcache_key = QStringLiteral("mailcache_dir");
 
 /// The path of a local file by its exact name; empty for everything else.
 QString local_path(const QUrl &url)
@@ -49,10 +48,11 @@ void MainWindow::on_import_mailcache()
         return;
     const QString folder = QFileDialog::getExistingDirectory(
         this, QStringLiteral("Select mailcache directory"),
-        stored_setting(*db_, mailcache_key, QDir::homePath()), QFileDialog::ShowDirsOnly);
+        around_.settings.get_or(settings::mailcache_dir, QDir::homePath()),
+        QFileDialog::ShowDirsOnly);
     if (folder.isEmpty() || leaving_)
         return;
-    store_setting(*db_, mailcache_key, folder);
+    around_.settings.set(settings::mailcache_dir, folder);
     import_with_progress(folder);
     refresh_all_tabs();
 }
@@ -77,9 +77,9 @@ void MainWindow::import_with_progress(const QString &folder)
             QStringLiteral("Importing %1/%2  (%3 new)").arg(scanned).arg(total).arg(imported));
         QCoreApplication::processEvents();
     };
-    QDir().mkpath(setup_.raw_dir);
+    QDir().mkpath(around_.raw_dir);
     const data::ImportStats stats =
-        data::import_dir(folder, setup_.raw_dir, *db_, show_progress, &cancel_import_);
+        data::import_dir(folder, around_.raw_dir, around_.db, show_progress, &cancel_import_);
     dialog.close();
     show_message(QStringLiteral("Import done: scanned=%1  imported=%2  errors=%3")
                      .arg(stats.scanned)
@@ -103,7 +103,7 @@ void MainWindow::dropEvent(QDropEvent *event)
     if (urls.isEmpty())
         return;
     event->acceptProposedAction();
-    QDir().mkpath(setup_.raw_dir);
+    QDir().mkpath(around_.raw_dir);
     int imported = 0;
     int skipped = 0;
     for (const QUrl &url : urls) {
@@ -123,8 +123,9 @@ MainWindow::DropResult MainWindow::import_dropped(const QUrl &url)
     if (!is_mail(url))
         return DropResult::Skipped;
     try {
-        return data::import_file(local_path(url), setup_.raw_dir, *db_) ? DropResult::Imported
-                                                                        : DropResult::NothingNew;
+        return data::import_file(local_path(url), around_.raw_dir, around_.db)
+                   ? DropResult::Imported
+                   : DropResult::NothingNew;
     } catch (const std::exception &failure) {
         qCWarning(log_ui) << "drop import failed:" << url.fileName() << failure.what();
         return DropResult::NothingNew;

@@ -1,5 +1,6 @@
 #include "ui/main_window.h"
 
+#include "platform/paths/data_folders.h"
 #include "ui/about.h"
 #include "ui/option_menus.h"
 
@@ -54,14 +55,14 @@ void MainWindow::build_view_menu()
     view->setToolTipsVisible(true);
     add_coming_entry(*view, QStringLiteral("Show &Overlay"), QKeySequence(QStringLiteral("Ctrl+O")))
         ->setCheckable(true);
-    add_overlay_options(*view, db_);
+    add_overlay_options(*view, around_.settings);
     view->addSeparator();
     add_coming_entry(*view, QStringLiteral("Honor &Tracker"),
                      QKeySequence(QStringLiteral("Ctrl+H")))
         ->setCheckable(true);
-    add_tracker_options(*view, db_);
+    add_tracker_options(*view, around_.settings);
     view->addSeparator();
-    connect(add_theme_menu(*view, *db_), &QMenu::triggered, this,
+    connect(add_theme_menu(*view, around_.settings), &QMenu::triggered, this,
             [this](const QAction *theme) { apply_theme(theme->data().toInt()); });
 }
 
@@ -72,7 +73,7 @@ void MainWindow::build_help_menu()
     add_coming_entry(*help, QStringLiteral("Check for &updates..."));
     help->addSeparator();
     help->addAction(QStringLiteral("&About..."), this,
-                    [this] { show_about_box(this, setup_.endpoint.product_page); });
+                    [this] { show_about_box(this, around_.endpoint.product_page); });
 }
 
 void MainWindow::open_data_folder()

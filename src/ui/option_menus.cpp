@@ -1,7 +1,8 @@
 #include "ui/option_menus.h"
 
+#include "settings/catalogue.h"
+#include "settings/settings.h"
 #include "ui/parts/theme.h"
-#include "ui/stored_settings.h"
 
 #include <QActionGroup>
 #include <QMenu>
@@ -22,82 +23,104 @@ constexpr ModeEntry overlay_modes[] = {
     {QLatin1StringView("compact2"), u"Compact (2 lines)"},
 };
 
-QAction *add_choice(QMenu &menu, QActionGroup &group, const QString &label, bool checked)
+QAction *add_choice(QMenu &menu, QActionGroup &group, const QString &label, const QVariant &value)
 {
     QAction *choice = menu.addAction(label);
     choice->setCheckable(true);
+    choice->setData(value);
     group.addAction(choice);
-    choice->setChecked(checked);
     return choice;
 }
 
-void add_font_sizes(QMenu &options, data::TallyDb *db, const QString &key)
+void check(const QActionGroup &group, const QVariant &value)
+{
+    for (QAction *choice : group.actions())
+        choice->setChecked(choice->data() == value);
+}
+
+/// Checks the choice that `data_of` finds for the setting's value, now and at each change.
+template <typename T, typename DataOf>
+void follow(QActionGroup &group, Settings &settings, const Setting<T> &setting, DataOf data_of)
+{
+    check(group, data_of(settings.get(setting)));
+    settings.on_change(setting, &group,
+                       [&group, data_of](const T &value) { check(group, data_of(value)); });
+}
+
+void add_font_sizes(QMenu &options, Settings &settings, const Setting<int> &setting)
 {
     QMenu *menu = options.addMenu(QStringLiteral("Font size"));
     auto *group = new QActionGroup(menu);
-    const int stored = stored_setting(*db, key, QStringLiteral("10")).toInt();
     for (const int size : font_sizes)
-        add_choice(*menu, *group, QStringLiteral("%1 pt").arg(size), size == stored)->setData(size);
-    QObject::connect(group, &QActionGroup::triggered, menu, [db, key](QAction *choice) {
-        store_setting(*db, key, QString::number(choice->data().toInt()));
-    });
+        add_choice(*menu, *group, QStringLiteral("%1 pt").arg(size), size);
+    follow(*group, settings, setting, [](int size) { return size; });
+    QObject::connect(group, &QActionGroup::triggered, menu,
+                     [&settings, setting](const QAction *choice) {
+                         settings.set(setting, choice->data().toInt());
+                     });
 }
 
-void add_pin_switch(QMenu &options, data::TallyDb *db, const QString &key)
+void add_pin_switch(QMenu &options, Settings &settings, const Setting<bool> &setting)
 {
     QAction *pin = options.addAction(QStringLiteral("Pin to game window"));
     pin->setCheckable(true);
-    pin->setChecked(stored_flag(*db, key, false));
+    pin->setChecked(settings.get(setting));
+    settings.on_change(setting, pin, [pin](bool pinned) { pin->setChecked(pinned); });
     QObject::connect(pin, &QAction::triggered, &options,
-                     [db, key](bool pinned) { store_flag(*db, key, pinned); });
+                     [&settings, setting](bool pinned) { settings.set(setting, pinned); });
 }
 
-void add_overlay_mode(QMenu &options, data::TallyDb *db)
+QString mode_of_setting(const QString &mode)
 {
-    const auto key = QStringLiteral("overlay_mode");
+    return mode == u"compact" ? QStringLiteral("compact2") : mode; // as earlier versions called it
+}
+
+void add_overlay_mode(QMenu &options, Settings &settings)
+{
     QMenu *menu = options.addMenu(QStringLiteral("Mode"));
     auto *group = new QActionGroup(menu);
-    QString stored = stored_setting(*db, key, overlay_modes[0].key);
-    if (stored == u"compact") // as earlier versions called it
-        stored = QStringLiteral("compact2");
     for (const auto &[mode, label] : overlay_modes)
-        add_choice(*menu, *group, QString::fromUtf16(label), mode == stored)
-            ->setData(QString(mode));
-    QObject::connect(group, &QActionGroup::triggered, menu, [db, key](QAction *choice) {
-        store_setting(*db, key, choice->data().toString());
+        add_choice(*menu, *group, QString::fromUtf16(label), QString(mode));
+    follow(*group, settings, settings::overlay_mode, mode_of_setting);
+    QObject::connect(group, &QActionGroup::triggered, menu, [&settings](const QAction *choice) {
+        settings.set(settings::overlay_mode, choice->data().toString());
     });
 }
 
 } // namespace
 
-void add_overlay_options(QMenu &menu, data::TallyDb *db)
+void add_overlay_options(QMenu &menu, Settings &settings)
 {
     QMenu *options = menu.addMenu(QStringLiteral("Overlay options"));
-    add_font_sizes(*options, db, QStringLiteral("overlay_font_size"));
-    add_overlay_mode(*options, db);
-    add_pin_switch(*options, db, QStringLiteral("overlay_pinned"));
+    add_font_sizes(*options, settings, settings::overlay_font_size);
+    add_overlay_mode(*options, settings);
+    add_pin_switch(*options, settings, settings::overlay_pinned);
 }
 
-void add_tracker_options(QMenu &menu, data::TallyDb *db)
+void add_tracker_options(QMenu &menu, Settings &settings)
 {
     QMenu *options = menu.addMenu(QStringLiteral("Tracker options"));
-    add_font_sizes(*options, db, QStringLiteral("honor_tracker_font_size"));
+    add_font_sizes(*options, settings, settings::honor_tracker_font_size);
     QMenu *mode = options->addMenu(QStringLiteral("Mode"));
-    add_choice(*mode, *new QActionGroup(mode), QStringLiteral("Full (vertical)"), true);
-    add_pin_switch(*options, db, QStringLiteral("honor_tracker_pinned"));
+    add_choice(*mode, *new QActionGroup(mode), QStringLiteral("Full (vertical)"), {})
+        ->setChecked(true);
+    add_pin_switch(*options, settings, settings::honor_tracker_pinned);
 }
 
-QMenu *add_theme_menu(QMenu &menu, const data::TallyDb &db)
+QMenu *add_theme_menu(QMenu &menu, Settings &settings)
 {
     QMenu *themes = menu.addMenu(QStringLiteral("&Theme"));
     auto *group = new QActionGroup(themes);
-    const QString stored = stored_setting(db, QStringLiteral("theme"), theme_name(0));
     for (const int theme : {0, 1}) {
         const QString name = theme_name(theme);
-        add_choice(*themes, *group, name.at(0).toUpper() + name.sliced(1),
-                   name.compare(stored, Qt::CaseInsensitive) == 0)
-            ->setData(theme);
+        add_choice(*themes, *group, name.at(0).toUpper() + name.sliced(1), theme);
     }
+    // A name that is no theme's checks none, though the program takes it for the dark one.
+    follow(*group, settings, settings::theme, [](const QString &name) {
+        const int theme = theme_from_name(name);
+        const bool is_theme = name.compare(theme_name(theme), Qt::CaseInsensitive) == 0;
+        return is_theme ? QVariant(theme) : QVariant();
+    });
     return themes;
 }
 

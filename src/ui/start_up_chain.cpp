@@ -3,10 +3,11 @@
 #include "data/import/tally_watcher.h"
 #include "data/master/master_refresh_worker.h"
 #include "data/store/tally_db.h"
+#include "settings/catalogue.h"
+#include "settings/settings.h"
 #include "ui/bootstrap_import_worker.h"
 #include "ui/loading_splash.h"
 #include "ui/parts/ui_log.h"
-#include "ui/stored_settings.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -18,8 +19,6 @@
 namespace tally::ui {
 namespace {
 
-const QString mailcache_key = QStringLiteral("mailcache_dir");
-
 bool runs(const QThread *thread)
 {
     return thread && thread->isRunning();
@@ -27,13 +26,12 @@ bool runs(const QThread *thread)
 
 } // namespace
 
-StartUpChain::StartUpChain(data::TallyDb *db, const WindowSetup &setup, QWidget *window)
-    : db_(db), setup_(setup), window_(window)
+StartUpChain::StartUpChain(const Surroundings &around, const WindowSetup &setup, QWidget *window)
+    : around_(around), setup_(setup), window_(window)
 {
     if (!setup_.refresh) {
         setup_.refresh = [this](StartUpChain &chain) {
-            chain.start_refresh(
-                new data::MasterRefreshWorker(setup_.endpoint, setup_.icon_cache_dir));
+            chain.start_refresh(new data::MasterRefreshWorker(around_.endpoint, around_.icon_dir));
         };
     }
 }
@@ -55,7 +53,7 @@ void StartUpChain::complete_statistics()
 {
     statistics_thread_ = QThread::create([this] {
         try {
-            db_->complete_chain_slices(&ending_);
+            around_.db.complete_chain_slices(&ending_);
         } catch (const std::exception &) {
             // Logged by the store, whose figures come without them too.
         }
@@ -98,11 +96,11 @@ void StartUpChain::on_master_refresh_done(bool success)
 
 QString StartUpChain::mailcache_dir()
 {
-    QString dir = stored_setting(*db_, mailcache_key, {});
+    QString dir = around_.settings.get(settings::mailcache_dir);
     if (dir.isEmpty()) {
         dir = platform::default_mailcache_dir();
         if (!dir.isEmpty())
-            store_setting(*db_, mailcache_key, dir);
+            around_.settings.set(settings::mailcache_dir, dir);
     }
     return dir;
 }
@@ -122,10 +120,10 @@ void StartUpChain::start_bootstrap_and_watcher()
         qCWarning(log_ui) << "start_bootstrap_and_watcher: import already running";
         return;
     }
-    QDir().mkpath(setup_.raw_dir);
+    QDir().mkpath(around_.raw_dir);
 
     using Worker = BootstrapImportWorker;
-    auto *worker = new Worker(dir, setup_.raw_dir, db_, &ending_);
+    auto *worker = new Worker(dir, around_.raw_dir, &around_.db, &ending_);
     bootstrap_thread_ = new_thread(worker);
     connect(bootstrap_thread_, &QThread::started, worker, &Worker::run);
     connect(
@@ -148,12 +146,12 @@ void StartUpChain::on_bootstrap_done(int scanned, int imported, int errors)
                    8'000);
     Q_EMIT shownDataChanged();
     stop_watcher();
-    const QString dir = stored_setting(*db_, mailcache_key, {});
+    const QString dir = around_.settings.get(settings::mailcache_dir);
     if (dir.isEmpty() || watcher_ || ending_)
         return;
     using data::TallyWatcher;
     watcher_ = std::make_unique<TallyWatcher>(
-        db_, dir, setup_.raw_dir, static_cast<int>(setup_.poll_interval.count()), nullptr);
+        &around_.db, dir, around_.raw_dir, static_cast<int>(setup_.poll_interval.count()), nullptr);
     connect(watcher_.get(), &TallyWatcher::newFilesImported, this, &StartUpChain::on_new_reports,
             Qt::QueuedConnection);
     connect(

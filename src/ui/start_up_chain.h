@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/parts/surroundings.h"
 #include "ui/window_setup.h"
 
 #include <QDeadlineTimer>
@@ -13,9 +14,8 @@
 class QWidget;
 
 namespace tally::data {
-class TallyDb;
 class TallyWatcher;
-} // namespace tally::data
+}
 
 namespace tally::ui {
 
@@ -27,9 +27,8 @@ class StartUpChain : public QObject {
     Q_OBJECT
 
 public:
-    /// \param db outlives the chain
     /// \param window what the splash covers; outlives the chain
-    StartUpChain(data::TallyDb *db, const WindowSetup &setup, QWidget *window);
+    StartUpChain(const Surroundings &around, const WindowSetup &setup, QWidget *window);
     /// `end` must have come before.
     ~StartUpChain() override;
 
@@ -78,7 +77,7 @@ private:
     QThread *new_thread(QObject *worker);
     QString mailcache_dir();
 
-    data::TallyDb *db_;
+    Surroundings around_;
     WindowSetup setup_;
     QWidget *window_;
     QPointer<LoadingSplash> splash_;

@@ -1,11 +1,5 @@
 #pragma once
 
-#include "platform/clock/clock.h"
-#include "platform/endpoint/endpoint.h"
-#include "platform/paths/data_folders.h"
-
-#include <QString>
-
 #include <chrono>
 #include <functional>
 
@@ -16,13 +10,9 @@ class StartUpChain;
 /// Ends the process at once, without destructors: the last resort of an exit that takes too long.
 void exit_hard();
 
-/// What the window is built for. A test changes some of it; the program takes it as it is.
+/// How the window goes about starting and leaving. A test changes some of it; the program takes it
+/// as it is.
 struct WindowSetup {
-    platform::Endpoint endpoint = platform::shipped_endpoint();
-    QString raw_dir = platform::raw_dir();
-    QString icon_cache_dir = platform::icon_cache_dir();
-    platform::Clock clock = platform::system_time;
-
     /// Starts the refresh of the reference data by `StartUpChain::start_refresh`; empty: the
     /// download from the endpoint.
     std::function<void(StartUpChain &)> refresh;

@@ -1,6 +1,8 @@
 // A main window that leaves while its refresh hangs for ever: only the deadline can end it.
 
 #include "data/store/tally_db.h"
+#include "platform/host/fake/fake_host.h"
+#include "settings/settings.h"
 #include "ui/main_window.h"
 #include "ui/start_up_chain.h"
 
@@ -42,7 +44,9 @@ int main(int argc, char *argv[])
     setup.refresh = [](ui::StartUpChain &chain) {
         chain.start_refresh(new StuckRefresh);
     };
-    ui::MainWindow window(&db, nullptr, setup);
+    Settings settings(db);
+    platform::FakeHost host;
+    ui::MainWindow window({.db = db, .settings = settings, .host = host}, nullptr, setup);
     window.show();
     QTimer::singleShot(0, &window, [&window] {
         window.run_post_startup();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/host/fake/fake_host.h"
+#include "settings/settings.h"
 #include "support/temp_mails.h"
 #include "support/temp_store.h"
 #include "ui/main_window.h"
@@ -52,8 +54,6 @@ class WindowFixture {
 public:
     WindowFixture()
     {
-        setup.raw_dir = store.folder.filePath(QStringLiteral("raw"));
-        setup.icon_cache_dir = store.folder.filePath(QStringLiteral("icons"));
         setup.splash_minimum = std::chrono::milliseconds(0);
         setup.poll_interval = std::chrono::milliseconds(1);
         setup.refresh = [](ui::StartUpChain &chain) {
@@ -67,7 +67,7 @@ public:
 
     ui::MainWindow &open()
     {
-        window_ = std::make_unique<ui::MainWindow>(&store.db, nullptr, setup);
+        window_ = std::make_unique<ui::MainWindow>(around, nullptr, setup);
         return *window_;
     }
     ui::StartUpChain &open_chain() const { return window_->chain(); }
@@ -100,6 +100,13 @@ public:
 
     TempStore store;
     TempMails mails;
+    Settings settings{store.db};
+    platform::FakeHost host;
+    ui::Surroundings around{.db = store.db,
+                            .settings = settings,
+                            .host = host,
+                            .icon_dir = store.folder.filePath(QStringLiteral("icons")),
+                            .raw_dir = store.folder.filePath(QStringLiteral("raw"))};
     ui::WindowSetup setup;
 
 private:

@@ -92,7 +92,7 @@ TEST_F(Imports, ADropCountsWhatCameInAndWhatIsNoMail)
     drop({add(mail.arg(1)), add(u"persistent.mail.2"_s), add(mail.arg(3))});
     EXPECT_EQ(fixture_.message(), "Drop import: 2 file(s) imported, 1 skipped.");
     EXPECT_EQ(tab_->refreshes, 1);
-    EXPECT_TRUE(QFile::exists(QDir(fixture_.setup.raw_dir).filePath(mail.arg(1))));
+    EXPECT_TRUE(QFile::exists(QDir(fixture_.around.raw_dir).filePath(mail.arg(1))));
     drop({add(mail.arg(1)), add(mail.arg(4), "of no interest")});
     EXPECT_EQ(fixture_.message(), "Drop import: 0 file(s) imported, 0 skipped.");
     EXPECT_EQ(tab_->refreshes, 1);

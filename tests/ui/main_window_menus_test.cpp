@@ -1,3 +1,4 @@
+#include "settings/catalogue.h"
 #include "support/plain_connection.h"
 #include "support/window_fixture.h"
 #include "ui/logo.h"
@@ -128,6 +129,18 @@ TEST_F(Menus, ChosenOptionsAreStored)
     EXPECT_EQ(fixture_.setting(u"honor_tracker_pinned"_s), "0");
 }
 
+TEST_F(Menus, OptionsFollowWhatOthersSet)
+{
+    fixture_.open();
+    fixture_.settings.set(settings::overlay_font_size, 20);
+    fixture_.settings.set(settings::honor_tracker_pinned, true);
+    fixture_.settings.set(settings::theme, u"light"_s);
+    EXPECT_TRUE(checked(u"View/Overlay options/Font size/20 pt"_s));
+    EXPECT_FALSE(checked(u"View/Overlay options/Font size/10 pt"_s));
+    EXPECT_TRUE(checked(u"View/Tracker options/Pin to game window"_s));
+    EXPECT_TRUE(checked(u"View/Theme/Light"_s));
+}
+
 TEST_F(Menus, AThemeTakesEffectAtOnceAndIsStored)
 {
     ui::MainWindow &window = fixture_.open();
@@ -151,7 +164,7 @@ TEST_F(Menus, AStoreThatFailsCostsTheSettingOnly)
 
 TEST_F(Menus, TheAboutBoxNamesVersionMakerAndPage)
 {
-    fixture_.setup.endpoint.product_page = u"https://page.example/?a&b"_s;
+    fixture_.around.endpoint.product_page = u"https://page.example/?a&b"_s;
     fixture_.open();
     QString text;
     QTimer::singleShot(0, [&text] {

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 TEST(MainWindowPages, TheChainTrackerComesFirstAndIsToldOfToOthers)
 {
     WindowFixture fixture;
-    fixture.setup.clock = [] {
+    fixture.around.clock = [] {
         return 1'700'006'400.0; // 2023-11-15 00:00 UTC
     };
     const ui::MainWindow &window = fixture.open();

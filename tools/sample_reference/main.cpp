@@ -1,5 +1,6 @@
 #include "reference_folder.h"
 
+#include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QTextStream>
 
@@ -8,12 +9,16 @@
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
-    if (argc != 2) {
-        QTextStream(stderr) << "usage: sample_reference FOLDER" << Qt::endl;
-        return 2;
-    }
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Writes made-up reference tables and icons, as a server has them."));
+    parser.addHelpOption();
+    parser.addPositionalArgument(QStringLiteral("FOLDER"), QStringLiteral("What to fill."));
+    parser.process(application);
+    if (parser.positionalArguments().size() != 1)
+        parser.showHelp(2);
     try {
-        tally::sample::write_reference_folder(QCoreApplication::arguments().at(1));
+        tally::sample::write_reference_folder(parser.positionalArguments().constFirst());
         return 0;
     } catch (const std::exception &error) {
         QTextStream(stderr) << "sample_reference: " << error.what() << Qt::endl;

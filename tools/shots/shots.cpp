@@ -1,8 +1,9 @@
-// Pictures of every window in both themes: shots DIR. The scale is that of QT_SCALE_FACTOR.
-
+#include "platform/host/fake/fake_host.h"
 #include "platform/identity.h"
 #include "round_overview_shot.h"
 #include "sample_store.h"
+#include "settings/catalogue.h"
+#include "settings/settings.h"
 #include "ui/about.h"
 #include "ui/loading_splash.h"
 #include "ui/logo.h"
@@ -11,6 +12,7 @@
 #include "ui/report_tabs.h"
 
 #include <QApplication>
+#include <QCommandLineParser>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -104,12 +106,13 @@ void take_pages(const Album &album, ui::MainWindow &window)
 
 void take_all(const Album &album, tools::SampleStore &store)
 {
-    ui::WindowSetup setup;
-    setup.icon_cache_dir = store.icon_dir();
-    setup.clock = [] {
-        return tools::SampleStore::end;
-    };
-    ui::MainWindow window(&store.db(), nullptr, setup);
+    Settings settings(store.db());
+    platform::FakeHost host;
+    ui::MainWindow window({.db = store.db(),
+                           .settings = settings,
+                           .host = host,
+                           .clock = [] { return tools::SampleStore::end; },
+                           .icon_dir = store.icon_dir()});
     window.show();
     QCoreApplication::processEvents();
     take_pages(album, window);
@@ -174,11 +177,20 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(ui::logo());
-    const QString dir = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(".");
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Takes pictures of every window in both themes, at the scale of "
+                       "QT_SCALE_FACTOR."));
+    parser.addHelpOption();
+    parser.addPositionalArgument(QStringLiteral("DIR"), QStringLiteral("The folder for them."));
+    parser.process(application);
+    if (parser.positionalArguments().size() != 1)
+        parser.showHelp(2);
+    const QString dir = parser.positionalArguments().constFirst();
     const int percent = qRound(application.devicePixelRatio() * 100);
     tools::SampleStore store;
     for (const int theme : {0, 1}) {
-        store.db().set_setting(QStringLiteral("theme"), ui::theme_name(theme));
+        Settings(store.db()).set(settings::theme, ui::theme_name(theme));
         ui::apply_to_app(&application, theme);
         const Album album(dir, QStringLiteral("-%1-%2").arg(ui::theme_name(theme)).arg(percent));
         take_all(album, store);

@@ -12,10 +12,11 @@
 #include "platform/identity.h"
 #include "platform/log/process_log.h"
 #include "platform/paths/data_folders.h"
+#include "settings/catalogue.h"
+#include "settings/settings.h"
 #include "ui/logo.h"
 #include "ui/main_window.h"
 #include "ui/parts/theme.h"
-#include "ui/stored_settings.h"
 
 #include <QApplication>
 #include <QImageReader>
@@ -27,14 +28,13 @@ namespace {
 
 /// Also asks the first instance, if there is one, to show its window: whoever starts the program a
 /// second time is looking for it.
-bool may_run(int argc, char *argv[])
+bool may_run(int argc, char *argv[], platform::Host &host)
 {
     {
         const QCoreApplication for_the_socket(argc, argv);
         knock(knock_name());
     }
-    const auto host = platform::make_system_host();
-    return platform::claim_single_instance(*host) != platform::InstanceClaim::Refused;
+    return platform::claim_single_instance(host) != platform::InstanceClaim::Refused;
 }
 
 void name_application()
@@ -49,9 +49,6 @@ bool open_store(data::TallyDb &db)
 {
     try {
         db.init_schema();
-        const auto mailcache_key = QStringLiteral("mailcache_dir");
-        if (!db.get_setting(mailcache_key))
-            db.set_setting(mailcache_key, platform::default_mailcache_dir());
         return true;
     } catch (const std::exception &failure) {
         platform::ProcessLog::line(
@@ -75,7 +72,8 @@ void greet(ui::MainWindow &window, const data::TallyDb &db)
 
 int run_graphical(int argc, char *argv[])
 {
-    if (!may_run(argc, argv))
+    const auto host = platform::make_system_host();
+    if (!may_run(argc, argv, *host))
         return 0;
 
     platform::prefer_x11_platform();
@@ -90,10 +88,12 @@ int run_graphical(int argc, char *argv[])
     data::TallyDb db(platform::db_path());
     if (!open_store(db))
         return 1;
-    const QString theme = ui::stored_setting(db, QStringLiteral("theme"), ui::theme_name(0));
-    ui::apply_to_app(&application, ui::theme_from_name(theme));
+    Settings settings(db);
+    if (settings.is_absent(settings::mailcache_dir))
+        settings.set(settings::mailcache_dir, platform::default_mailcache_dir());
+    ui::apply_to_app(&application, ui::theme_from_name(settings.get(settings::theme)));
 
-    ui::MainWindow window(&db);
+    ui::MainWindow window({.db = db, .settings = settings, .host = *host});
     QObject::connect(&interrupts, &InterruptWatch::interrupted, &window, [&window] {
         window.request_exit();
         QCoreApplication::quit();

@@ -7,47 +7,23 @@ namespace tally::ui {
 using platform::WindowHandle;
 using platform::WindowRect;
 
-const PinPolicy statistics_pin{QLatin1StringView{"overlay_"},
-                               {80, 80},
-                               PinPolicy::Pixels::Logical,
-                               PinPolicy::WhenAway::Hide,
-                               PinPolicy::FreePosition::Unpinned,
-                               place_by_centre,
-                               position_inside};
+const PinPolicy statistics_pin{settings::overlay_place,   PinPolicy::Pixels::Logical,
+                               PinPolicy::WhenAway::Hide, PinPolicy::FreePosition::Unpinned,
+                               place_by_centre,           position_inside};
 
-const PinPolicy honor_pin{QLatin1StringView{"honor_tracker_"},
-                          {200, 150},
-                          PinPolicy::Pixels::Physical,
-                          PinPolicy::WhenAway::Stay,
-                          PinPolicy::FreePosition::Always,
-                          place_by_nearest_corner,
-                          position_from_corner};
+const PinPolicy honor_pin{settings::honor_tracker_place, PinPolicy::Pixels::Physical,
+                          PinPolicy::WhenAway::Stay,     PinPolicy::FreePosition::Always,
+                          place_by_nearest_corner,       position_from_corner};
 
-PinState::PinState(platform::Host &host, const PinPolicy &policy, PinSettings settings)
-    : host_(host), policy_(policy), settings_(std::move(settings)),
-      own_process_(host.own_process_id())
-{
-    pinned_ = settings_.read(key("pinned"), QStringLiteral("0")) == u"1";
-    const PinPlace defaults;
-    place_.off_x = read_number("pin_off_x", defaults.off_x);
-    place_.off_y = read_number("pin_off_y", defaults.off_y);
-    place_.anchor = anchor_of_text(settings_.read(key("pin_anchor"), anchor_text(defaults.anchor)));
-    target_exe_ = settings_.read(key("pin_target_exe"), QString{});
-    free_position_ = {read_number("x", policy.free_position.x),
-                      read_number("y", policy.free_position.y)};
-}
-
-QString PinState::key(const char *name) const
-{
-    return policy_.key_prefix + QLatin1StringView{name};
-}
-
-int PinState::read_number(const char *name, int fallback) const
-{
-    bool ok = false;
-    const int value = settings_.read(key(name), QString::number(fallback)).toInt(&ok);
-    return ok ? value : fallback;
-}
+PinState::PinState(platform::Host &host, const PinPolicy &policy, Settings &settings)
+    : host_(host), policy_(policy), settings_(settings), own_process_(host.own_process_id()),
+      pinned_(settings.get(policy.keys.pinned)), place_{anchor_of_text(
+                                                            settings.get(policy.keys.anchor)),
+                                                        settings.get(policy.keys.off_x),
+                                                        settings.get(policy.keys.off_y)},
+      free_position_{settings.get(policy.keys.x), settings.get(policy.keys.y)},
+      target_exe_(settings.get(policy.keys.target_exe))
+{}
 
 WindowHandle PinState::find_target()
 {
@@ -104,7 +80,7 @@ PinStep PinState::tick(const OverlayView &overlay)
 PinStep PinState::set_pinned(bool pinned)
 {
     pinned_ = pinned;
-    settings_.write(key("pinned"), pinned ? QStringLiteral("1") : QStringLiteral("0"));
+    settings_.set(policy_.keys.pinned, pinned);
     PinStep step;
     if (!pinned && std::exchange(hidden_by_pin_, false))
         step.visibility = PinStep::Visibility::Show;
@@ -122,7 +98,7 @@ QList<platform::GameWindowInfo> PinState::windows_to_choose_from()
 void PinState::choose_target(const QString &exe_path)
 {
     target_exe_ = exe_path;
-    settings_.write(key("pin_target_exe"), exe_path);
+    settings_.set(policy_.keys.target_exe, exe_path);
     game_window_ = platform::no_window; // the next tick finds the target anew
 }
 
@@ -141,8 +117,8 @@ void PinState::end_drag(const OverlayView &overlay)
     dragging_ = false;
     if (!pinned_ || policy_.free_position_stored == PinPolicy::FreePosition::Always) {
         free_position_ = {overlay.box.x, overlay.box.y};
-        settings_.write(key("x"), QString::number(free_position_.x));
-        settings_.write(key("y"), QString::number(free_position_.y));
+        settings_.set(policy_.keys.x, free_position_.x);
+        settings_.set(policy_.keys.y, free_position_.y);
     }
     if (!pinned_)
         return;
@@ -157,9 +133,9 @@ void PinState::end_drag(const OverlayView &overlay)
 void PinState::store_place(const OverlayBox &overlay, const WindowRect &game)
 {
     place_ = policy_.derive(overlay, game);
-    settings_.write(key("pin_off_x"), QString::number(place_.off_x));
-    settings_.write(key("pin_off_y"), QString::number(place_.off_y));
-    settings_.write(key("pin_anchor"), anchor_text(place_.anchor));
+    settings_.set(policy_.keys.off_x, place_.off_x);
+    settings_.set(policy_.keys.off_y, place_.off_y);
+    settings_.set(policy_.keys.anchor, anchor_text(place_.anchor));
 }
 
 } // namespace tally::ui

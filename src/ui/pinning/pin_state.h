@@ -2,21 +2,16 @@
 
 #include "platform/host/game_windows.h"
 #include "platform/host/host.h"
+#include "settings/catalogue.h"
+#include "settings/settings.h"
 #include "ui/pinning/pin_geometry.h"
 
 #include <QList>
 #include <QString>
 
-#include <functional>
 #include <optional>
 
 namespace tally::ui {
-
-/// How an overlay reaches the settings table. Neither may throw.
-struct PinSettings {
-    std::function<QString(const QString &key, const QString &fallback)> read;
-    std::function<void(const QString &key, const QString &value)> write;
-};
 
 /// In what the two overlays differ.
 struct PinPolicy {
@@ -24,8 +19,7 @@ struct PinPolicy {
     enum class WhenAway { Hide, Stay };           ///< the game is gone, minimised or behind others
     enum class FreePosition { Unpinned, Always }; ///< when a drag's end is stored as position
 
-    QLatin1StringView key_prefix;
-    PinPoint free_position; ///< default
+    settings::OverlayPlace keys;
     Pixels pixels;
     WhenAway when_away;
     FreePosition free_position_stored;
@@ -52,8 +46,8 @@ struct PinStep {
 /// shows, hides and moves.
 class PinState {
 public:
-    /// Loads the settings. `host` must outlive the state.
-    PinState(platform::Host &host, const PinPolicy &policy, PinSettings settings);
+    /// Loads the settings. `host` and `settings` must outlive the state.
+    PinState(platform::Host &host, const PinPolicy &policy, Settings &settings);
 
     bool pinned() const { return pinned_; }
     const PinPlace &place() const { return place_; }
@@ -80,8 +74,6 @@ public:
     void begin_close() { closing_ = true; }
 
 private:
-    QString key(const char *name) const;
-    int read_number(const char *name, int fallback) const;
     platform::WindowHandle find_target();
     platform::WindowRect game_rect(double pixel_ratio);
     bool game_in_front();
@@ -89,7 +81,7 @@ private:
 
     platform::Host &host_;
     const PinPolicy &policy_;
-    PinSettings settings_;
+    Settings &settings_;
     std::uint32_t own_process_;
     bool pinned_ = false;
     PinPlace place_;

@@ -1,10 +1,10 @@
 #include "platform/host/fake/fake_host.h"
+#include "support/kept_settings.h"
 #include "ui/pinning/game_window_row.h"
 #include "ui/pinning/game_window_selector.h"
 #include "ui/pinning/pinned_overlay.h"
 #include "ui/pinning/window_row_text.h"
 
-#include <QHash>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
@@ -168,13 +168,8 @@ TEST(PinnedOverlay, APinAmongSeveralAsksFirstAndOutlivesNoOverlay)
     platform::FakeHost host;
     host.windows = {{1, u"Rise of Kingdoms", 10}, {2, u"Rise of Kingdoms", 20}};
     host.processes[20].image_path = u"D:\\second.exe";
-    QHash<QString, QString> settings;
-    const PinSettings port{
-        [&](const QString &key, const QString &fallback) { return settings.value(key, fallback); },
-        [&](const QString &key, const QString &value) {
-            settings[key] = value;
-        }};
-    PinState pin{host, honor_pin, port};
+    test::KeptSettings kept;
+    PinState pin{host, honor_pin, kept.settings};
     auto overlay = std::make_unique<QWidget>();
     QTimer timer;
     const auto dialog = [&] {
@@ -186,7 +181,7 @@ TEST(PinnedOverlay, APinAmongSeveralAsksFirstAndOutlivesNoOverlay)
         QTest::keyClick(dialog(), Qt::Key_Return);
     });
     set_overlay_pinned(pin, true, *overlay, timer);
-    EXPECT_EQ(settings[QStringLiteral("honor_tracker_pin_target_exe")], u"D:\\second.exe");
+    EXPECT_EQ(kept.texts[QStringLiteral("honor_tracker_pin_target_exe")], u"D:\\second.exe");
     EXPECT_TRUE(timer.isActive());
     EXPECT_EQ(timer.interval(), pin_interval_ms);
     set_overlay_pinned(pin, false, *overlay, timer);

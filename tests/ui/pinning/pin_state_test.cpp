@@ -1,7 +1,6 @@
 #include "platform/host/fake/fake_host.h"
+#include "support/kept_settings.h"
 #include "ui/pinning/pin_state.h"
-
-#include <QHash>
 
 #include <gtest/gtest.h>
 
@@ -25,21 +24,16 @@ protected:
         host.foreground = 2;
     }
 
-    PinSettings port()
-    {
-        return {[this](const QString &key, const QString &fallback) {
-                    return settings.value(key, fallback);
-                },
-                [this](const QString &key, const QString &value) {
-                    settings[key] = value;
-                    ++writes;
-                }};
-    }
-
     PinState pinned(const PinPolicy &policy)
     {
-        settings[policy.key_prefix + QStringLiteral("pinned")] = QStringLiteral("1");
-        return {host, policy, port()};
+        texts[key(policy.keys.pinned)] = QStringLiteral("1");
+        return {host, policy, kept.settings};
+    }
+
+    template <typename T>
+    static QString key(const Setting<T> &setting)
+    {
+        return QLatin1StringView(setting.key);
     }
 
     static void expect_move(const PinStep &step, int x, int y)
@@ -50,23 +44,23 @@ protected:
     }
 
     FakeHost host;
-    QHash<QString, QString> settings;
-    int writes = 0;
+    test::KeptSettings kept;
+    QHash<QString, QString> &texts = kept.texts;
     OverlayView overlay{{500, 300, 200, 100}, 1.0};
 };
 
 TEST_F(PinStates, DefaultsHoldWhereSettingsAreMissingOrSpoilt)
 {
-    const PinState fresh{host, statistics_pin, port()};
+    const PinState fresh{host, statistics_pin, kept.settings};
     EXPECT_FALSE(fresh.pinned());
     EXPECT_EQ(fresh.free_position().x, 80);
-    EXPECT_EQ((PinState{host, honor_pin, port()}.free_position().y), 150);
+    EXPECT_EQ((PinState{host, honor_pin, kept.settings}.free_position().y), 150);
 
-    settings = {{QStringLiteral("overlay_pinned"), QStringLiteral("yes")},
-                {QStringLiteral("overlay_pin_off_x"), QStringLiteral("9e9")},
-                {QStringLiteral("overlay_pin_off_y"), QStringLiteral("-7")},
-                {QStringLiteral("overlay_pin_anchor"), QStringLiteral("xx")}};
-    const PinState spoilt{host, statistics_pin, port()};
+    texts = {{QStringLiteral("overlay_pinned"), QStringLiteral("yes")},
+             {QStringLiteral("overlay_pin_off_x"), QStringLiteral("9e9")},
+             {QStringLiteral("overlay_pin_off_y"), QStringLiteral("-7")},
+             {QStringLiteral("overlay_pin_anchor"), QStringLiteral("xx")}};
+    const PinState spoilt{host, statistics_pin, kept.settings};
     EXPECT_FALSE(spoilt.pinned());
     EXPECT_EQ(spoilt.place().off_x, 20);
     EXPECT_EQ(spoilt.place().off_y, -7);
@@ -87,7 +81,7 @@ TEST_F(PinStates, ATickFollowsTheGameAndMovesOnlyWhenThatChangesSomething)
 
 TEST_F(PinStates, NothingHappensWhileUnpinnedDraggedOrClosing)
 {
-    PinState unpinned{host, statistics_pin, port()};
+    PinState unpinned{host, statistics_pin, kept.settings};
     EXPECT_FALSE(unpinned.tick(overlay).move_to.has_value());
     PinState dragged = pinned(statistics_pin);
     dragged.begin_drag();
@@ -165,22 +159,22 @@ TEST_F(PinStates, OnlyTheStatisticsOverlayCountsInLogicalPixels)
 TEST_F(PinStates, AnUnknownTargetFollowsTheFirstWindowAndStaysStored)
 {
     const QString target = QStringLiteral("D:\\gone.exe");
-    settings[QStringLiteral("overlay_pin_target_exe")] = target;
+    texts[QStringLiteral("overlay_pin_target_exe")] = target;
     PinState pin = pinned(statistics_pin);
     expect_move(pin.tick(overlay), 120, 130);
     EXPECT_EQ(pin.target_exe(), target);
-    EXPECT_EQ(settings[QStringLiteral("overlay_pin_target_exe")], target);
+    EXPECT_EQ(texts[QStringLiteral("overlay_pin_target_exe")], target);
 }
 
 TEST_F(PinStates, AChoiceIsAskedForOnlyAmongSeveralAndOnlyOnce)
 {
-    PinState pin{host, honor_pin, port()};
+    PinState pin{host, honor_pin, kept.settings};
     EXPECT_TRUE(pin.windows_to_choose_from().isEmpty());
     host.windows.push_back({5, u"Rise of Kingdoms", 50, {0, 0, 640, 360, true}});
     host.processes[50].image_path = u"E:\\second.exe";
     EXPECT_EQ(pin.windows_to_choose_from().size(), 2);
     pin.choose_target(QStringLiteral("E:\\second.exe"));
-    EXPECT_EQ(settings[QStringLiteral("honor_tracker_pin_target_exe")], u"E:\\second.exe");
+    EXPECT_EQ(texts[QStringLiteral("honor_tracker_pin_target_exe")], u"E:\\second.exe");
     EXPECT_TRUE(pin.windows_to_choose_from().isEmpty());
     pin.set_pinned(true);
     expect_move(pin.tick(overlay), 20, 80);
@@ -189,12 +183,12 @@ TEST_F(PinStates, AChoiceIsAskedForOnlyAmongSeveralAndOnlyOnce)
 TEST_F(PinStates, PinningKeepsTheOverlayWhereItStands)
 {
     for (const PinPolicy *policy : {&statistics_pin, &honor_pin}) {
-        PinState pin{host, *policy, port()};
+        PinState pin{host, *policy, kept.settings};
         EXPECT_EQ(pin.set_pinned(true).visibility, Visibility::Keep);
         pin.anchor_here(overlay);
-        EXPECT_EQ(settings[policy->key_prefix + QStringLiteral("pinned")], u"1");
-        EXPECT_EQ(settings[policy->key_prefix + QStringLiteral("pin_anchor")], u"tl");
-        EXPECT_EQ(settings[policy->key_prefix + QStringLiteral("pin_off_x")], u"400");
+        EXPECT_EQ(texts[key(policy->keys.pinned)], u"1");
+        EXPECT_EQ(texts[key(policy->keys.anchor)], u"tl");
+        EXPECT_EQ(texts[key(policy->keys.off_x)], u"400");
         EXPECT_FALSE(pin.tick(overlay).move_to.has_value());
     }
 }
@@ -203,10 +197,10 @@ TEST_F(PinStates, PinningWithoutAUsableGameLeavesTheStoredPlace)
 {
     host.windows[0].minimised = true;
     for (const PinPolicy *policy : {&statistics_pin, &honor_pin}) {
-        PinState pin{host, *policy, port()};
+        PinState pin{host, *policy, kept.settings};
         pin.set_pinned(true);
         pin.anchor_here(overlay);
-        EXPECT_FALSE(settings.contains(policy->key_prefix + QStringLiteral("pin_anchor")));
+        EXPECT_FALSE(texts.contains(key(policy->keys.anchor)));
     }
 }
 
@@ -217,33 +211,33 @@ TEST_F(PinStates, UnpinningBringsAHiddenOverlayBack)
     ASSERT_EQ(pin.tick(overlay).visibility, Visibility::Hide);
     EXPECT_EQ(pin.set_pinned(false).visibility, Visibility::Show);
     EXPECT_EQ(pin.set_pinned(false).visibility, Visibility::Keep);
-    EXPECT_EQ(settings[QStringLiteral("overlay_pinned")], u"0");
+    EXPECT_EQ(texts[QStringLiteral("overlay_pinned")], u"0");
 }
 
 TEST_F(PinStates, ADragsEndIsStoredByTheRulesOfTheOverlay)
 {
     overlay.box = {880, 500, 200, 100};
-    PinState free{host, statistics_pin, port()};
+    PinState free{host, statistics_pin, kept.settings};
     free.end_drag(overlay);
-    EXPECT_EQ(settings[QStringLiteral("overlay_x")], u"880");
-    EXPECT_FALSE(settings.contains(QStringLiteral("overlay_pin_anchor")));
+    EXPECT_EQ(texts[QStringLiteral("overlay_x")], u"880");
+    EXPECT_FALSE(texts.contains(QStringLiteral("overlay_pin_anchor")));
 
-    settings.clear();
+    texts.clear();
     PinState statistics = pinned(statistics_pin);
     statistics.tick(overlay);
     statistics.begin_drag();
     statistics.end_drag(overlay);
-    EXPECT_FALSE(settings.contains(QStringLiteral("overlay_x")));
-    EXPECT_EQ(settings[QStringLiteral("overlay_pin_anchor")], u"br");
-    EXPECT_EQ(settings[QStringLiteral("overlay_pin_off_x")], u"20");
-    EXPECT_EQ(settings[QStringLiteral("overlay_pin_off_y")], u"50");
+    EXPECT_FALSE(texts.contains(QStringLiteral("overlay_x")));
+    EXPECT_EQ(texts[QStringLiteral("overlay_pin_anchor")], u"br");
+    EXPECT_EQ(texts[QStringLiteral("overlay_pin_off_x")], u"20");
+    EXPECT_EQ(texts[QStringLiteral("overlay_pin_off_y")], u"50");
 
     PinState honor = pinned(honor_pin);
     honor.tick(overlay);
     honor.end_drag(overlay);
-    EXPECT_EQ(settings[QStringLiteral("honor_tracker_y")], u"500");
-    EXPECT_EQ(settings[QStringLiteral("honor_tracker_pin_anchor")], u"br");
-    EXPECT_EQ(settings[QStringLiteral("honor_tracker_pin_off_x")], u"220");
+    EXPECT_EQ(texts[QStringLiteral("honor_tracker_y")], u"500");
+    EXPECT_EQ(texts[QStringLiteral("honor_tracker_pin_anchor")], u"br");
+    EXPECT_EQ(texts[QStringLiteral("honor_tracker_pin_off_x")], u"220");
 }
 
 TEST_F(PinStates, ADragWhileTheGameIsGoneStoresNoPlace)
@@ -251,9 +245,9 @@ TEST_F(PinStates, ADragWhileTheGameIsGoneStoresNoPlace)
     PinState pin = pinned(statistics_pin);
     pin.tick(overlay);
     host.windows.clear();
-    writes = 0;
+    kept.writes = 0;
     pin.end_drag(overlay);
-    EXPECT_EQ(writes, 0);
+    EXPECT_EQ(kept.writes, 0);
 }
 
 } // namespace
