@@ -1,7 +1,7 @@
 #include "ui/loading_splash.h"
 
 #include "platform/identity.h"
-#include "ui/parts/centred_label.h"
+#include "ui/parts/plain_label.h"
 
 #include <QKeyEvent>
 #include <QLabel>

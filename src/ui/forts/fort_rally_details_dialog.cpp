@@ -24,19 +24,19 @@ QLabel *rich_label(const QString &text)
 } // namespace
 
 FortRallyDetailsDialog::FortRallyDetailsDialog(queries::StoreQueries *queries,
-                                               const data::FortRow &report,
-                                               const QString &icon_dir, QWidget *parent)
+                                               const data::FortRow &report, const QString &icon_dir,
+                                               QWidget *parent)
     : DetailsDialog(QStringLiteral("Fort Rally — details"), {1000, 700}, 10, 10, parent),
       head_label_(rich_label(fort_headline(report))),
       loot_label_(new_strip_label(strip_items(report.loot), icon_dir, 72)),
       battle_label_(rich_label({})),
-      rounds_view_(new ItemRowTable(
-          {.name = QStringLiteral("Rounds"),
-           .export_name = QStringLiteral("fort-rounds"),
-           .headers = {QStringLiteral("Round"), QStringLiteral("Target"),
-                       QStringLiteral("Damage dealt"), QStringLiteral("Damage taken"),
-                       QStringLiteral("Loot")}},
-          icon_dir)),
+      rounds_view_(
+          new ItemRowTable({.name = QStringLiteral("Rounds"),
+                            .export_name = QStringLiteral("fort-rounds"),
+                            .headers = {QStringLiteral("Round"), QStringLiteral("Target"),
+                                        QStringLiteral("Damage dealt"),
+                                        QStringLiteral("Damage taken"), QStringLiteral("Loot")}},
+                           icon_dir)),
       battle_(*queries, this)
 {
     if (report.loot.empty())

@@ -22,15 +22,15 @@ namespace tally::ui {
 
 FortRallyTab::FortRallyTab(queries::StoreQueries *queries, QString icon_dir, QWidget *parent,
                            platform::Clock clock)
-    : ReportTab(parent), queries_(queries), icon_dir_(std::move(icon_dir)),
-      filter_(new FilterRow), dates_(new LocalDates(std::move(clock))),
+    : ReportTab(parent), queries_(queries), icon_dir_(std::move(icon_dir)), filter_(new FilterRow),
+      dates_(new LocalDates(std::move(clock))),
       reports_label_(plain_label(QStringLiteral("Reports:"))),
-      reports_view_(new ItemRowTable({.name = QStringLiteral("Fort reports"),
-                                      .export_name = QStringLiteral("fort-reports"),
-                                      .headers = {QStringLiteral("Time"), QStringLiteral("Level"),
-                                                  QStringLiteral("Tile"), QStringLiteral("Damage%"),
-                                                  QStringLiteral("Loot")}},
-                                     icon_dir_)),
+      reports_view_(new ItemRowTable(
+          {.name = QStringLiteral("Fort reports"),
+           .export_name = QStringLiteral("fort-reports"),
+           .headers = {QStringLiteral("Time"), QStringLiteral("Level"), QStringLiteral("Tile"),
+                       QStringLiteral("Damage%"), QStringLiteral("Loot")}},
+          icon_dir_)),
       loot_view_(new LootTable(icon_dir_, QStringLiteral("fort-loot"),
                                {{300, 90, 200, 170}, QHeaderView::Interactive})),
       figures_(*queries, this)

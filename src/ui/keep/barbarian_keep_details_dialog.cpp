@@ -34,13 +34,12 @@ QFrame *new_participant(const data::TrialParticipantRow &participant, const QStr
     frame->setStyleSheet(
         QStringLiteral(".QFrame { background: rgba(80,80,80,0.08); border-radius: 3px; }"
                        ".QFrame:hover { background: rgba(120,150,220,0.12); }"));
-    auto *name = plain_label(participant.player_name,
-                             QStringLiteral("font-weight: 600; font-size: 10pt;"));
+    auto *name =
+        plain_label(participant.player_name, QStringLiteral("font-weight: 600; font-size: 10pt;"));
     name->setFixedWidth(name_width);
     name->setToolTip(participant.player_name.toHtmlEscaped());
-    auto *damage =
-        plain_label(QStringLiteral("%1%").arg(participant.damage_rate, 0, 'f', 2),
-                    QStringLiteral("font-family: Consolas, monospace; color: #ffcf40;"));
+    auto *damage = plain_label(QStringLiteral("%1%").arg(participant.damage_rate, 0, 'f', 2),
+                               QStringLiteral("font-family: Consolas, monospace; color: #ffcf40;"));
     damage->setFixedWidth(damage_width);
     damage->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto *row = new QHBoxLayout(frame);
@@ -82,8 +81,8 @@ QWidget *BarbarianKeepDetailsDialog::new_column_header()
     damage->setAlignment(Qt::AlignRight);
     row->addWidget(player);
     row->addWidget(damage);
-    row->addWidget(plain_label(QStringLiteral("Loot"), style + QStringLiteral(" padding-left: 8px;")),
-                   1);
+    row->addWidget(
+        plain_label(QStringLiteral("Loot"), style + QStringLiteral(" padding-left: 8px;")), 1);
     return header;
 }
 

@@ -79,10 +79,10 @@ void BarbarianKeepTab::show_figures(const KeepFigures &figures)
     std::transform(figures.kills.begin(), figures.kills.end(), std::back_inserter(rows),
                    keep_kill_row);
     view_->set_rows(std::move(rows));
-    player_label_->setText(figures.player_id ? keep_player_text(figures.player_name,
-                                                                *figures.player_id,
-                                                                figures.kills.size())
-                                             : QString());
+    player_label_->setText(
+        figures.player_id
+            ? keep_player_text(figures.player_name, *figures.player_id, figures.kills.size())
+            : QString());
 }
 
 void BarbarianKeepTab::on_countdown(double secondsRemaining, bool isReady)
@@ -102,15 +102,13 @@ void BarbarianKeepTab::on_row_activated(const QModelIndex &index)
     const QString file_name = view_->key_of(index);
     if (file_name.isEmpty())
         return;
-    details_.ask(
-        [file_name](const data::TallyDb &db, const queries::IsOutdated &) {
-            return db.trial_detail(file_name);
-        },
-        [this](const std::optional<data::TrialDetail> &detail) { show_details(detail); },
-        [this](const QString &failure) {
-            show_box(QMessageBox::Warning, QStringLiteral("Error"),
-                     QStringLiteral("Failed to load kill details: %1").arg(failure), this);
-        });
+    details_.ask([file_name](const data::TallyDb &db,
+                             const queries::IsOutdated &) { return db.trial_detail(file_name); },
+                 [this](const std::optional<data::TrialDetail> &detail) { show_details(detail); },
+                 [this](const QString &failure) {
+                     show_box(QMessageBox::Warning, QStringLiteral("Error"),
+                              QStringLiteral("Failed to load kill details: %1").arg(failure), this);
+                 });
 }
 
 void BarbarianKeepTab::show_details(const std::optional<data::TrialDetail> &detail)

@@ -19,8 +19,8 @@ QString name_of(const data::TallyDb &db, double player_id, const std::vector<dat
     const auto detail = kills.empty() ? std::nullopt : db.trial_detail(kills.front().file_name);
     if (!detail)
         return {};
-    const auto me = std::ranges::find(detail->participants, player_id,
-                                      &data::TrialParticipantRow::player_id);
+    const auto me =
+        std::ranges::find(detail->participants, player_id, &data::TrialParticipantRow::player_id);
     return me == detail->participants.end() ? QString() : me->player_name;
 }
 

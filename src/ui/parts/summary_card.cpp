@@ -1,7 +1,7 @@
 #include "ui/parts/summary_card.h"
 
-#include "ui/parts/centred_label.h"
 #include "ui/parts/format_count.h"
+#include "ui/parts/plain_label.h"
 
 #include <QLabel>
 #include <QVBoxLayout>

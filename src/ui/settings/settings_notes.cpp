@@ -60,10 +60,9 @@ QString folder_help(const QStringList &candidates)
 {
     QStringList lines;
     for (const QString &candidate : candidates) {
-        const QString state =
-            QFileInfo(candidate).isDir()
-                ? QStringLiteral("<span style=\"color: #2ecc71;\">✓ found</span>")
-                : QStringLiteral("<span style=\"color: #888;\">not found</span>");
+        const QString state = QFileInfo(candidate).isDir()
+                                  ? QStringLiteral("<span style=\"color: #2ecc71;\">✓ found</span>")
+                                  : QStringLiteral("<span style=\"color: #888;\">not found</span>");
         lines << QStringLiteral("&nbsp;&nbsp;• <code>%1</code> — %2")
                      .arg(candidate.toHtmlEscaped(), state);
     }
@@ -71,7 +70,8 @@ QString folder_help(const QStringList &candidates)
                "<p style=\"color: #888; font-size: 9pt;\">Folder where <em>Rise of Kingdoms</em> "
                "stores battle reports (<code>.mail</code> files). The program auto-detects one of "
                "these known locations on first start:</p><p style=\"font-size: 9pt;\">%1</p><p "
-               "style=\"color: #f39c12; font-size: 9pt;\"><b>Note:</b> if you installed the game in "
+               "style=\"color: #f39c12; font-size: 9pt;\"><b>Note:</b> if you installed the game "
+               "in "
                "a custom location, you must set the correct path here manually using the "
                "<b>Browse...</b> button. The folder must end with "
                "<code>\\save\\mailcache</code>.</p>")

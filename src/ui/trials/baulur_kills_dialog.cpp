@@ -16,12 +16,12 @@ BaulurKillsDialog::BaulurKillsDialog(queries::StoreQueries *queries, const QStri
                                      QWidget *parent)
     : DetailsDialog(QStringLiteral("Player kills — %1").arg(player), {940, 520}, 10, 8, parent),
       player_(player), header_(new QLabel),
-      view_(new ItemRowTable({.name = QStringLiteral("Kills"),
-                              .export_name = QStringLiteral("boss-run-kills"),
-                              .headers = {QStringLiteral("Time"), QStringLiteral("Boss"),
-                                          QStringLiteral("Tile"), QStringLiteral("Damage%"),
-                                          QStringLiteral("Loot")}},
-                             icon_dir)),
+      view_(new ItemRowTable(
+          {.name = QStringLiteral("Kills"),
+           .export_name = QStringLiteral("boss-run-kills"),
+           .headers = {QStringLiteral("Time"), QStringLiteral("Boss"), QStringLiteral("Tile"),
+                       QStringLiteral("Damage%"), QStringLiteral("Loot")}},
+          icon_dir)),
       kills_(*queries, this)
 {
     header_->setTextFormat(Qt::RichText);

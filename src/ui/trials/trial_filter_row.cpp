@@ -66,11 +66,12 @@ void TrialFilterRow::set_players(const std::vector<data::TrialPlayerRow> &player
     player_combo_->addItem(QStringLiteral("All players"), QString());
     for (const data::TrialPlayerRow &player : players) {
         if (!player.name.isEmpty())
-            player_combo_->addItem(QStringLiteral("%1  (%2)").arg(player.name, QString::number(player.kills)),
-                                   player.name);
+            player_combo_->addItem(
+                QStringLiteral("%1  (%2)").arg(player.name, QString::number(player.kills)),
+                player.name);
     }
-    const int index = player_combo_->findData(chosen, Qt::UserRole,
-                                              Qt::MatchExactly | Qt::MatchCaseSensitive);
+    const int index =
+        player_combo_->findData(chosen, Qt::UserRole, Qt::MatchExactly | Qt::MatchCaseSensitive);
     player_combo_->setCurrentIndex(std::max(index, 0));
 }
 
