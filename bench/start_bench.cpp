@@ -10,6 +10,7 @@
 #include "settings/settings.h"
 #include "support/plain_connection.h"
 #include "support/x_session.h"
+#include "queries/store_queries.h"
 #include "ui/main_window.h"
 #include "ui/start_up_chain.h"
 
@@ -205,9 +206,11 @@ public:
 private:
     QTemporaryDir folder_;
     data::TallyDb db_{folder_.filePath(QStringLiteral("tally.db"))};
+    queries::StoreQueries queries_{db_};
     Settings settings_{db_};
     platform::FakeHost host_;
     ui::Surroundings around_{.db = db_,
+                             .queries = queries_,
                              .settings = settings_,
                              .host = host_,
                              .raw_dir = folder_.filePath(QStringLiteral("raw"))};

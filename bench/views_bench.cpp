@@ -5,9 +5,11 @@
 #include "data/master/master_cache.h"
 #include "data/store/tally_db.h"
 #include "figure.h"
+#include "queries/store_queries.h"
 #include "reference_folder.h"
 #include "store_filler.h"
 #include "ui/chains/chain_tracker_tab.h"
+#include "ui/report_tabs.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -22,6 +24,7 @@
 
 #include <cstdio>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -75,7 +78,8 @@ struct Refresh {
     double until = 0.0; ///< the figures stand
 };
 
-Refresh refresh(ui::ChainTrackerTab &tab)
+/// \param ask refreshes what the page shows, among others
+Refresh refresh(const ui::ChainTrackerTab &tab, const std::function<void()> &ask)
 {
     Refresh result;
     QElapsedTimer since_beat;
@@ -89,7 +93,7 @@ Refresh refresh(ui::ChainTrackerTab &tab)
     QElapsedTimer total;
     QTimer::singleShot(20, &loop, [&] {
         total.start();
-        tab.refresh();
+        ask();
         const auto finish = [&] {
             result.until = milliseconds(total);
             QTimer::singleShot(50, &loop, &QEventLoop::quit); // painted as well
@@ -111,6 +115,11 @@ Refresh refresh(ui::ChainTrackerTab &tab)
     return result;
 }
 
+Refresh refresh(ui::ChainTrackerTab &tab)
+{
+    return refresh(tab, [&tab] { tab.refresh(); });
+}
+
 /// A page over a store of years of play, on its last day.
 class Page {
 public:
@@ -129,10 +138,12 @@ public:
         };
         QElapsedTimer timer;
         timer.start();
-        tab_ = std::make_unique<ui::ChainTrackerTab>(db_.get(), barbarians, nullptr, setup);
-        std::printf("opened in %.1f ms\n", milliseconds(timer));
+        queries_ = std::make_unique<queries::StoreQueries>(*db_);
+        tab_ = std::make_unique<ui::ChainTrackerTab>(db_.get(), queries_.get(), barbarians,
+                                                     nullptr, setup);
         tab_->resize(1400, 900);
         tab_->show();
+        std::printf("opened in %.1f ms\n", milliseconds(timer));
         choice(QStringLiteral("Player")).setCurrentIndex(0);
         refresh(*tab_);
     }
@@ -140,6 +151,7 @@ public:
     ~Page()
     {
         tab_.reset();
+        queries_.reset();
         db_.reset();
         QFile::remove(path_);
     }
@@ -202,6 +214,7 @@ private:
 
     QString path_;
     std::unique_ptr<data::TallyDb> db_;
+    std::unique_ptr<queries::StoreQueries> queries_;
     std::unique_ptr<ui::ChainTrackerTab> tab_;
     int mails_ = 0;
 };
@@ -253,6 +266,47 @@ void bench_page(const QString &folder, int rounds)
     print_figure("pair_of_300_chains_query_ms" + at, pair, Goal::at_most, 100);
 }
 
+/// A window with eight pages whose answers take 300 ms: how long a refresh of all stops it, the
+/// first time and after each mail.
+void bench_slow_pages(const QString &folder)
+{
+    data::TallyDb db(folder + QStringLiteral("/slow.db"));
+    db.init_schema();
+    queries::StoreQueries queries(db);
+    ui::ChainTrackerSetup setup;
+    setup.figures = [](const auto &store, const auto &question, const auto &is_outdated) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        return ui::chain_figures(store, question, is_outdated);
+    };
+    ui::ReportTabs pages(nullptr);
+    std::vector<ui::ChainTrackerTab *> tabs;
+    for (int page = 0; page < 8; ++page) {
+        tabs.push_back(
+            new ui::ChainTrackerTab(&db, &queries, barbarians, &pages, setup));
+        pages.add(tabs.back(), QString::number(page));
+    }
+    pages.resize(1400, 900);
+    pages.show();
+    while (tabs.front()->busy())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    std::vector<double> stops;
+    for (int i = 0; i < repeats; ++i) {
+        const Refresh result = refresh(*tabs.front(), [&pages] { pages.refresh_all(); });
+        stops.push_back(result.stop);
+        std::printf("eight slow pages: stop %.1f ms, figures after %.1f ms\n", result.stop,
+                    result.until);
+    }
+    print_figure("slow_pages_first_stop_ms", stops.front(), Goal::at_most, 30);
+    print_figure("slow_pages_later_stop_ms", median({stops.begin() + 1, stops.end()}),
+                 Goal::at_most, 30);
+    double shown = 0.0;
+    for (int page = 1; page < 8; ++page) {
+        const Refresh result = refresh(*tabs[page], [&pages, page] { pages.setCurrentIndex(page); });
+        shown = std::max(shown, result.stop);
+    }
+    print_figure("slow_pages_turn_to_hidden_stop_ms", shown, Goal::at_most, 60);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -262,6 +316,7 @@ int main(int argc, char *argv[])
     const QTemporaryDir folder(QCoreApplication::applicationDirPath() +
                                QStringLiteral("/views-XXXXXX"));
     load_reference_data(folder.filePath(QStringLiteral("reference")));
+    bench_slow_pages(folder.path());
     for (const int rounds : {100'000, 1'000'000})
         bench_page(folder.path(), rounds);
 }

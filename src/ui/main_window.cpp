@@ -1,6 +1,7 @@
 #include "ui/main_window.h"
 
 #include "platform/identity.h"
+#include "queries/store_queries.h"
 #include "settings/catalogue.h"
 #include "settings/settings.h"
 #include "ui/about.h"
@@ -56,7 +57,9 @@ MainWindow::~MainWindow()
 
 bool MainWindow::end_threads(QDeadlineTimer deadline)
 {
-    return chain_->end(deadline) && tabs_->end_all(deadline);
+    around_.queries.request_end();
+    const bool chain_has_ended = chain_->end(deadline);
+    return around_.queries.wait_until(deadline) && chain_has_ended;
 }
 
 void MainWindow::build_tabs()
@@ -66,7 +69,7 @@ void MainWindow::build_tabs()
     ChainTrackerSetup setup;
     setup.icon_dir = around_.icon_dir;
     setup.clock = around_.clock;
-    chain_tab_ = new ChainTrackerTab(&around_.db, barbarians, tabs_, setup);
+    chain_tab_ = new ChainTrackerTab(&around_.db, &around_.queries, barbarians, tabs_, setup);
     tabs_->add(chain_tab_, QStringLiteral("⚔️ Chain Tracker"));
     setCentralWidget(tabs_);
 }

@@ -5,8 +5,6 @@
 
 #include <QTabBar>
 
-#include <algorithm>
-
 namespace tally::ui {
 
 ReportTabs::ReportTabs(QWidget *parent) : QTabWidget(parent)
@@ -36,13 +34,6 @@ void ReportTabs::refresh_all()
 {
     for (ReportTab *page : pages())
         page->refresh();
-}
-
-bool ReportTabs::end_all(QDeadlineTimer deadline)
-{
-    const QList<ReportTab *> all = pages();
-    return std::all_of(all.begin(), all.end(),
-                       [deadline](ReportTab *page) { return page->end(deadline); });
 }
 
 } // namespace tally::ui

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDeadlineTimer>
 #include <QTabWidget>
 
 namespace tally::ui {
@@ -17,8 +16,6 @@ public:
     void add(ReportTab *tab, const QString &title);
     /// Refreshes each page, in their order.
     void refresh_all();
-    /// Asks the threads of all pages to end. \return whether all have ended in time.
-    bool end_all(QDeadlineTimer deadline);
 
 private:
     QList<ReportTab *> pages() const;

@@ -45,22 +45,7 @@ void StartUpChain::run()
         return;
     }
     show_splash();
-    complete_statistics();
     setup_.refresh(*this);
-}
-
-void StartUpChain::complete_statistics()
-{
-    statistics_thread_ = QThread::create([this] {
-        try {
-            around_.db.complete_chain_slices(&ending_);
-        } catch (const std::exception &) {
-            // Logged by the store, whose figures come without them too.
-        }
-    });
-    statistics_thread_->setParent(this);
-    connect(statistics_thread_, &QThread::finished, statistics_thread_, &QObject::deleteLater);
-    statistics_thread_->start(QThread::LowPriority);
 }
 
 void StartUpChain::show_splash()
@@ -190,8 +175,7 @@ bool StartUpChain::end(QDeadlineTimer deadline)
     ending_ = true;
     if (watcher_)
         watcher_->request_stop();
-    QThread *const threads[] = {statistics_thread_, refresh_thread_, bootstrap_thread_,
-                                watcher_.get()};
+    QThread *const threads[] = {refresh_thread_, bootstrap_thread_, watcher_.get()};
     for (QThread *thread : threads) {
         if (thread) {
             thread->requestInterruption();

@@ -73,7 +73,6 @@ private:
     void on_bootstrap_done(int scanned, int imported, int errors);
     void on_new_reports(int count);
     void show_splash();
-    void complete_statistics();
     QThread *new_thread(QObject *worker);
     QString mailcache_dir();
 
@@ -81,7 +80,6 @@ private:
     WindowSetup setup_;
     QWidget *window_;
     QPointer<LoadingSplash> splash_;
-    QPointer<QThread> statistics_thread_;
     QPointer<QThread> refresh_thread_;
     QPointer<QThread> bootstrap_thread_;
     std::unique_ptr<data::TallyWatcher> watcher_;

@@ -3,6 +3,7 @@
 #include "data/store/tally_db.h"
 #include "platform/host/fake/fake_host.h"
 #include "settings/settings.h"
+#include "queries/store_queries.h"
 #include "ui/main_window.h"
 #include "ui/start_up_chain.h"
 
@@ -44,9 +45,11 @@ int main(int argc, char *argv[])
     setup.refresh = [](ui::StartUpChain &chain) {
         chain.start_refresh(new StuckRefresh);
     };
+    queries::StoreQueries queries(db);
     Settings settings(db);
     platform::FakeHost host;
-    ui::MainWindow window({.db = db, .settings = settings, .host = host}, nullptr, setup);
+    ui::MainWindow window({.db = db, .queries = queries, .settings = settings, .host = host},
+                          nullptr, setup);
     window.show();
     QTimer::singleShot(0, &window, [&window] {
         window.run_post_startup();

@@ -39,7 +39,6 @@ protected:
         setup_.clock = [] {
             return midnight + 22.0 * hour;
         };
-        setup_.patience = 1h;
     }
 
     /// A chain of one minute with won and lost rounds; its file's name tells its number.
@@ -60,9 +59,15 @@ protected:
         store_.db.insert_report(u"Persistent.Mail.%1"_s.arg(++chains_), report, start);
     }
 
+    /// How long a refresh may wait for its figures.
+    void set_patience(std::chrono::milliseconds patience)
+    {
+        queries_ = std::make_unique<queries::StoreQueries>(store_.db, patience);
+    }
+
     void build()
     {
-        tab_ = std::make_unique<ui::ChainTrackerTab>(&store_.db, 1.0, nullptr, setup_);
+        tab_ = std::make_unique<ui::ChainTrackerTab>(&store_.db, queries_.get(), 1.0, nullptr, setup_);
         tab_->resize(1'400, 900);
     }
 
@@ -151,6 +156,8 @@ protected:
     }
 
     TempStore store_;
+    std::unique_ptr<queries::StoreQueries> queries_ =
+        std::make_unique<queries::StoreQueries>(store_.db, 1h);
     ui::ChainTrackerSetup setup_;
     std::unique_ptr<ui::ChainTrackerTab> tab_;
 

@@ -2,6 +2,7 @@
 
 #include "platform/host/fake/fake_host.h"
 #include "settings/settings.h"
+#include "queries/store_queries.h"
 #include "support/temp_mails.h"
 #include "support/temp_store.h"
 #include "ui/main_window.h"
@@ -99,10 +100,12 @@ public:
     }
 
     TempStore store;
+    queries::StoreQueries queries{store.db};
     TempMails mails;
     Settings settings{store.db};
     platform::FakeHost host;
     ui::Surroundings around{.db = store.db,
+                            .queries = queries,
                             .settings = settings,
                             .host = host,
                             .icon_dir = store.folder.filePath(QStringLiteral("icons")),

@@ -28,7 +28,7 @@ TEST_F(ChainTracker, AFailedQueryLeavesItsPartAsItWas)
 TEST_F(ChainTracker, FiguresThatTakeLongComeLaterWithASignUntilThen)
 {
     QSemaphore let_go;
-    setup_.patience = 0ms;
+    set_patience(0ms);
     setup_.counting_sign_after = 0ms;
     setup_.figures = [&let_go](const auto &db, const auto &question, const auto &is_outdated) {
         let_go.acquire();

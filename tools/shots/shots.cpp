@@ -7,6 +7,7 @@
 #include "ui/about.h"
 #include "ui/loading_splash.h"
 #include "ui/logo.h"
+#include "queries/store_queries.h"
 #include "ui/main_window.h"
 #include "ui/parts/theme.h"
 #include "ui/report_tabs.h"
@@ -106,9 +107,11 @@ void take_pages(const Album &album, ui::MainWindow &window)
 
 void take_all(const Album &album, tools::SampleStore &store)
 {
+    queries::StoreQueries queries(store.db());
     Settings settings(store.db());
     platform::FakeHost host;
     ui::MainWindow window({.db = store.db(),
+                           .queries = queries,
                            .settings = settings,
                            .host = host,
                            .clock = [] { return tools::SampleStore::end; },

@@ -12,6 +12,7 @@
 #include "platform/identity.h"
 #include "platform/log/process_log.h"
 #include "platform/paths/data_folders.h"
+#include "queries/store_queries.h"
 #include "settings/catalogue.h"
 #include "settings/settings.h"
 #include "ui/logo.h"
@@ -93,7 +94,9 @@ int run_graphical(int argc, char *argv[])
         settings.set(settings::mailcache_dir, platform::default_mailcache_dir());
     ui::apply_to_app(&application, ui::theme_from_name(settings.get(settings::theme)));
 
-    ui::MainWindow window({.db = db, .settings = settings, .host = *host});
+    queries::StoreQueries queries(db);
+    ui::MainWindow window(
+        {.db = db, .queries = queries, .settings = settings, .host = *host});
     QObject::connect(&interrupts, &InterruptWatch::interrupted, &window, [&window] {
         window.request_exit();
         QCoreApplication::quit();

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <QCache>
 #include <QString>
 
 #include <any>
-#include <unordered_map>
 
 namespace tally::data {
 
@@ -16,30 +16,30 @@ struct ChangeStamp {
     bool operator==(const ChangeStamp &) const = default;
 };
 
-/// The last results of queries on one connection, all of one state of the database: a result for a
-/// new state throws the old ones away. Used by one thread.
+/// The results of queries on one connection that were used last, all of one state of the database:
+/// a result for a new state throws the old ones away. Used by one thread.
 class ResultCache {
 public:
-    /// Nothing if the query was not asked since the last change.
+    /// Nothing if the query was not asked since the last change, or too long ago.
     const std::any *find(const ChangeStamp &now, const QString &key) const
     {
-        const auto found = now == stamp_ ? results_.find(key) : results_.end();
-        return found == results_.end() ? nullptr : &found->second;
+        return now == stamp_ ? results_.object(key) : nullptr;
     }
 
     void insert(const ChangeStamp &asked_at, const QString &key, std::any result)
     {
-        if (asked_at != stamp_ || results_.size() >= max_results)
+        if (asked_at != stamp_)
             results_.clear();
         stamp_ = asked_at;
-        results_.insert_or_assign(key, std::move(result));
+        results_.insert(key, new std::any(std::move(result)));
     }
 
 private:
-    static constexpr std::size_t max_results = 64;
+    /// What all views ask for, with a few filters each: about ten questions a view.
+    static constexpr qsizetype max_results = 512;
 
     ChangeStamp stamp_;
-    std::unordered_map<QString, std::any> results_;
+    QCache<QString, std::any> results_{max_results};
 };
 
 } // namespace tally::data

@@ -52,11 +52,11 @@ void go_back(QTableView &table, const TablePlace &place)
 
 } // namespace
 
-ChainTrackerTab::ChainTrackerTab(data::TallyDb *db, double npc_btype, QWidget *parent,
-                                 const ChainTrackerSetup &setup)
+ChainTrackerTab::ChainTrackerTab(data::TallyDb *db, queries::StoreQueries *queries,
+                                 double npc_btype, QWidget *parent, const ChainTrackerSetup &setup)
     : ReportTab(parent), db_(db), npc_btype_(npc_btype), setup_(setup),
       filter_(new ChainFilterBar(today(), this)), summary_(new ChainSummaryBox(this)),
-      queries_(setup.patience, nullptr)
+      accounts_(*queries), figures_(*queries, this)
 {
     auto *page = new QWidget;
     auto *layout = new QVBoxLayout(page);
@@ -76,7 +76,7 @@ ChainTrackerTab::ChainTrackerTab(data::TallyDb *db, double npc_btype, QWidget *p
     counting_sign_.setSingleShot(true);
     counting_sign_.setInterval(setup_.counting_sign_after);
     connect(&counting_sign_, &QTimer::timeout, summary_, [this] { summary_->set_counting(true); });
-    connect(&queries_, &QueryThread::busyChanged, this, [this](bool busy) {
+    connect(&figures_, &ViewAsker::busyChanged, this, [this](bool busy) {
         if (busy)
             return counting_sign_.start();
         counting_sign_.stop();
@@ -150,11 +150,26 @@ void ChainTrackerTab::refresh()
 {
     db_->free_ap_mode = filter_->ap_source();
     const ChainQuestion question = {current_filter(), filter_->player_text()};
-    queries_.ask([this, question](const std::function<bool()> &is_outdated) {
-        return [this, figures = setup_.figures(*db_, question, is_outdated)] {
-            show_figures(figures);
-        };
-    });
+    if (figures_.sight() == queries::Sight::Hidden)
+        ask_for_accounts();
+    figures_.ask(
+        [figures = setup_.figures, question](const data::TallyDb &db,
+                                             const queries::IsOutdated &is_outdated) {
+            return figures(db, question, is_outdated);
+        },
+        [this](const ChainFigures &figures) { show_figures(figures); });
+}
+
+void ChainTrackerTab::ask_for_accounts()
+{
+    accounts_.ask(
+        [](const data::TallyDb &db, const queries::IsOutdated &) {
+            return player_entries(db.players());
+        },
+        [this](const std::vector<PlayerEntry> &entries) {
+            const PlayerEntry chosen{filter_->player_text(), filter_->player()};
+            filter_->set_players(entries, chosen_player(entries, chosen));
+        });
 }
 
 void ChainTrackerTab::show_figures(const ChainFigures &figures)

@@ -2,10 +2,10 @@
 
 #include "platform/clock/clock.h"
 #include "platform/paths/data_folders.h"
-#include "queries/query_thread.h"
 #include "ui/chains/chain_figures.h"
 #include "ui/chains/chain_filter.h"
 #include "ui/parts/report_tab.h"
+#include "ui/parts/view_asker.h"
 
 #include <QString>
 #include <QTimer>
@@ -27,8 +27,6 @@ class LootTableModel;
 struct ChainTrackerSetup {
     QString icon_dir = platform::icon_cache_dir();
     platform::Clock clock = platform::system_time;
-    /// A refresh stops the window for at most about this long; what takes longer comes later.
-    std::chrono::milliseconds patience{100};
     std::chrono::milliseconds counting_sign_after{150};
     std::function<decltype(chain_figures)> figures = chain_figures;
 };
@@ -38,16 +36,15 @@ class ChainTrackerTab : public ReportTab {
     Q_OBJECT
 
 public:
-    /// \param db outlives the tab
+    /// \param db outlives the tab, as do \p queries
     /// \param npc_btype the npc base type whose chains are shown
-    ChainTrackerTab(data::TallyDb *db, double npc_btype, QWidget *parent = nullptr,
-                    const ChainTrackerSetup &setup = {});
+    ChainTrackerTab(data::TallyDb *db, queries::StoreQueries *queries, double npc_btype,
+                    QWidget *parent = nullptr, const ChainTrackerSetup &setup = {});
 
     void refresh() override;
-    bool end(QDeadlineTimer deadline) override { return queries_.end(deadline); }
     ChainFilter current_filter() const;
     /// Whether figures are still to come.
-    bool busy() const { return queries_.busy(); }
+    bool busy() const { return figures_.busy(); }
 
 private Q_SLOTS:
     void on_hero_pair_clicked(QListWidgetItem *item);
@@ -58,6 +55,7 @@ private:
     void show_in_any_size(QWidget *page);
     QWidget *new_lists();
     QTableView *new_loot_table();
+    void ask_for_accounts();
     void show_figures(const ChainFigures &figures);
     QDate today() const;
 
@@ -71,7 +69,8 @@ private:
     LootTableModel *loot_model_ = nullptr;
     int kills_ = 0; ///< what the drop rates are shares of
     QTimer counting_sign_;
-    QueryThread queries_;
+    queries::Asker accounts_; ///< for the filter, which others ask for whether it is seen or not
+    ViewAsker figures_;
 };
 
 } // namespace tally::ui

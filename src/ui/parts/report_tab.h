@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDeadlineTimer>
 #include <QWidget>
 
 namespace tally::ui {
@@ -12,11 +11,9 @@ class ReportTab : public QWidget {
 public:
     using QWidget::QWidget;
 
-    /// Reads the store again and shows what it holds now.
+    /// Reads the store again and shows what it holds now; what nobody sees it reads and shows when
+    /// it is seen (`ViewAsker`).
     virtual void refresh() = 0;
-
-    /// Asks the page's threads to end. \return whether all have ended in time.
-    virtual bool end(QDeadlineTimer) { return true; }
 };
 
 } // namespace tally::ui

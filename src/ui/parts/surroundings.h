@@ -16,6 +16,9 @@ class TallyDb;
 namespace platform {
 class Host;
 }
+namespace queries {
+class StoreQueries;
+}
 
 } // namespace tally
 
@@ -25,6 +28,7 @@ namespace tally::ui {
 /// starts and handed down; what it refers to outlives them all.
 struct Surroundings {
     data::TallyDb &db;
+    queries::StoreQueries &queries; ///< answers all views
     Settings &settings;
     platform::Host &host; ///< windows and processes
     platform::Clock clock = platform::system_time;
