@@ -6,13 +6,16 @@
 #include "settings/settings.h"
 #include "ui/about.h"
 #include "ui/chains/chain_tracker_tab.h"
+#include "ui/forts/fort_rally_tab.h"
 #include "ui/items/item_pictures.h"
+#include "ui/keep/barbarian_keep_tab.h"
 #include "ui/parts/theme.h"
 #include "ui/report_tabs.h"
 #include "ui/start_up_chain.h"
+#include "ui/trials/baulur_run_tab.h"
 
 #include <QApplication>
-#include <QCloseEvent>
+#include <QEventLoopLocker>
 #include <QLabel>
 #include <QStatusBar>
 #include <QTimer>
@@ -36,6 +39,7 @@ MainWindow::MainWindow(const Surroundings &around, QWidget *parent, const Window
         QStringLiteral("%1 %2").arg(platform::application_name, platform::application_version));
     resize(1400, 900);
     setAcceptDrops(true);
+    start_keep_service();
     build_menus();
     build_status_bar();
     build_tabs();
@@ -71,6 +75,14 @@ void MainWindow::build_tabs()
     setup.clock = around_.clock;
     chain_tab_ = new ChainTrackerTab(&around_.db, &around_.queries, barbarians, tabs_, setup);
     tabs_->add(chain_tab_, QStringLiteral("⚔️ Chain Tracker"));
+    auto *queries = &around_.queries;
+    const QString &icons = around_.icon_dir;
+    tabs_->add(new BaulurRunTab(queries, icons, tabs_, around_.clock),
+               QStringLiteral("🛡️ Baulur Run"));
+    tabs_->add(new FortRallyTab(queries, icons, tabs_, around_.clock),
+               QStringLiteral("🏰 Fort Rally"));
+    tabs_->add(new BarbarianKeepTab(queries, keep_service_, icons, tabs_),
+               QStringLiteral("🗡️ Barbarian Keep"));
     setCentralWidget(tabs_);
 }
 
@@ -89,6 +101,7 @@ void MainWindow::connect_chain()
     connect(chain_.get(), &StartUpChain::message, this, &MainWindow::show_message);
     connect(chain_.get(), &StartUpChain::referenceDataChanged, this, forget_item_pictures);
     connect(chain_.get(), &StartUpChain::shownDataChanged, this, &MainWindow::refresh_all_tabs);
+    connect(chain_.get(), &StartUpChain::refreshDone, this, &MainWindow::start_tray);
 }
 
 void MainWindow::run_post_startup()
@@ -159,13 +172,6 @@ void MainWindow::request_exit()
         modal = next == modal ? nullptr : next;
     }
     close();
-}
-
-void MainWindow::closeEvent(QCloseEvent *event)
-{
-    save_window_state();
-    chain_->stop_watcher();
-    QWidget::closeEvent(event);
 }
 
 } // namespace tally::ui

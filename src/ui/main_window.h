@@ -11,13 +11,20 @@
 #include <memory>
 #include <optional>
 
+class QAction;
+class QEventLoopLocker;
 class QUrl;
+
+namespace tally::services {
+class KeepCooldownService;
+}
 
 namespace tally::ui {
 
 class ChainTrackerTab;
 class ReportTabs;
 class StartUpChain;
+class TrayManager;
 
 /// The program's one main window: menus, status bar, the pages of reports and the ways to import
 /// mails by hand. What runs by itself behind it is the `StartUpChain`.
@@ -45,14 +52,17 @@ public:
 
     ReportTabs &tabs() { return *tabs_; }
     StartUpChain &chain() { return *chain_; }
+    services::KeepCooldownService &keep_service() { return *keep_service_; }
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 
 private Q_SLOTS:
     void on_import_mailcache();
+    void on_open_settings();
     void on_theme_dark();
     void on_theme_light();
 
@@ -64,6 +74,11 @@ private:
     void build_status_bar();
     void build_tabs();
     void connect_chain();
+    void start_keep_service();
+    void start_tray();
+    void connect_tray(TrayManager *tray);
+    /// Hides the window; the tray brings it back.
+    void go_on_in_tray();
     /// Asks all threads of the window to end. \return whether all have ended in time.
     bool end_threads(QDeadlineTimer deadline);
     void show_message(const QString &text, int ms);
@@ -83,7 +98,11 @@ private:
     WindowSetup setup_;
     ReportTabs *tabs_ = nullptr;
     ChainTrackerTab *chain_tab_ = nullptr;
+    services::KeepCooldownService *keep_service_ = nullptr;
+    QAction *overlay_action_ = nullptr;
+    TrayManager *tray_ = nullptr; ///< null where the system has no tray
     std::unique_ptr<StartUpChain> chain_;
+    std::unique_ptr<QEventLoopLocker> in_tray_; ///< while the window is hidden there
     bool importing_ = false;
     std::atomic<bool> cancel_import_ = false;
     std::optional<QDeadlineTimer> leaving_; ///< set by `request_exit`

@@ -63,7 +63,7 @@ const std::vector<ItemRow> &ItemRowTable::rows() const
 void ItemRowTable::set_rows(std::vector<ItemRow> rows)
 {
     if (rows == model_->rows())
-        return;
+        return viewport()->update();
     const Place before = place();
     model_->set_rows(std::move(rows));
     go_back(before);

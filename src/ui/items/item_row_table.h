@@ -27,10 +27,8 @@ class ItemRowTable : public QTableView {
 public:
     ItemRowTable(const ItemRowTableLook &look, const QString &icon_dir, QWidget *parent = nullptr);
 
-    /// Does nothing if the rows are those that are shown.
+    /// Only paints anew if the rows are those that are shown: pictures of items may now be others.
     void set_rows(std::vector<ItemRow> rows);
-    /// Names and pictures of items may now be others.
-    void repaint_strips() { viewport()->update(); }
 
     const std::vector<ItemRow> &rows() const;
     /// The key of a row; empty for an index without one.
