@@ -6,11 +6,11 @@
 #include "data/store/tally_db.h"
 #include "figure.h"
 #include "platform/host/fake/fake_host.h"
+#include "queries/store_queries.h"
 #include "sample_world.h"
 #include "settings/settings.h"
 #include "support/plain_connection.h"
 #include "support/x_session.h"
-#include "queries/store_queries.h"
 #include "ui/main_window.h"
 #include "ui/start_up_chain.h"
 

@@ -94,8 +94,8 @@ public:
         QElapsedTimer timer;
         timer.start();
         queries_ = std::make_unique<queries::StoreQueries>(*db_);
-        tab_ = std::make_unique<ui::ChainTrackerTab>(db_.get(), queries_.get(), barbarians,
-                                                     nullptr, setup);
+        tab_ = std::make_unique<ui::ChainTrackerTab>(db_.get(), queries_.get(), barbarians, nullptr,
+                                                     setup);
         tab_->resize(1400, 900);
         tab_->show();
         std::printf("opened in %.1f ms\n", milliseconds(timer));
@@ -236,8 +236,7 @@ void bench_slow_pages(const QString &folder)
     ui::ReportTabs pages(nullptr);
     std::vector<ui::ChainTrackerTab *> tabs;
     for (int page = 0; page < 8; ++page) {
-        tabs.push_back(
-            new ui::ChainTrackerTab(&db, &queries, barbarians, &pages, setup));
+        tabs.push_back(new ui::ChainTrackerTab(&db, &queries, barbarians, &pages, setup));
         pages.add(tabs.back(), QString::number(page));
     }
     pages.resize(1400, 900);
@@ -256,7 +255,8 @@ void bench_slow_pages(const QString &folder)
                  Goal::at_most, 30);
     double shown = 0.0;
     for (int page = 1; page < 8; ++page) {
-        const Refresh result = refresh(*tabs[page], [&pages, page] { pages.setCurrentIndex(page); });
+        const Refresh result =
+            refresh(*tabs[page], [&pages, page] { pages.setCurrentIndex(page); });
         shown = std::max(shown, result.stop);
     }
     print_figure("slow_pages_turn_to_hidden_stop_ms", shown, Goal::at_most, 60);

@@ -106,8 +106,7 @@ bool StoreQueries::is_outdated()
 
 bool StoreQueries::is_preempted() const
 {
-    return running_->sight_ != Sight::Seen &&
-           std::ranges::any_of(askers_, [](const Asker *asker) {
+    return running_->sight_ != Sight::Seen && std::ranges::any_of(askers_, [](const Asker *asker) {
                return asker->question_ && asker->sight_ == Sight::Seen;
            });
 }

@@ -236,8 +236,9 @@ TEST(StoreQueriesPatience, AllViewsTogetherWaitNoLongerThanOne)
     const auto begin = std::chrono::steady_clock::now();
     for (int i = 0; i < 40; ++i) {
         views.push_back(std::make_unique<Asker>(queries, Sight::Seen));
-        views.back()->ask([&gate](const auto &, const auto &) { return gate.tryAcquire(1, 30'000); },
-                          [](bool) {});
+        views.back()->ask(
+            [&gate](const auto &, const auto &) { return gate.tryAcquire(1, 30'000); },
+            [](bool) {});
     }
     // Far less than the 2 s that they would wait one after the other, even on a busy machine.
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 20 * patience);
@@ -250,15 +251,15 @@ TEST(StoreQueriesSlices, ChainsThatHaveChangedAreAddedUpBeforeTheAnswer)
     store.db.insert_report(u"Persistent.Mail.1"_s, battle(1000.0, {battle_round(1.0)}), 1000.0);
     const PlainConnection other(store.path);
     other.rows(u"UPDATE reports SET level = 7"_s);
-    const auto stale = [&other] { return other.rows(u"SELECT * FROM stale_chains"_s).size(); };
+    const auto stale = [&other] {
+        return other.rows(u"SELECT * FROM stale_chains"_s).size();
+    };
     ASSERT_EQ(stale(), 1U);
     queries::StoreQueries queries(store.db, 1h);
     Asker seen(queries, Sight::Seen);
     std::optional<int> battles;
     seen.ask(
-        [](const data::TallyDb &db, const auto &) {
-            return db.summary(1.0, {}, {}, {}).battles;
-        },
+        [](const data::TallyDb &db, const auto &) { return db.summary(1.0, {}, {}, {}).battles; },
         [&battles](int answer) { battles = answer; });
     EXPECT_EQ(battles, 1);
     EXPECT_EQ(stale(), 0U);

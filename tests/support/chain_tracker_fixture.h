@@ -67,7 +67,8 @@ protected:
 
     void build()
     {
-        tab_ = std::make_unique<ui::ChainTrackerTab>(&store_.db, queries_.get(), 1.0, nullptr, setup_);
+        tab_ =
+            std::make_unique<ui::ChainTrackerTab>(&store_.db, queries_.get(), 1.0, nullptr, setup_);
         tab_->resize(1'400, 900);
     }
 

@@ -54,6 +54,31 @@ TEST_F(ChainTracker, FiguresThatTakeLongComeLaterWithASignUntilThen)
     let_go.release();
 }
 
+TEST_F(ChainTracker, APageThatNobodySeesReadsItsFiguresWhenItIsSeen)
+{
+    int asked = 0;
+    setup_.figures = [&asked](const auto &db, const auto &question, const auto &is_outdated) {
+        ++asked;
+        return ui::chain_figures(db, question, is_outdated);
+    };
+    add_chain(midnight, 2);
+    build();
+    tab_->refresh();
+    ASSERT_TRUE(wait_until([this] { return player() == "Ada"; }));
+    EXPECT_EQ(tab_->current_filter().player, 77.0) << "others ask for the filter all the same";
+    EXPECT_EQ(asked, 0);
+    tab_->show();
+    EXPECT_EQ(card(u"chains"_s), "1");
+    tab_->hide();
+    add_chain(midnight, 1);
+    tab_->refresh();
+    tab_->refresh();
+    EXPECT_EQ(card(u"chains"_s), "1");
+    tab_->show();
+    EXPECT_EQ(card(u"chains"_s), "2");
+    EXPECT_EQ(asked, 2);
+}
+
 TEST_F(ChainTracker, ARefreshLeavesTheUserWhereHeIs)
 {
     for (int hero = 1; hero <= 40; ++hero)

@@ -162,14 +162,12 @@ void ChainTrackerTab::refresh()
 
 void ChainTrackerTab::ask_for_accounts()
 {
-    accounts_.ask(
-        [](const data::TallyDb &db, const queries::IsOutdated &) {
-            return player_entries(db.players());
-        },
-        [this](const std::vector<PlayerEntry> &entries) {
-            const PlayerEntry chosen{filter_->player_text(), filter_->player()};
-            filter_->set_players(entries, chosen_player(entries, chosen));
-        });
+    accounts_.ask([](const data::TallyDb &db,
+                     const queries::IsOutdated &) { return player_entries(db.players()); },
+                  [this](const std::vector<PlayerEntry> &entries) {
+                      const PlayerEntry chosen{filter_->player_text(), filter_->player()};
+                      filter_->set_players(entries, chosen_player(entries, chosen));
+                  });
 }
 
 void ChainTrackerTab::show_figures(const ChainFigures &figures)

@@ -8,8 +8,8 @@ namespace tally::ui {
 using queries::Sight;
 
 ViewAsker::ViewAsker(queries::StoreQueries &queries, QWidget *view)
-    : Asker(queries, view->isVisible() && !view->window()->isMinimized() ? Sight::Seen
-                                                                          : Sight::Hidden)
+    : Asker(queries,
+            view->isVisible() && !view->window()->isMinimized() ? Sight::Seen : Sight::Hidden)
 {
     view->installEventFilter(this);
 }
