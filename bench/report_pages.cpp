@@ -100,6 +100,14 @@ void bench_report_pages(const QString &folder)
     };
     const QString icons = folder + QStringLiteral("/reference/icon");
     services::KeepCooldownService service(&db, &settings, nullptr, nullptr, clock);
+    queries::Asker last_kill(queries);
+    service.set_kill_query([&last_kill](const auto &found, const auto &failed) {
+        last_kill.ask(
+            [](const data::TallyDb &store, const queries::IsOutdated &) {
+                return services::KeepCooldownService::last_kill(store);
+            },
+            found, failed);
+    });
     ui::ReportTabs pages(nullptr);
     auto *trials = new ui::BaulurRunTab(&queries, icons, &pages, clock);
     auto *forts = new ui::FortRallyTab(&queries, icons, &pages, clock);

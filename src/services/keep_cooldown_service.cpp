@@ -97,19 +97,36 @@ void KeepCooldownService::reload_settings()
 
 void KeepCooldownService::tick()
 {
+    if (kill_query_)
+        return kill_query_([this](std::optional<double> kill) { try_to_work_out(kill); },
+                           [this](const QString &failure) { note_failure(failure); });
     try {
-        on_tick();
-        has_failed_ = false;
+        try_to_work_out(last_kill(*db_));
     } catch (const std::exception &failure) {
-        if (!std::exchange(has_failed_, true))
-            qCWarning(log_services) << "the keep's cooldown is not known:" << failure.what();
+        note_failure(QString::fromLocal8Bit(failure.what()));
     }
 }
 
-std::optional<double> KeepCooldownService::last_kill() const
+void KeepCooldownService::try_to_work_out(std::optional<double> kill)
 {
-    const std::optional<double> player = db_->keep_player();
-    return player ? db_->last_keep_kill(*player) : std::nullopt;
+    try {
+        work_out(kill);
+        has_failed_ = false;
+    } catch (const std::exception &failure) {
+        note_failure(QString::fromLocal8Bit(failure.what()));
+    }
+}
+
+void KeepCooldownService::note_failure(const QString &failure)
+{
+    if (!std::exchange(has_failed_, true))
+        qCWarning(log_services) << "the keep's cooldown is not known:" << failure;
+}
+
+std::optional<double> KeepCooldownService::last_kill(const data::TallyDb &db)
+{
+    const std::optional<double> player = db.keep_player();
+    return player ? db.last_keep_kill(*player) : std::nullopt;
 }
 
 double KeepCooldownService::whole_seconds_now() const
@@ -119,7 +136,11 @@ double KeepCooldownService::whole_seconds_now() const
 
 void KeepCooldownService::on_tick()
 {
-    const std::optional<double> kill = last_kill();
+    work_out(last_kill(*db_));
+}
+
+void KeepCooldownService::work_out(std::optional<double> kill)
+{
     if (!kill) {
         Q_EMIT countdownTick(0.0, false);
         return;

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <optional>
+#include <utility>
 
 class QTimer;
 
@@ -43,10 +44,19 @@ public:
     /// \return whether there is anything to show it with
     static bool show_test_notification();
 
+    /// Hands the time of the last kill to `found`, or what went wrong to `failed`, sooner or later
+    /// on the GUI thread.
+    using KillQuery = std::function<void(std::function<void(std::optional<double>)> found,
+                                         std::function<void(const QString &)> failed)>;
+    /// Lets `tick` ask another thread: over years of play the answer takes long.
+    void set_kill_query(KillQuery query) { kill_query_ = std::move(query); }
+    /// What that thread runs. \throws std::runtime_error of the store
+    static std::optional<double> last_kill(const data::TallyDb &db);
+
     void reload_settings();
     void set_tray(ui::TrayManager *tray) { tray_ = tray; }
 
-    /// Calls `on_tick` for those who cannot do anything about a failure: it is logged, once until a
+    /// As `on_tick`, for those who cannot do anything about a failure: it is logged, once until a
     /// tick succeeds again.
     void tick();
 
@@ -60,7 +70,9 @@ Q_SIGNALS:
     void keepReady();
 
 private:
-    std::optional<double> last_kill() const;
+    void work_out(std::optional<double> kill);
+    void try_to_work_out(std::optional<double> kill);
+    void note_failure(const QString &failure);
     double whole_seconds_now() const;
     void take_up_kill(double kill);
     void warn_in_advance(double ready_at, double now);
@@ -70,6 +82,7 @@ private:
     Settings *settings_;
     ui::TrayManager *tray_;
     platform::Clock clock_;
+    KillQuery kill_query_;
     QTimer *tick_timer_;
     int cooldown_hours_ = 68;
     QList<int> notify_hours_ = {5, 3, 1};

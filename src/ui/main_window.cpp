@@ -33,7 +33,7 @@ void exit_hard()
 
 MainWindow::MainWindow(const Surroundings &around, QWidget *parent, const WindowSetup &setup)
     : QMainWindow(parent), around_(around), setup_(setup),
-      chain_(std::make_unique<StartUpChain>(around, setup, this))
+      chain_(std::make_unique<StartUpChain>(around, setup, this)), last_kill_(around.queries)
 {
     setWindowTitle(
         QStringLiteral("%1 %2").arg(platform::application_name, platform::application_version));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "queries/asker.h"
 #include "ui/chains/chain_filter.h"
 #include "ui/parts/surroundings.h"
 #include "ui/window_setup.h"
@@ -106,6 +107,7 @@ private:
     bool importing_ = false;
     std::atomic<bool> cancel_import_ = false;
     std::optional<QDeadlineTimer> leaving_; ///< set by `request_exit`
+    queries::Asker last_kill_;              ///< of the keep
 };
 
 } // namespace tally::ui

@@ -21,8 +21,15 @@ void MainWindow::start_keep_service()
     KeepCooldownService::install_notice([](const QString &title, const QString &text) {
         (new KeepToast(title, text))->show_toast();
     });
-    keep_service_ = new KeepCooldownService(&around_.db, &around_.settings, nullptr, this,
-                                            around_.clock);
+    keep_service_ =
+        new KeepCooldownService(&around_.db, &around_.settings, nullptr, this, around_.clock);
+    keep_service_->set_kill_query([this](const auto &found, const auto &failed) {
+        last_kill_.ask(
+            [](const data::TallyDb &db, const queries::IsOutdated &) {
+                return KeepCooldownService::last_kill(db);
+            },
+            found, failed);
+    });
     connect(keep_service_, &KeepCooldownService::keepReady, this,
             [] { (new BarbarianKeepOverlay)->show_centered(); });
 }

@@ -2,8 +2,8 @@
 
 #include "data/store/tally_db.h"
 #include "platform/host/fake/fake_host.h"
-#include "settings/settings.h"
 #include "queries/store_queries.h"
+#include "settings/settings.h"
 #include "ui/main_window.h"
 #include "ui/start_up_chain.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/host/fake/fake_host.h"
-#include "settings/settings.h"
 #include "queries/store_queries.h"
+#include "settings/settings.h"
 #include "support/temp_mails.h"
 #include "support/temp_store.h"
 #include "ui/main_window.h"

@@ -1,7 +1,7 @@
 #include "platform/host/fake/fake_host.h"
 #include "platform/identity.h"
-#include "report_shots.h"
 #include "queries/store_queries.h"
+#include "report_shots.h"
 #include "round_overview_shot.h"
 #include "sample_store.h"
 #include "settings/catalogue.h"

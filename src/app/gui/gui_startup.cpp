@@ -95,8 +95,7 @@ int run_graphical(int argc, char *argv[])
     ui::apply_to_app(&application, ui::theme_from_name(settings.get(settings::theme)));
 
     queries::StoreQueries queries(db);
-    ui::MainWindow window(
-        {.db = db, .queries = queries, .settings = settings, .host = *host});
+    ui::MainWindow window({.db = db, .queries = queries, .settings = settings, .host = *host});
     QObject::connect(&interrupts, &InterruptWatch::interrupted, &window, [&window] {
         window.request_exit();
         QCoreApplication::quit();

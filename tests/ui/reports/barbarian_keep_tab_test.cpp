@@ -66,7 +66,8 @@ TEST_F(KeepPage, OpensAKillWithEverybodysShare)
     for (const QLabel *label : dialog().findChildren<QLabel *>())
         texts << label->text();
     EXPECT_TRUE(texts.contains(u"<Bob>"_s));
-    EXPECT_TRUE(texts.join(u'\n').contains(u"2025-03-01 11:00:00 UTC &nbsp;·&nbsp; 2 participants"));
+    EXPECT_TRUE(
+        texts.join(u'\n').contains(u"2025-03-01 11:00:00 UTC &nbsp;·&nbsp; 2 participants"));
     close_dialog();
 }
 
@@ -76,15 +77,16 @@ TEST_F(KeepPage, SaysWhatHasBecomeOfAKill)
     open_page();
     const auto message = [this] {
         double_click(kills(), 0);
-        const auto &box = qobject_cast<QMessageBox &>(dialog());
-        const std::string text = (box.windowTitle() + u": " + box.text()).toStdString();
+        const auto &box = dynamic_cast<QMessageBox &>(dialog());
+        const std::string text = (box.windowTitle() + u": "_s + box.text()).toStdString();
         close_dialog();
         return text;
     };
     sql(u"DELETE FROM trial_reports"_s);
     EXPECT_EQ(message(), "No data: Details for this kill are no longer available.");
     sql(u"ALTER TABLE trial_reports RENAME TO gone"_s);
-    EXPECT_THAT(message(), testing::StartsWith("Error: Failed to load kill details: TallyDb fatal"));
+    EXPECT_THAT(message(),
+                testing::StartsWith("Error: Failed to load kill details: TallyDb fatal"));
     page_->refresh();
     EXPECT_EQ(kills().model()->rowCount(), 1);
 }

@@ -131,8 +131,8 @@ TEST_F(BaulurRun, OpensTheKillsOfAPlayer)
     double_click(table(u"Players"_s), 0);
     auto &kills = *dialog().findChild<ui::ItemRowTable *>();
     EXPECT_EQ(dialog().windowTitle(), u"Player kills — Ada"_s);
-    EXPECT_THAT(column(kills, 0), ElementsAre("2025-02-28 08:30:00", "2025-02-28 08:00:00",
-                                              "2025-02-28 07:00:00"));
+    EXPECT_THAT(column(kills, 0),
+                ElementsAre("2025-02-28 08:30:00", "2025-02-28 08:00:00", "2025-02-28 07:00:00"));
     EXPECT_THAT(column(kills, 3), ElementsAre("0.50%", "0.50%", "0.50%"));
     close_dialog();
     double_click(table(u"Players"_s), 1);

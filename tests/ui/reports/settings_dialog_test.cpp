@@ -33,10 +33,7 @@ protected:
         dialog_ = std::make_unique<SettingsDialog>(&settings_, &service_);
         dialog_->show();
     }
-    QLineEdit &folder() const
-    {
-        return *dialog_->findChildren<QLineEdit *>().front();
-    }
+    QLineEdit &folder() const { return *dialog_->findChildren<QLineEdit *>().front(); }
     QLineEdit &hours() const
     {
         for (QLineEdit *edit : dialog_->findChildren<QLineEdit *>()) {
@@ -142,13 +139,14 @@ TEST(SettingsNotes, MarkAFolderThatIsNotThere)
 {
     const QTemporaryDir folder;
     const QString here = folder.path();
-    EXPECT_EQ(folder_note(here + u"/", here), FolderNote{});
-    EXPECT_EQ(folder_note(here + u"/gone", here),
+    EXPECT_EQ(folder_note(here + u"/"_s, here), FolderNote{});
+    EXPECT_EQ(folder_note(here + u"/gone"_s, here),
               (FolderNote{u"This folder does not exist."_s, true}));
-    EXPECT_EQ(folder_note(u' ' + here, u"/other"_s),
-              (FolderNote{u"Watched from the next start on. File → Reimport mailcache... brings its "
-                          "mails now."_s,
-                          false}));
+    EXPECT_EQ(
+        folder_note(u' ' + here, u"/other"_s),
+        (FolderNote{u"Watched from the next start on. File → Reimport mailcache... brings its "
+                    "mails now."_s,
+                    false}));
     EXPECT_EQ(browse_start(here + u"/gone"_s, u"/other"_s), here);
     EXPECT_EQ(browse_start(here + u"/gone/further"_s, u"/other"_s), QString());
     EXPECT_EQ(browse_start(u" "_s, here), here);

@@ -121,9 +121,8 @@ TEST_F(WindowWithTray, GoesOnBehindItWhateverCloses)
     EXPECT_TRUE(window.isVisible());
     window.close();
     EXPECT_FALSE(window.isVisible());
-    QTimer::singleShot(0, &window, [&window] {
-        Q_EMIT window.findChild<TrayManager *>()->exitRequested();
-    });
+    QTimer::singleShot(0, &window,
+                       [&window] { Q_EMIT window.findChild<TrayManager *>()->exitRequested(); });
     QTimer::singleShot(20'000, &window, [] { QCoreApplication::exit(still_running); });
     EXPECT_EQ(QApplication::exec(), 0);
     EXPECT_EQ(fixture_.hard_exits(), 0);
