@@ -6,9 +6,11 @@
 #include "data/store/tally_db.h"
 #include "figure.h"
 #include "page_refresh.h"
+#include "platform/host/fake/fake_host.h"
 #include "queries/store_queries.h"
 #include "reference_folder.h"
 #include "report_pages.h"
+#include "settings/settings.h"
 #include "store_filler.h"
 #include "ui/chains/chain_tracker_tab.h"
 #include "ui/report_tabs.h"
@@ -86,16 +88,17 @@ public:
         tools::fill_store(path_, options);
         db_ = std::make_unique<data::TallyDb>(path_);
         db_->init_schema();
-        ui::ChainTrackerSetup setup;
-        setup.icon_dir = folder + QStringLiteral("/reference/icon");
-        setup.clock = [] {
-            return last_day;
-        };
+        settings_ = std::make_unique<Settings>(*db_);
         QElapsedTimer timer;
         timer.start();
         queries_ = std::make_unique<queries::StoreQueries>(*db_);
-        tab_ = std::make_unique<ui::ChainTrackerTab>(db_.get(), queries_.get(), barbarians, nullptr,
-                                                     setup);
+        const ui::Surroundings around{.db = *db_,
+                                      .queries = *queries_,
+                                      .settings = *settings_,
+                                      .host = host_,
+                                      .clock = [] { return last_day; },
+                                      .icon_dir = folder + QStringLiteral("/reference/icon")};
+        tab_ = std::make_unique<ui::ChainTrackerTab>(around, barbarians);
         tab_->resize(1400, 900);
         tab_->show();
         std::printf("opened in %.1f ms\n", milliseconds(timer));
@@ -170,6 +173,8 @@ private:
     QString path_;
     std::unique_ptr<data::TallyDb> db_;
     std::unique_ptr<queries::StoreQueries> queries_;
+    std::unique_ptr<Settings> settings_;
+    platform::FakeHost host_;
     std::unique_ptr<ui::ChainTrackerTab> tab_;
     int mails_ = 0;
 };
@@ -228,6 +233,10 @@ void bench_slow_pages(const QString &folder)
     data::TallyDb db(folder + QStringLiteral("/slow.db"));
     db.init_schema();
     queries::StoreQueries queries(db);
+    Settings settings(db);
+    platform::FakeHost host;
+    const ui::Surroundings around{
+        .db = db, .queries = queries, .settings = settings, .host = host};
     ui::ChainTrackerSetup setup;
     setup.figures = [](const auto &store, const auto &question, const auto &is_outdated) {
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
@@ -236,7 +245,7 @@ void bench_slow_pages(const QString &folder)
     ui::ReportTabs pages(nullptr);
     std::vector<ui::ChainTrackerTab *> tabs;
     for (int page = 0; page < 8; ++page) {
-        tabs.push_back(new ui::ChainTrackerTab(&db, &queries, barbarians, &pages, setup));
+        tabs.push_back(new ui::ChainTrackerTab(around, barbarians, &pages, setup));
         pages.add(tabs.back(), QString::number(page));
     }
     pages.resize(1400, 900);

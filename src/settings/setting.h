@@ -39,7 +39,7 @@ struct Setting<bool> {
 /// A text, whose meaning is its reader's affair. An empty one counts as a value.
 template <>
 struct Setting<QString> {
-    static constexpr qsizetype longest = 64 * 1024;
+    static constexpr qsizetype longest = 65'536;
 
     const char *key;
     const char *fallback = "";

@@ -51,18 +51,24 @@ MainWindow::MainWindow(const Surroundings &around, QWidget *parent, const Window
 
 MainWindow::~MainWindow()
 {
-    cancel_import_ = true;
-    if (end_threads(leaving_.value_or(QDeadlineTimer(setup_.exit_deadline))))
+    request_end();
+    if (wait_until(leaving_.value_or(QDeadlineTimer(setup_.exit_deadline))))
         return;
     // The program does not come back from here; a test that does must let its threads end.
     setup_.hard_exit();
-    end_threads(QDeadlineTimer(QDeadlineTimer::Forever));
+    wait_until(QDeadlineTimer(QDeadlineTimer::Forever));
 }
 
-bool MainWindow::end_threads(QDeadlineTimer deadline)
+void MainWindow::request_end()
 {
+    cancel_import_ = true;
     around_.queries.request_end();
-    const bool chain_has_ended = chain_->end(deadline);
+    chain_->request_end();
+}
+
+bool MainWindow::wait_until(QDeadlineTimer deadline)
+{
+    const bool chain_has_ended = chain_->wait_until(deadline);
     return around_.queries.wait_until(deadline) && chain_has_ended;
 }
 
@@ -70,10 +76,7 @@ void MainWindow::build_tabs()
 {
     constexpr double barbarians = 1.0;
     tabs_ = new ReportTabs(this);
-    ChainTrackerSetup setup;
-    setup.icon_dir = around_.icon_dir;
-    setup.clock = around_.clock;
-    chain_tab_ = new ChainTrackerTab(&around_.db, &around_.queries, barbarians, tabs_, setup);
+    chain_tab_ = new ChainTrackerTab(around_, barbarians, tabs_);
     tabs_->add(chain_tab_, QStringLiteral("⚔️ Chain Tracker"));
     auto *queries = &around_.queries;
     const QString &icons = around_.icon_dir;
@@ -164,7 +167,7 @@ void MainWindow::request_exit()
         leaving_ = QDeadlineTimer(setup_.exit_deadline);
         QTimer::singleShot(setup_.exit_deadline, qApp, setup_.hard_exit);
     }
-    cancel_import_ = true;
+    request_end();
     // What is modal keeps the window from closing.
     for (QWidget *modal = QApplication::activeModalWidget(); modal && modal != this;) {
         modal->close();

@@ -80,8 +80,10 @@ private:
     void connect_tray(TrayManager *tray);
     /// Hides the window; the tray brings it back.
     void go_on_in_tray();
-    /// Asks all threads of the window to end. \return whether all have ended in time.
-    bool end_threads(QDeadlineTimer deadline);
+    /// Asks all threads behind the window to end; does not wait.
+    void request_end();
+    /// \return whether all of them have ended in time.
+    bool wait_until(QDeadlineTimer deadline);
     void show_message(const QString &text, int ms);
     void open_data_folder();
 

@@ -14,7 +14,6 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <iterator>
 
 namespace tally::ui {
 namespace {
@@ -44,6 +43,8 @@ void StartUpChain::run()
         qCWarning(log_ui) << "run_post_startup: already running, skipping";
         return;
     }
+    if (ending_)
+        return;
     show_splash();
     setup_.refresh(*this);
 }
@@ -136,7 +137,7 @@ void StartUpChain::on_bootstrap_done(int scanned, int imported, int errors)
         return;
     using data::TallyWatcher;
     watcher_ = std::make_unique<TallyWatcher>(
-        &around_.db, dir, around_.raw_dir, static_cast<int>(setup_.poll_interval.count()), nullptr);
+        &around_.db, dir, around_.raw_dir, static_cast<int>(setup_.poll_interval.count()), this);
     connect(watcher_.get(), &TallyWatcher::newFilesImported, this, &StartUpChain::on_new_reports,
             Qt::QueuedConnection);
     connect(
@@ -164,26 +165,33 @@ QThread *StartUpChain::new_thread(QObject *worker)
 
 void StartUpChain::stop_watcher()
 {
-    // A thread must not be destroyed while it runs: one that hangs in a file stays, and `end`
-    // tells.
+    // A thread must not be destroyed while it runs: one that hangs in a file stays, and
+    // `wait_until` tells.
     if (watcher_ && watcher_->stop_and_wait())
         watcher_.reset();
 }
 
-bool StartUpChain::end(QDeadlineTimer deadline)
+QList<QThread *> StartUpChain::threads() const
+{
+    return findChildren<QThread *>(Qt::FindDirectChildrenOnly);
+}
+
+void StartUpChain::request_end()
 {
     ending_ = true;
     if (watcher_)
         watcher_->request_stop();
-    QThread *const threads[] = {refresh_thread_, bootstrap_thread_, watcher_.get()};
-    for (QThread *thread : threads) {
-        if (thread) {
-            thread->requestInterruption();
-            thread->quit();
-        }
+    for (QThread *thread : threads()) {
+        thread->requestInterruption();
+        thread->quit();
     }
-    return std::all_of(std::begin(threads), std::end(threads),
-                       [deadline](QThread *thread) { return !thread || thread->wait(deadline); });
+}
+
+bool StartUpChain::wait_until(QDeadlineTimer deadline)
+{
+    const QList<QThread *> all = threads();
+    return std::all_of(all.begin(), all.end(),
+                       [deadline](QThread *thread) { return thread->wait(deadline); });
 }
 
 bool StartUpChain::watching() const

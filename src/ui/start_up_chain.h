@@ -29,17 +29,19 @@ class StartUpChain : public QObject {
 public:
     /// \param window what the splash covers; outlives the chain
     StartUpChain(const Surroundings &around, const WindowSetup &setup, QWidget *window);
-    /// `end` must have come before.
+    /// All threads must have ended.
     ~StartUpChain() override;
 
+    /// Does nothing while the refresh of an earlier run is still at work.
     void run();
 
     /// Lets a worker refresh the reference data on a thread of its own. It has the slot `run` and
     /// the signals `statusMessage(QString)` and `masterRefreshDone(bool)`, of which the last ends
-    /// it. The chain takes it over.
+    /// it. The chain takes it over; none may be at work.
     template <typename Worker>
     void start_refresh(Worker *worker)
     {
+        Q_ASSERT(!refresh_thread_ || !refresh_thread_->isRunning());
         refresh_thread_ = new_thread(worker);
         connect(refresh_thread_, &QThread::started, worker, &Worker::run);
         connect(worker, &Worker::statusMessage, this, &StartUpChain::on_refresh_status,
@@ -56,8 +58,10 @@ public:
     /// Waits for the file that the watcher has in hand.
     void stop_watcher();
 
-    /// Asks all threads to end and waits for them. \return whether all have ended in time.
-    bool end(QDeadlineTimer deadline);
+    /// Asks all threads to end; does not wait. No other starts from then on.
+    void request_end();
+    /// \return whether all threads have ended in time.
+    bool wait_until(QDeadlineTimer deadline);
 
     bool watching() const;
 
@@ -74,6 +78,7 @@ private:
     void on_new_reports(int count);
     void show_splash();
     QThread *new_thread(QObject *worker);
+    QList<QThread *> threads() const;
     QString mailcache_dir();
 
     Surroundings around_;

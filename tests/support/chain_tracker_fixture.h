@@ -33,14 +33,6 @@ inline constexpr double hour = 3'600.0;
 /// The tab over a store of its own, on a day that stands still.
 class ChainTracker : public testing::Test {
 protected:
-    ChainTracker()
-    {
-        setup_.icon_dir = store_.folder.filePath(u"icons"_s);
-        setup_.clock = [] {
-            return midnight + 22.0 * hour;
-        };
-    }
-
     /// A chain of one minute with won and lost rounds; its file's name tells its number.
     void add_chain(double start, int won, int lost = 0, const QString &player = u"Ada"_s,
                    double player_id = 77.0, double hero_1 = 7.0)
@@ -67,8 +59,13 @@ protected:
 
     void build()
     {
-        tab_ =
-            std::make_unique<ui::ChainTrackerTab>(&store_.db, queries_.get(), 1.0, nullptr, setup_);
+        const ui::Surroundings around{.db = store_.db,
+                                      .queries = *queries_,
+                                      .settings = settings_,
+                                      .host = host_,
+                                      .clock = [] { return midnight + 22.0 * hour; },
+                                      .icon_dir = store_.folder.filePath(u"icons"_s)};
+        tab_ = std::make_unique<ui::ChainTrackerTab>(around, 1.0, nullptr, setup_);
         tab_->resize(1'400, 900);
     }
 
@@ -159,6 +156,8 @@ protected:
     TempStore store_;
     std::unique_ptr<queries::StoreQueries> queries_ =
         std::make_unique<queries::StoreQueries>(store_.db, 1h);
+    Settings settings_{store_.db};
+    platform::FakeHost host_;
     ui::ChainTrackerSetup setup_;
     std::unique_ptr<ui::ChainTrackerTab> tab_;
 

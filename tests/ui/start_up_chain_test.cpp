@@ -1,3 +1,4 @@
+#include "queries/asker.h"
 #include "support/small_mails.h"
 #include "support/window_fixture.h"
 #include "ui/bootstrap_import_worker.h"
@@ -173,6 +174,26 @@ TEST_F(StartUp, AWorkerThatHangsIsLeftBehindAtTheDeadline)
     open().request_exit();
     fixture_.destroy();
     EXPECT_EQ(*left_hard, 1);
+}
+
+TEST_F(StartUp, AllAreAskedToEndBeforeTheFirstIsWaitedFor)
+{
+    const auto let_go = hang(); // until the query has ended
+    queries::Asker asker(fixture_.queries);
+    QSemaphore asked;
+    open();
+    asker.ask(
+        [let_go, &asked](const data::TallyDb &, const queries::IsOutdated &is_outdated) {
+            asked.release();
+            while (!is_outdated())
+                QThread::yieldCurrentThread();
+            let_go->release();
+            return 0;
+        },
+        [](int) {});
+    asked.acquire();
+    fixture_.destroy();
+    EXPECT_EQ(fixture_.hard_exits(), 0);
 }
 
 TEST_F(StartUp, AnEventLoopThatStillRunsAtTheDeadlineIsCutOff)

@@ -52,11 +52,11 @@ void go_back(QTableView &table, const TablePlace &place)
 
 } // namespace
 
-ChainTrackerTab::ChainTrackerTab(data::TallyDb *db, queries::StoreQueries *queries,
-                                 double npc_btype, QWidget *parent, const ChainTrackerSetup &setup)
-    : ReportTab(parent), db_(db), npc_btype_(npc_btype), setup_(setup),
+ChainTrackerTab::ChainTrackerTab(const Surroundings &around, double npc_btype, QWidget *parent,
+                                 const ChainTrackerSetup &setup)
+    : ReportTab(parent), around_(around), npc_btype_(npc_btype), setup_(setup),
       filter_(new ChainFilterBar(today(), this)), summary_(new ChainSummaryBox(this)),
-      accounts_(*queries), figures_(*queries, this)
+      accounts_(around.queries), figures_(around.queries, this)
 {
     auto *page = new QWidget;
     auto *layout = new QVBoxLayout(page);
@@ -100,7 +100,7 @@ void ChainTrackerTab::show_in_any_size(QWidget *page)
 
 QWidget *ChainTrackerTab::new_lists()
 {
-    hero_pairs_ = new HeroPairList(setup_.icon_dir, this);
+    hero_pairs_ = new HeroPairList(around_.icon_dir, this);
     loot_table_ = new_loot_table();
     auto *splitter = new QSplitter(Qt::Horizontal);
     splitter->addWidget(hero_pairs_);
@@ -115,7 +115,7 @@ QWidget *ChainTrackerTab::new_lists()
 QTableView *ChainTrackerTab::new_loot_table()
 {
     auto *table = new QTableView;
-    loot_model_ = new LootTableModel(setup_.icon_dir, table);
+    loot_model_ = new LootTableModel(around_.icon_dir, table);
     table->setModel(loot_model_);
     table->setAccessibleName(QStringLiteral("Loot"));
     table->setAlternatingRowColors(true);
@@ -138,7 +138,7 @@ QTableView *ChainTrackerTab::new_loot_table()
 
 QDate ChainTrackerTab::today() const
 {
-    return QDateTime::fromSecsSinceEpoch(data::saturated<qint64>(setup_.clock()), Qt::UTC).date();
+    return QDateTime::fromSecsSinceEpoch(data::saturated<qint64>(around_.clock()), Qt::UTC).date();
 }
 
 ChainFilter ChainTrackerTab::current_filter() const
@@ -148,7 +148,7 @@ ChainFilter ChainTrackerTab::current_filter() const
 
 void ChainTrackerTab::refresh()
 {
-    db_->free_ap_mode = filter_->ap_source();
+    around_.db.free_ap_mode = filter_->ap_source();
     const ChainQuestion question = {current_filter(), filter_->player_text()};
     if (figures_.sight() == queries::Sight::Hidden)
         ask_for_accounts();
@@ -210,7 +210,7 @@ void ChainTrackerTab::shift_date(bool which_from, int delta_days)
 void ChainTrackerTab::on_hero_pair_clicked(QListWidgetItem *item)
 {
     if (const auto choice = item ? HeroPairList::choice_of(*item) : std::nullopt)
-        open_round_overview(*db_, *choice, npc_btype_, filter_->player(), setup_.icon_dir,
+        open_round_overview(around_.db, *choice, npc_btype_, filter_->player(), around_.icon_dir,
                             window());
 }
 

@@ -1,13 +1,11 @@
 #pragma once
 
-#include "platform/clock/clock.h"
-#include "platform/paths/data_folders.h"
 #include "ui/chains/chain_figures.h"
 #include "ui/chains/chain_filter.h"
 #include "ui/parts/report_tab.h"
+#include "ui/parts/surroundings.h"
 #include "ui/parts/view_asker.h"
 
-#include <QString>
 #include <QTimer>
 
 #include <chrono>
@@ -25,8 +23,6 @@ class LootTableModel;
 
 /// What the tab is built for. A test changes some of it; the program takes it as it is.
 struct ChainTrackerSetup {
-    QString icon_dir = platform::icon_cache_dir();
-    platform::Clock clock = platform::system_time;
     std::chrono::milliseconds counting_sign_after{150};
     std::function<decltype(chain_figures)> figures = chain_figures;
 };
@@ -36,10 +32,9 @@ class ChainTrackerTab : public ReportTab {
     Q_OBJECT
 
 public:
-    /// \param db outlives the tab, as do \p queries
     /// \param npc_btype the npc base type whose chains are shown
-    ChainTrackerTab(data::TallyDb *db, queries::StoreQueries *queries, double npc_btype,
-                    QWidget *parent = nullptr, const ChainTrackerSetup &setup = {});
+    ChainTrackerTab(const Surroundings &around, double npc_btype, QWidget *parent = nullptr,
+                    const ChainTrackerSetup &setup = {});
 
     void refresh() override;
     ChainFilter current_filter() const;
@@ -59,7 +54,7 @@ private:
     void show_figures(const ChainFigures &figures);
     QDate today() const;
 
-    data::TallyDb *db_;
+    Surroundings around_;
     double npc_btype_;
     ChainTrackerSetup setup_;
     ChainFilterBar *filter_;

@@ -28,7 +28,7 @@ namespace tally::ui {
 /// starts and handed down; what it refers to outlives them all.
 struct Surroundings {
     data::TallyDb &db;
-    queries::StoreQueries &queries; ///< answers all views
+    queries::StoreQueries &queries;
     Settings &settings;
     platform::Host &host; ///< windows and processes
     platform::Clock clock = platform::system_time;
