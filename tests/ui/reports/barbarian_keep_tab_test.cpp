@@ -34,7 +34,6 @@ protected:
 TEST_F(KeepPage, WaitsForAKill)
 {
     open_page();
-    EXPECT_TRUE(says(u"Loading cooldown..."_s));
     page_->refresh();
     EXPECT_THAT(column(kills(), 0), IsEmpty());
     EXPECT_TRUE(says(u"🏰 Barbarian Keep — Ready!"_s));
