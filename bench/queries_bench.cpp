@@ -182,12 +182,15 @@ class Bench {
 public:
     void fill_and_measure(const QString &folder, int rounds);
     void measure(const QString &path, int rounds);
+    /// A chain whose rounds no slice holds together.
+    void measure_many_types(const QString &folder);
     void print() const;
 
 private:
     void print_table(const QString &path, const std::vector<Query> &queries, int rounds,
                      bool has_goals);
     void measure_start(const QString &path, int rounds);
+    void measure_remembering(const QString &path, int rounds);
 
     std::vector<Figure> figures_;
     std::map<std::string, std::map<int, double>> all_time_; ///< by query and rounds
@@ -210,6 +213,7 @@ void Bench::measure(const QString &path, int rounds)
     print_table(path, chain_queries, rounds, true);
     print_table(path, other_queries, rounds, false);
     measure_start(path, rounds);
+    measure_remembering(path, rounds);
 }
 
 void Bench::print_table(const QString &path, const std::vector<Query> &queries, int rounds,
@@ -251,6 +255,30 @@ void Bench::measure_start(const QString &path, int rounds)
     figures_.push_back({"init_schema_ms_at_" + std::to_string(rounds), fastest(times), 150.0});
 }
 
+void Bench::measure_remembering(const QString &path, int rounds)
+{
+    data::TallyDb db(path);
+    db.summary(barbarians, {}, {}, {});
+    db.set_setting(QStringLiteral("overlay_x"), QStringLiteral("80"));
+    const double time = milliseconds_of([&] { db.summary(barbarians, {}, {}, {}); });
+    std::printf("summary after a setting %.3f ms\n", time);
+    figures_.push_back({"summary_after_a_setting_ms_at_" + std::to_string(rounds), time, 1.0});
+}
+
+void Bench::measure_many_types(const QString &folder)
+{
+    data::TallyDb db(folder + QStringLiteral("/types.db"));
+    db.init_schema();
+    data::BattleReport chain;
+    chain.rounds.resize(100'000);
+    for (std::size_t type = 0; type < chain.rounds.size(); ++type)
+        chain.rounds[type].npc_btype = static_cast<double>(type);
+    const double time =
+        milliseconds_of([&] { db.insert_report(QStringLiteral("chain"), chain, 1.0); });
+    std::printf("\nchain of 100000 types stored in %.1f ms\n", time);
+    figures_.push_back({"insert_of_100000_types_ms", time, 5000.0});
+}
+
 void Bench::print() const
 {
     std::printf("\n");
@@ -280,5 +308,6 @@ int main(int argc, char *argv[])
         else
             bench.fill_and_measure(scratch.path(), std::max(word.toInt(), 1));
     }
+    bench.measure_many_types(scratch.path());
     bench.print();
 }

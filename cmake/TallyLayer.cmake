@@ -19,6 +19,7 @@ function(tally_program name)
     # A decoded mail is ten thousands of small nodes, which mimalloc hands out nearly twice as fast
     # as glibc. It stands first so that its malloc comes before that of the C library.
     target_link_libraries(${name} PRIVATE mimalloc)
+    target_sources(${name} PRIVATE "${CMAKE_SOURCE_DIR}/src/platform/memory/throwing_new.cpp")
   endif()
   target_link_libraries(${name} PRIVATE ${PROGRAM_LINKS} tally_options)
 endfunction()

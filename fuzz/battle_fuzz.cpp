@@ -15,7 +15,10 @@ double sort_number(std::optional<double> value)
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArrayView mail = fuzz::input_of(data, size);
-    if (const auto report = data::parse_battle(mail)) {
+    const auto battle_in = [](QByteArrayView bytes) {
+        return data::parse_battle(bytes, [](double) { return std::optional<int>(); });
+    };
+    if (const auto report = fuzz::found_by(battle_in, mail)) {
         fuzz::require(!report->rounds.empty());
         for (size_t i = 1; i < report->rounds.size(); ++i)
             fuzz::require(sort_number(report->rounds[i - 1].ets) >=
@@ -23,6 +26,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     }
     // Damaged trees never reach the loot of a report: read it from anywhere, too.
     for (qsizetype pos = 0; pos < mail.size(); pos += 1 + mail.size() / 8)
-        data::read_loot(mail, pos);
+        fuzz::found_by([pos](QByteArrayView bytes) { return data::read_loot(bytes, pos); }, mail);
     return 0;
 }

@@ -7,7 +7,10 @@ using namespace tally;
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const auto report = data::parse_field(fuzz::input_of(data, size));
+    const auto field_in = [](QByteArrayView bytes) {
+        return data::parse_field(bytes);
+    };
+    const auto report = fuzz::found_by(field_in, fuzz::input_of(data, size));
     if (!report)
         return 0;
     fuzz::require(!report->isEmpty());

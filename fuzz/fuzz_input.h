@@ -1,5 +1,7 @@
 #pragma once
 
+#include "data/mail/mail_value.h"
+
 #include <QByteArrayView>
 
 #include <cstddef>
@@ -13,6 +15,17 @@ namespace tally::fuzz {
 inline QByteArrayView input_of(const std::uint8_t *data, std::size_t size)
 {
     return {data, static_cast<qsizetype>(size)};
+}
+
+/// What `parse` finds in an input; nothing where that would be more than any mail holds.
+template <typename Parse>
+auto found_by(Parse &&parse, QByteArrayView input) -> decltype(parse(input))
+{
+    try {
+        return parse(input);
+    } catch (const data::OversizedMail &) {
+        return {};
+    }
 }
 
 /// Stops the fuzzer with the input at hand where a law does not hold.

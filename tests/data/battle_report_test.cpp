@@ -1,7 +1,9 @@
 #include "data/mail/battle_report.h"
 
-#include "data/master/master_cache.h"
+#include "data/import/battle_file.h"
+#include "data/mail/mail_value.h"
 #include "mail_encoder.h"
+#include "support/hostile_mails.h"
 #include "support/print_qt.h"
 
 #include <gmock/gmock.h>
@@ -20,7 +22,16 @@ using testing::ElementsAre;
 
 namespace {
 
-constexpr std::optional<BattleReport> (*battle_in)(QByteArrayView) = data::parse_battle;
+/// Knows the barbarians of one type.
+std::optional<int> level_of(double npc_type)
+{
+    return npc_type == 7.0 ? std::optional(17) : std::nullopt;
+}
+
+std::optional<BattleReport> battle_in(QByteArrayView mail)
+{
+    return data::parse_battle(mail, level_of);
+}
 
 constexpr double some_time = 1.7e9;
 
@@ -77,17 +88,9 @@ std::vector<std::optional<double>> each(const std::vector<T> &records,
     return values;
 }
 
-class BattleReportTest : public testing::Test {
-protected:
-    void SetUp() override { data::MasterCache::instance().clear(); }
-    void TearDown() override { data::MasterCache::instance().clear(); }
-};
-
-using BattleRounds = BattleReportTest;
-
 } // namespace
 
-TEST_F(BattleReportTest, RefusesWhatIsNoBattleWithRounds)
+TEST(BattleReport, RefusesWhatIsNoBattleWithRounds)
 {
     EXPECT_FALSE(battle_in({}));
     EXPECT_FALSE(battle_in(battle(entry("NpcBType", number(1)))));
@@ -103,7 +106,7 @@ TEST_F(BattleReportTest, RefusesWhatIsNoBattleWithRounds)
     EXPECT_FALSE(battle_in(mail(head + entry("type", number(1)) + fight())));
 }
 
-TEST_F(BattleRounds, FactsBelongToTheAnchorBeforeThemEvenIfThatHasNoNumber)
+TEST(BattleRounds, FactsBelongToTheAnchorBeforeThemEvenIfThatHasNoNumber)
 {
     const auto rounds =
         rounds_of(entry("CtId", number(1)) +
@@ -117,7 +120,7 @@ TEST_F(BattleRounds, FactsBelongToTheAnchorBeforeThemEvenIfThatHasNoNumber)
     EXPECT_EQ(rounds.at(1).is_fort_round, 0);
 }
 
-TEST_F(BattleRounds, OnlyTheFirstMarkerOfAFactCounts)
+TEST(BattleRounds, OnlyTheFirstMarkerOfAFactCounts)
 {
     const BattleRound one =
         round_of(fight(7, entry("CtId", text("x")) + entry("CtId", number(5)) +
@@ -128,7 +131,7 @@ TEST_F(BattleRounds, OnlyTheFirstMarkerOfAFactCounts)
     EXPECT_EQ(one.level, std::nullopt);
 }
 
-TEST_F(BattleRounds, FirstSmallEtsCounts)
+TEST(BattleRounds, FirstSmallEtsCounts)
 {
     const QByteArray seconds = entry("Ets", number(some_time));
     EXPECT_EQ(
@@ -139,7 +142,7 @@ TEST_F(BattleRounds, FirstSmallEtsCounts)
     EXPECT_EQ(round_of(fight(7, entry("Ets", number(9999999)))).ets, 9999999.0);
 }
 
-TEST_F(BattleRounds, SecondHurtIsTheDamageTakenAndTheFirstDeathTheDamageDealt)
+TEST(BattleRounds, SecondHurtIsTheDamageTakenAndTheFirstDeathTheDamageDealt)
 {
     const auto taken = [](const QByteArray &lead_in) {
         return round_of(lead_in + fight()).damage_taken;
@@ -158,7 +161,7 @@ TEST_F(BattleRounds, SecondHurtIsTheDamageTakenAndTheFirstDeathTheDamageDealt)
     EXPECT_THAT(each(rounds, &BattleRound::damage_dealt), ElementsAre(1.0, 3.0));
 }
 
-TEST_F(BattleRounds, SortByEtsThenByDisappearTickWithZeroForWhatIsNoNumber)
+TEST(BattleRounds, SortByEtsThenByDisappearTickWithZeroForWhatIsNoNumber)
 {
     const auto nth = [](double number_in_order, double ets, double tick) {
         return fight(number_in_order,
@@ -177,7 +180,7 @@ TEST_F(BattleRounds, SortByEtsThenByDisappearTickWithZeroForWhatIsNoNumber)
     EXPECT_TRUE(std::ranges::is_sorted(rounds_of(entries), {}, place));
 }
 
-TEST_F(BattleRounds, MissingBaseTypeIsThatOfTheFirstSortedRound)
+TEST(BattleRounds, MissingBaseTypeIsThatOfTheFirstSortedRound)
 {
     const auto rounds =
         rounds_of(fight(1, entry("Ets", number(1)) + entry("NpcBType", number(5))) + fight(2) +
@@ -186,10 +189,8 @@ TEST_F(BattleRounds, MissingBaseTypeIsThatOfTheFirstSortedRound)
     EXPECT_THAT(each(rounds, &BattleRound::npc_btype), ElementsAre(6, 5, 6));
 }
 
-TEST_F(BattleRounds, LevelComesFromCastleThenTypeThenTableThenMail)
+TEST(BattleRounds, LevelComesFromCastleThenTypeThenTableThenMail)
 {
-    data::MasterCache::instance().load_json(u"barbs"_s, R"({"types": [
-        {"npc_type_min": 7, "npc_type_max": 7, "name": "Seven", "level_offset": 10}]})");
     const auto rounds = rounds_of(
         entry("level", number(3)) + fight(150008) + fight(150009) + fight(150050) + fight(150051) +
         fight(7) + fight(8) + fight(150009, entry("CastleLevel", number(25))) +
@@ -198,7 +199,7 @@ TEST_F(BattleRounds, LevelComesFromCastleThenTypeThenTableThenMail)
                 ElementsAre(3.0, 41.0, 82.0, 3.0, 17.0, 3.0, 25.0, 41.0, 3.0, 3.0));
 }
 
-TEST_F(BattleRounds, LootIsThatOfTheFirstMarkerInTheBlock)
+TEST(BattleRounds, LootIsThatOfTheFirstMarkerInTheBlock)
 {
     const auto loot = [](double value) {
         return entry("NpcKillLoot", array({loot_item(4, 1, value)}));
@@ -230,7 +231,32 @@ TEST(ReadLoot, EntriesMayLackAnythingButABrokenOneEndsTheList)
     EXPECT_TRUE(read_loot(map(), -1).empty());
 }
 
-TEST_F(BattleReportTest, ResultAndTimeAreFoundInTheTree)
+TEST(BattleReport, RoundsMayShareTheirLootUpToBoundsThatNoMailReaches)
+{
+    const auto report = battle_in(test::chain_of_shared_loot(100));
+    ASSERT_TRUE(report);
+    qsizetype entries = 0;
+    for (const BattleRound &round : report->rounds)
+        entries += static_cast<qsizetype>(round.loot.size());
+    EXPECT_EQ(entries, 99 * 100 / 2) << "each round has the loot of all that follow";
+
+    const std::pair<QByteArray, const char *> oversized[] = {
+        {test::chain_of_shared_loot(1'500), "more than 1000000 loot entries"},
+        {test::chain_of_shared_loot(5'000), "more than 4096 loot entries in a round"},
+        {test::chain_of_endless_entries(100), "more than 64 numbers in a loot entry"},
+        {test::chain_of_rounds(100'001), "more than 100000 rounds"},
+    };
+    for (const auto &[mail, reason] : oversized) {
+        try {
+            battle_in(mail);
+            ADD_FAILURE() << "is read, and should have " << reason;
+        } catch (const data::OversizedMail &refusal) {
+            EXPECT_STREQ(refusal.what(), reason);
+        }
+    }
+}
+
+TEST(BattleReport, ResultAndTimeAreFoundInTheTree)
 {
     const BattleReport report = report_of(
         entry("deep", map({entry("result", small_value(1)), entry("time", number(1.7e15))})));
@@ -241,7 +267,7 @@ TEST_F(BattleReportTest, ResultAndTimeAreFoundInTheTree)
     EXPECT_EQ(report_of(entry("result", map())).result, std::nullopt);
 }
 
-TEST_F(BattleReportTest, ChainTimesComeFromBtsAndTimeElseFromOtherTimes)
+TEST(BattleReport, ChainTimesComeFromBtsAndTimeElseFromOtherTimes)
 {
     const QByteArray start = entry("Bts", number(some_time)) + entry("Bts", number(some_time + 9));
     const QByteArray end = entry("time", number((some_time + 60.5) * 1e6));
@@ -264,7 +290,7 @@ TEST_F(BattleReportTest, ChainTimesComeFromBtsAndTimeElseFromOtherTimes)
     }
 }
 
-TEST_F(BattleReportTest, PlayerIsTheFirstBehindSelfChar)
+TEST(BattleReport, PlayerIsTheFirstBehindSelfChar)
 {
     const BattleReport report = report_of(
         entry("PId", number(1)) +
@@ -278,7 +304,7 @@ TEST_F(BattleReportTest, PlayerIsTheFirstBehindSelfChar)
     EXPECT_EQ(report.alliance_name, u"Wolves");
 }
 
-TEST_F(BattleReportTest, FactsOutOfReachAreNotThePlayers)
+TEST(BattleReport, FactsOutOfReachAreNotThePlayers)
 {
     // The map's tag and the marker of the filling in front, the end of the own marker at the edge.
     const auto with_key_ending_at = [](qsizetype reach, const QByteArray &key,
@@ -298,7 +324,7 @@ TEST_F(BattleReportTest, FactsOutOfReachAreNotThePlayers)
     EXPECT_FALSE(battle_in(battle(fight()) + text("SelfChar"))->player_id);
 }
 
-TEST_F(BattleReportTest, NamesOfMoreThan200BytesAreDropped)
+TEST(BattleReport, NamesOfMoreThan200BytesAreDropped)
 {
     const auto name = [](const QByteArray &value) {
         return report_of(self_char(entry("PName", value) + entry("AName", text("W")))).player_name;
@@ -308,7 +334,7 @@ TEST_F(BattleReportTest, NamesOfMoreThan200BytesAreDropped)
     EXPECT_EQ(name(number(5)), u"");
 }
 
-TEST_F(BattleReportTest, AnyRallyTextMayEndWithSquareRally)
+TEST(BattleReport, AnyRallyTextMayEndWithSquareRally)
 {
     const auto rally = [](const QByteArray &value) {
         return entry("IsRally", value);
@@ -321,7 +347,7 @@ TEST_F(BattleReportTest, AnyRallyTextMayEndWithSquareRally)
     EXPECT_FALSE(report_of(rally(text("squarerally"))).is_square_rally);
 }
 
-TEST_F(BattleReportTest, MailCutAnywhereIsNoReport)
+TEST(BattleReport, MailCutAnywhereIsNoReport)
 {
     const QByteArray whole = battle(
         entry("Bts", number(some_time)) +

@@ -127,7 +127,10 @@ TEST(ChainSlices, OfManyChainsAreCompletedInStepsOutsideTheStart)
     EXPECT_GT(left(), 100);
     const std::atomic<bool> cancelled = true;
     store.db.complete_chain_slices(&cancelled);
-    EXPECT_GT(left(), 100);
+    const int before = left();
+    EXPECT_GT(before, 100);
+    EXPECT_EQ(store.db.complete_chain_slices(10), before - 10);
+    EXPECT_EQ(store.db.stale_chain_count(), before - 10);
     store.db.complete_chain_slices();
     EXPECT_EQ(stale(store.plain()), u"");
     EXPECT_EQ(store.db.summary(barbarians, {}, {}, {}), ChainReference(store.plain()).summary({}));
@@ -143,7 +146,7 @@ TEST_P(ChainSlicesWith, ValuesThatAreNoNumbersTakeThemForMissing)
     EXPECT_EQ(stale(store.plain()), u"");
     const ChainReference reference(store.plain());
     for (const std::optional<double> from : {std::optional<double>(), std::optional(3600.0)}) {
-        const ChainQuestion question{1.0, from, {}, {}, 0};
+        const ChainQuestion question{1.0, from, {}, {}, {}};
         EXPECT_EQ(store.db.summary(barbarians, from, {}, {}), reference.summary(question));
         EXPECT_EQ(store.db.best_chain(barbarians, from, {}, {}), reference.best_chain(question));
         EXPECT_EQ(store.db.hourly(barbarians, from, {}, {}),
@@ -269,7 +272,67 @@ TEST(ChainSlices, ARoundThatIsMarkedByALinkCountsNoMore)
     EXPECT_EQ(store.db.summary(barbarians, {}, {}, {}).battles, 1);
 }
 
-TEST(RememberedResults, EndWithAnyChangeOfTheStoreAndBelongToTheirQuestion)
+class ChangeStampAfter : public testing::TestWithParam<const char *> {};
+
+TEST_P(ChangeStampAfter, AChangeOfAReportByAnyoneIsAnother)
+{
+    TempStore store;
+    add_each_kind(store.db, u"mail"_s, 1.0, 1, 1);
+    const auto before = store.db.change_stamp();
+    PlainConnection(store.path).rows(QString::fromLatin1(GetParam()));
+    EXPECT_NE(store.db.change_stamp(), before);
+    store.db.complete_chain_slices();
+    const auto complete = store.db.change_stamp();
+    EXPECT_NE(complete, before);
+    EXPECT_EQ(store.db.change_stamp(), complete);
+    for (const QString &sql : {u"BEGIN"_s, u"DELETE FROM trial_reports"_s, u"ROLLBACK"_s})
+        rows_of(store.db.connection(), sql);
+    EXPECT_EQ(store.db.change_stamp(), complete);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Reports, ChangeStampAfter,
+    testing::Values(
+        "UPDATE reports SET is_fort_round = 1", "UPDATE loot SET value = 9",
+        "INSERT INTO loot (file_name, value) VALUES ('of no chain', 1)", "DELETE FROM loot",
+        "INSERT INTO field_reports (file_name, attack_id) VALUES ('f', 1)",
+        "DELETE FROM field_reports", "UPDATE field_reports SET email_box = 'Archive'",
+        "DELETE FROM trial_reports", "UPDATE trial_reports SET boss_name = 'x'",
+        "INSERT OR REPLACE INTO trial_reports (file_name) VALUES ('mail')",
+        "UPDATE trial_participants SET player_name = 'x'", "DELETE FROM trial_participants",
+        "INSERT INTO trial_participants (file_name) VALUES ('mail')",
+        "UPDATE trial_loot SET value = 9", "DELETE FROM trial_loot",
+        "INSERT INTO trial_loot (participant_id) VALUES (1)",
+        "UPDATE fort_reports SET battle_file_name = 'x'", "DELETE FROM fort_reports",
+        "INSERT INTO fort_reports (file_name) VALUES ('f')", "UPDATE fort_loot SET value = 9",
+        "DELETE FROM fort_loot", "INSERT INTO fort_loot (file_name) VALUES ('mail')",
+        "DROP TRIGGER count_fort_loot_insert"));
+
+TEST(RememberedResults, OutliveWhatIsNoReport)
+{
+    TempStore store;
+    store.db.insert_report(u"chain"_s, battle(1.0, {battle_round(1.0)}), 1.0);
+    const auto battles = [&store] {
+        return store.db.summary(barbarians, {}, {}, {}).battles;
+    };
+    EXPECT_EQ(battles(), 1);
+    store.db.link_fort_to_chains(); // the first makes a table for the planner
+    EXPECT_EQ(battles(), 1);
+    // Nobody notes this change, so that it shows who reads the store again.
+    rows_of(store.db.connection(), u"UPDATE chain_slices SET rounds = 7"_s);
+    const auto before = store.db.change_stamp();
+    store.db.set_setting(u"overlay_x"_s, u"3"_s);
+    store.db.log_honor_summary({}, {}, {}, {}, {}, {}, {});
+    store.db.note_examined({{u"chain"_s, {}, {}}});
+    store.db.link_fort_to_chains();
+    PlainConnection(store.path).rows(u"DELETE FROM settings"_s);
+    EXPECT_EQ(store.db.change_stamp(), before);
+    EXPECT_EQ(battles(), 1);
+    store.db.insert_report(u"chain"_s, battle(1.0, {battle_round(1.0), battle_round(2.0)}), 1.0);
+    EXPECT_EQ(battles(), 2);
+}
+
+TEST(RememberedResults, EndWithAnyChangeOfTheReportsAndBelongToTheirQuestion)
 {
     TempStore store;
     const auto battles = [&store] {

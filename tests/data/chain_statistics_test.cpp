@@ -4,6 +4,7 @@
 #include "support/print_records.h"
 #include "support/random_chains.h"
 #include "support/report_builders.h"
+#include "support/specified_chain_queries.h"
 #include "support/temp_store.h"
 
 #include <gmock/gmock.h>
@@ -26,7 +27,7 @@ std::vector<ChainQuestion> questions()
 {
     std::vector<ChainQuestion> all;
     for (const double btype : {1.0, 2.0}) {
-        for (const int mode : {0, 1, 2}) {
+        for (const auto mode : {data::ApSource::all, data::ApSource::paid, data::ApSource::free}) {
             all.push_back({btype, {}, {}, {}, mode});
             all.push_back({btype, 3600.0, {}, {}, mode});
             all.push_back({btype, {}, 3600.0, {}, mode});
@@ -50,13 +51,19 @@ void expect_as_computed(data::TallyDb &db, const ChainReference &reference)
 {
     for (const ChainQuestion &question : questions()) {
         const auto &[btype, from, to, player, mode] = question;
-        SCOPED_TRACE(testing::Message() << "btype " << btype << " from " << from.value_or(-1.0)
-                                        << " to " << to.value_or(-1.0) << " player "
-                                        << player.value_or(-1.0) << " mode " << mode);
-        db.free_ap_mode = mode;
+        SCOPED_TRACE(testing::Message()
+                     << "btype " << btype << " from " << from.value_or(-1.0) << " to "
+                     << to.value_or(-1.0) << " player " << player.value_or(-1.0) << " mode "
+                     << static_cast<int>(mode));
+        db.free_ap_mode = static_cast<int>(mode);
+        EXPECT_EQ(db.question(btype, from, to, player), question);
         EXPECT_EQ(db.summary(btype, from, to, player), reference.summary(question));
         EXPECT_EQ(db.best_chain(btype, from, to, player), reference.best_chain(question));
         EXPECT_EQ(sorted(db.loot_stats(btype, from, to, player)), reference.loot_stats(question));
+        EXPECT_EQ(specified_summary(db.connection(), question), reference.summary(question));
+        EXPECT_EQ(specified_best_chain(db.connection(), question), reference.best_chain(question));
+        EXPECT_EQ(sorted(specified_loot_stats(db.connection(), question)),
+                  reference.loot_stats(question));
         EXPECT_EQ(db.hourly(btype, from, to, player),
                   reference.hourly(question, QTimeZone::systemTimeZone()));
         const auto pairs = db.hero_pairs(btype, from, to, player);
@@ -73,19 +80,22 @@ void expect_as_computed(data::TallyDb &db, const ChainReference &reference)
     for (const data::PlayerRow &player : db.players())
         chains[*player.player_id] = player.n;
     EXPECT_EQ(chains, reference.chains_of_players());
-    for (const double since : {0.0, 3600.0, 5000.5, 1.65e9})
+    for (const double since : {0.0, 3600.0, 5000.5, 1.65e9}) {
         EXPECT_EQ(db.honor_since(since), reference.honor_since(since));
+        EXPECT_EQ(specified_honor_since(db.connection(), since), reference.honor_since(since));
+    }
 }
 
-/// As if another program had changed a chain that is none of ours.
-void make_stale(const data::TallyDb &db)
+/// As if another program had changed half of the chains.
+void make_stale(const QString &path)
 {
-    rows_of(db.connection(), u"INSERT OR IGNORE INTO stale_chains VALUES ('elsewhere')"_s);
+    PlainConnection(path).rows(
+        u"UPDATE reports SET level = level WHERE file_name GLOB '*[02468]'"_s);
 }
 
 bool has_stale_chains(const data::TallyDb &db)
 {
-    return text_of(db.connection(), u"SELECT COUNT(*) FROM stale_chains"_s) != u"0";
+    return text_of(db.connection(), u"SELECT COUNT(*) FROM main.stale_chains"_s) != u"0";
 }
 
 /// The process in another time zone.
@@ -107,7 +117,7 @@ struct ZoneScope {
 
 class ChainStatisticsOf : public testing::TestWithParam<unsigned> {};
 
-TEST_P(ChainStatisticsOf, SlicesAndRoundsGiveWhatTheRowsAddUpTo)
+TEST_P(ChainStatisticsOf, AreWhatTheRowsAddUpToAndWhatTheirDefinitionsGive)
 {
     TempStore store;
     const unsigned seed = GetParam();
@@ -116,8 +126,21 @@ TEST_P(ChainStatisticsOf, SlicesAndRoundsGiveWhatTheRowsAddUpTo)
     ASSERT_FALSE(has_stale_chains(store.db));
     const ChainReference reference(store.db.connection());
     expect_as_computed(store.db, reference);
-    make_stale(store.db);
+    make_stale(store.path);
+    EXPECT_EQ(has_stale_chains(store.db), seed > 0);
     expect_as_computed(store.db, reference);
+    EXPECT_FALSE(has_stale_chains(store.db));
+
+    // While the store cannot be written.
+    make_stale(store.path);
+    const PlainConnection holder(store.path);
+    holder.rows(u"BEGIN IMMEDIATE"_s);
+    expect_as_computed(store.db, reference);
+    EXPECT_EQ(has_stale_chains(store.db), seed > 0);
+    holder.rows(u"COMMIT"_s);
+    PlainConnection(store.path).rows(u"DELETE FROM loot WHERE id % 3 = 0"_s);
+    expect_as_computed(store.db, ChainReference(store.db.connection()));
+    EXPECT_FALSE(has_stale_chains(store.db));
 }
 
 INSTANTIATE_TEST_SUITE_P(RandomStores, ChainStatisticsOf, testing::Range(0u, 13u));

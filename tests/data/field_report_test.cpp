@@ -1,7 +1,9 @@
 #include "data/mail/field_report.h"
 
 #include "data/mail/hero_texts.h"
+#include "data/mail/mail_value.h"
 #include "mail_encoder.h"
+#include "support/hostile_mails.h"
 #include "support/hostile_numbers.h"
 #include "support/print_qt.h"
 
@@ -224,6 +226,16 @@ TEST(FieldReport, TimeAndTourHaveFallbacks)
     EXPECT_EQ(column_of(with, u"tour_id"_s), QVariantList({8.0, 8.0}));
 }
 
+TEST(FieldReport, MoreThanAnyMailHoldsIsRefused)
+{
+    EXPECT_EQ(rows_of(test::field_of_attacks(100, 1'000)).size(), 100);
+    EXPECT_THROW(field_in(test::field_of_attacks(data::max_attacks + 1, 0)), data::OversizedMail);
+    EXPECT_THROW(field_in(test::field_of_attacks(17, 1'000'000)), data::OversizedMail)
+        << "each row repeats the player's name";
+    EXPECT_TRUE(field_in(test::field_of_buffs(data::max_buffs_of_hero)));
+    EXPECT_THROW(field_in(test::field_of_buffs(data::max_buffs_of_hero + 1)), data::OversizedMail);
+}
+
 TEST(FieldReport, MailCutAnywhereIsNoReport)
 {
     const QByteArray whole = field(
@@ -260,6 +272,7 @@ TEST(HeroTexts, BuffsAreSummedOverAllSlots)
     EXPECT_EQ(buffs({u"7_0.05"_s, u""_s, u"7_0.1;2_1"_s}), u"buff2: 100.0%; buff7: 15.0%");
     EXPECT_EQ(buffs({u"10_0.1;2_0.1"_s}), u"buff10: 10.0%; buff2: 10.0%");
     EXPECT_EQ(buffs({u"x_1;_1;5;6_;6_x;6_1_2;;_;3000000000_1;7_0.05"_s}), u"buff7: 5.0%");
+    EXPECT_EQ(buffs({u"7_9e300"_s}), u"buff7: %1%"_s.arg(QString::number(9e302, 'f', 1)));
     EXPECT_EQ(data::format_buffs(u"7_0.05"_s), u"");
 }
 

@@ -1,7 +1,10 @@
 #include "data/import/import_pipeline.h"
 
+#include "data/import/battle_file.h"
+#include "data/master/master_cache.h"
 #include "mail_encoder.h"
 #include "platform/files/exact_files.h"
+#include "support/hostile_mails.h"
 #include "support/plain_connection.h"
 #include "support/small_mails.h"
 #include "support/temp_mails.h"
@@ -98,6 +101,24 @@ TEST(ImportFile, TakesOnlyWholeReportsThatShowWhereTheirKindDoes)
     }
 }
 
+TEST(ImportDir, NamesAMailBeyondAllBoundsOnceAndGoesOn)
+{
+    const TempMails mails;
+    TempStore store;
+    static QStringList lines;
+    lines.clear();
+    const auto log_before = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext &, const QString &line) { lines << line; });
+    mails.add(u"Persistent.Mail.1"_s, test::chain_of_shared_loot(5'000), chain_start);
+    mails.add(u"Persistent.Mail.2"_s, chain_mail(), chain_start);
+    EXPECT_EQ(import(mails, store.db).imported, 1);
+    import(mails, store.db);
+    qInstallMessageHandler(log_before);
+    const QString refusal = u"passed over \"Persistent.Mail.1\" because it has more than 4096 loot "
+                            "entries in a round"_s;
+    EXPECT_EQ(lines.count(refusal), 1) << lines.join(u'\n').toStdString();
+}
+
 TEST(ImportDir, TakesMailFilesOnlyAndCallsBackEvery200FilesAndAtTheEnd)
 {
     const TempMails mails;
@@ -192,6 +213,25 @@ TEST(ImportFile, KeepsTheFirstVersionOfAFileAsItsRawCopy)
     EXPECT_TRUE(import_file(mails.add(name, chain_mail()), raw, store.db))
         << "a file that was torn is imported when it has become whole";
     EXPECT_EQ(platform::read_file(QDir(raw).filePath(name)), "half a mail");
+}
+
+TEST(ImportFile, TakesLevelsFromTheReferenceTables)
+{
+    const TempMails mails;
+    TempStore store;
+    auto &tables = MasterCache::instance();
+    ASSERT_TRUE(tables.load_json(u"barbs"_s, R"({"types": [
+        {"npc_type_min": 7, "npc_type_max": 7, "name": "Seven", "level_offset": 10}]})"));
+    const QString path =
+        mails.add(u"Persistent.Mail.1"_s,
+                  sample::mail(entry("type", text("Battle")) + entry("NpcType", number(7)) +
+                               entry("NpcKillLoot", loot_map())));
+    const auto report = parse_battle(path);
+    import_file(path, {}, store.db);
+    tables.clear();
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->rounds.at(0).level, 17.0);
+    EXPECT_EQ(text_in(store, u"SELECT level FROM reports"_s), u"17.0");
 }
 
 TEST(ImportFile, StoresTheFilesTimeToTheMillisecond)

@@ -134,6 +134,22 @@ TEST(MailValue, DamageIsNamedWithItsPlace)
         EXPECT_EQ(error_of(mail), QLatin1StringView(error)) << mail.toHex().constData();
 }
 
+TEST(MailValue, TreeOfMoreThanAnyMailHoldsIsRefused)
+{
+    const QByteArray pair = small_value(1) + small_value(1);
+    const auto tree_of = [&](qsizetype values) {
+        return mail(pair.repeated(values - 1));
+    };
+    EXPECT_EQ(error_of(tree_of(data::max_values)), u"no error");
+    EXPECT_EQ(error_of(tree_of(data::max_values + 1)), u"more than 1000000 values");
+    // Maps of a shape that came before count like others.
+    const QByteArray shaped = entry("m", map(pair.repeated(3)));
+    EXPECT_EQ(error_of(mail(shaped.repeated(data::max_values / 4))), u"more than 1000000 values");
+    const QByteArray half = entry("t", text(QByteArray(data::max_text_bytes / 2, 'x')));
+    EXPECT_EQ(error_of(mail(half)), u"no error");
+    EXPECT_EQ(error_of(mail(half + half)), u"more than 20000000 bytes of text");
+}
+
 TEST(MailValue, DeepestMailFitsASmallStack)
 {
     const QByteArray deepest = nested_mail(data::max_nesting);

@@ -15,6 +15,8 @@ namespace tally::sample {
 namespace {
 
 using namespace Qt::StringLiterals;
+using data::ReportKind;
+using data::ReportKinds;
 using testing::AllOf;
 using testing::Ge;
 using testing::Le;
@@ -35,8 +37,15 @@ bool is_one_tree(const QByteArray &bytes)
 struct SampleKind {
     const char *name;
     QByteArray (*mail)(quint32 seed);
-    std::vector<bool> stored_as; ///< battle, field, trial, fort
+    ReportKinds stored_as;
 };
+
+ReportKinds only(ReportKind kind)
+{
+    ReportKinds kinds;
+    kinds.add(kind);
+    return kinds;
+}
 
 class SampleMail : public testing::TestWithParam<SampleKind> {};
 
@@ -51,23 +60,21 @@ TEST_P(SampleMail, DependsOnItsSeedAloneAndIsStoredAsItsOwnKindOnly)
         const QString name = u"Persistent.Mail.%1"_s.arg(seed);
         EXPECT_THAT(mail(seed).size(), AllOf(Ge(2000), Le(200000))) << seed;
         const QString path = mails.add(name, mail(seed));
-        const bool is_report = std::ranges::count(stored_as, true) == 1;
+        const bool is_report = stored_as != ReportKinds();
         EXPECT_EQ(data::import_file(path, {}, store.db), is_report);
         EXPECT_FALSE(data::import_file(path, {}, store.db));
-        const data::StoredKinds kinds = store.db.stored_kinds(name);
-        ASSERT_EQ((std::vector{kinds.battle, kinds.field, kinds.trial, kinds.fort}), stored_as)
-            << "seed " << seed;
+        ASSERT_EQ(store.db.stored_kinds(name).sum(), stored_as.sum()) << "seed " << seed;
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(
     , SampleMail,
-    testing::Values(SampleKind{"chain", sample_chain_mail, {true, false, false, false}},
-                    SampleKind{"field", sample_field_mail, {false, true, false, false}},
-                    SampleKind{"trial", sample_trial_mail, {false, false, true, false}},
-                    SampleKind{"keep", sample_keep_mail, {false, false, true, false}},
-                    SampleKind{"fort", sample_fort_mail, {false, false, false, true}},
-                    SampleKind{"other", sample_other_mail, {false, false, false, false}}),
+    testing::Values(SampleKind{"chain", sample_chain_mail, only(ReportKind::battle)},
+                    SampleKind{"field", sample_field_mail, only(ReportKind::field)},
+                    SampleKind{"trial", sample_trial_mail, only(ReportKind::trial)},
+                    SampleKind{"keep", sample_keep_mail, only(ReportKind::trial)},
+                    SampleKind{"fort", sample_fort_mail, only(ReportKind::fort)},
+                    SampleKind{"other", sample_other_mail, {}}),
     [](const auto &kind) { return std::string(kind.param.name); });
 
 TEST(LargeFieldMail, IsOneTreeOfTwelveAttacks)

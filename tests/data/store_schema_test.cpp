@@ -67,8 +67,9 @@ TEST(StoreSchema, ANewFileHasItsKeysAndIndexesAndTheSameColumnsForBothArmies)
                           "WHERE t.pk > 0 ORDER BY m.name, t.pk)"_s),
               u"chain_slice_loot.slice_id chain_slices.id examined_mails.file_name "
               "field_reports.file_name field_reports.attack_id fort_loot.id "
-              "fort_reports.file_name loot.id reports.file_name reports.round_no settings.key "
-              "stale_chains.file_name trial_loot.id trial_participants.id trial_reports.file_name");
+              "fort_reports.file_name loot.id report_changes.id reports.file_name reports.round_no "
+              "settings.key stale_chains.file_name trial_loot.id trial_participants.id "
+              "trial_reports.file_name");
     EXPECT_EQ(text_of(db, u"SELECT replace(name, 'my_', 'enemy_') FROM "
                           "pragma_table_info('field_reports') WHERE name LIKE 'my\\_%' ESCAPE '\\' "
                           "EXCEPT SELECT name FROM pragma_table_info('field_reports')"_s),

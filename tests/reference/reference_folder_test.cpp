@@ -1,3 +1,4 @@
+#include "data/import/battle_file.h"
 #include "data/mail/battle_report.h"
 #include "data/mail/fort_report.h"
 #include "data/mail/trial_report.h"
@@ -136,7 +137,8 @@ TEST_F(SampleReference, NamesWhatTheMadeUpMailsHold)
     while (const auto mail = world.next()) {
         const QByteArrayView bytes = mail->bytes;
         const bool is_chain = mail->kind == MailKind::Chain || mail->kind == MailKind::FortChain;
-        if (const auto battle = is_chain ? data::parse_battle(bytes) : std::nullopt) {
+        if (const auto battle =
+                is_chain ? data::parse_battle(bytes, data::known_level) : std::nullopt) {
             ++chains;
             check_hero(battle->hero_id_1);
             check_hero(battle->hero_id_2);

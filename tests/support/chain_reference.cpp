@@ -117,9 +117,9 @@ std::vector<const StoredRound *> ChainReference::filtered(const ChainQuestion &q
 {
     std::vector<const StoredRound *> rounds;
     for (const StoredRound &round : rounds_) {
-        const bool fits_mode = question.free_ap_mode == 0 ||
-                               (question.free_ap_mode == 1 && round.is_free == 0) ||
-                               (question.free_ap_mode == 2 && round.is_free == 1);
+        const bool fits_mode = question.ap_source == data::ApSource::all ||
+                               (question.ap_source == data::ApSource::paid && round.is_free == 0) ||
+                               (question.ap_source == data::ApSource::free && round.is_free == 1);
         if (round.btype == question.btype && round.is_fort == 0 && fits_mode &&
             in_span(round, question))
             rounds.push_back(&round);

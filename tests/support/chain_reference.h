@@ -31,11 +31,7 @@ struct StoredRound {
     double loot_sum() const;
 };
 
-struct ChainQuestion {
-    double btype = 1.0;
-    std::optional<double> from, to, player;
-    int free_ap_mode = 0;
-};
+using data::ChainQuestion;
 
 class ChainReference {
 public:

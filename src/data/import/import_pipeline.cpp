@@ -1,11 +1,13 @@
 #include "data/import/import_pipeline.h"
 
+#include "data/import/battle_file.h"
 #include "data/import/examined_mails.h"
 #include "data/import/mail_file.h"
 #include "data/mail/battle_report.h"
 #include "data/mail/field_report.h"
 #include "data/mail/fort_report.h"
 #include "data/mail/key_marker.h"
+#include "data/mail/refusal.h"
 #include "data/mail/trial_report.h"
 #include "data/store/tally_db.h"
 #include "platform/files/exact_files.h"
@@ -40,7 +42,7 @@ QByteArrayView attacks_tag()
 /// One way in which a mail can be a report. Stages are tried in turn and know nothing of each
 /// other.
 struct Stage {
-    bool StoredKinds::*is_stored;
+    ReportKind kind;
     bool (*looks_right)(MailFile &);
     /// Extracts and stores the report. \return whether there was one.
     bool (*store)(MailFile &, TallyDb &);
@@ -48,7 +50,7 @@ struct Stage {
 
 bool store_battle(MailFile &mail, TallyDb &db)
 {
-    const auto report = parse_battle(mail.all());
+    const auto report = parse_battle(mail.all(), known_level);
     if (!report || report->rounds.empty())
         return false;
     db.insert_report(mail.name(), *report, mail.modified());
@@ -92,34 +94,38 @@ bool looks_like_field(MailFile &mail)
 }
 
 constexpr Stage stages[] = {
-    {&StoredKinds::battle,
+    {ReportKind::battle,
      [](MailFile &mail) {
          return holds(mail.head(), kill_loot) && holds(mail.head(), battle_tag());
      },
      store_battle},
-    {&StoredKinds::field, looks_like_field, store_field},
-    {&StoredKinds::trial, [](MailFile &mail) { return holds(mail.head(), trial_word); },
-     store_trial},
-    {&StoredKinds::fort, [](MailFile &mail) { return holds(mail.head(), fort_word); }, store_fort},
+    {ReportKind::field, looks_like_field, store_field},
+    {ReportKind::trial, [](MailFile &mail) { return holds(mail.head(), trial_word); }, store_trial},
+    {ReportKind::fort, [](MailFile &mail) { return holds(mail.head(), fort_word); }, store_fort},
 };
+static_assert(covers_report_kinds(stages));
 
 /// What looking through a mail came to.
 struct Examination {
-    StoredKinds stored;  ///< by now
+    ReportKinds stored;  ///< by now
     bool is_new = false; ///< whether any of it was stored just now
     bool failed = false;
 };
 
 /// A stage that fails leaves no rows, and the file is offered again at the next import.
-Examination examine(MailFile &mail, const StoredKinds &known, TallyDb &db)
+Examination examine(MailFile &mail, ReportKinds known, TallyDb &db)
 {
     Examination result{.stored = known};
     for (const Stage &stage : stages) {
-        if (known.*stage.is_stored)
+        if (known.holds(stage.kind))
             continue;
         try {
-            if (stage.looks_right(mail) && stage.store(mail, db))
-                result.stored.*stage.is_stored = result.is_new = true;
+            if (stage.looks_right(mail) && stage.store(mail, db)) {
+                result.stored.add(stage.kind);
+                result.is_new = true;
+            }
+        } catch (const OversizedMail &refusal) {
+            log_refusal(mail.name(), refusal); // and it will not shrink: no failure to try again
         } catch (const std::exception &) {
             result.failed = true;
         }

@@ -3,8 +3,7 @@
 #include "data/mail/battle_rounds.h"
 #include "data/mail/key_marker.h"
 #include "data/mail/mail_value.h"
-#include "data/master/master_cache.h"
-#include "platform/files/exact_files.h"
+#include "data/mail/refusal.h"
 
 #include <QVariant>
 
@@ -63,17 +62,19 @@ std::optional<double> number_of(const QVariant &value)
     return ok ? std::optional(number) : std::nullopt;
 }
 
-std::optional<double> level_of(const BattleRound &round, std::optional<double> mail_level)
+std::optional<double> level_in(const BattleRound &round, std::optional<double> mail_level,
+                               const LevelOf &level_of)
 {
     if (!round.npc_type)
         return mail_level;
     if (*round.npc_type >= first_leveled_type && *round.npc_type <= last_leveled_type)
         return *round.npc_type - type_of_level_zero;
-    const auto level = MasterCache::instance().barb(round.npc_type).level;
+    const auto level = level_of(*round.npc_type);
     return level ? std::optional<double>(*level) : mail_level;
 }
 
-void complete_rounds(std::vector<BattleRound> &rounds, std::optional<double> mail_level)
+void complete_rounds(std::vector<BattleRound> &rounds, std::optional<double> mail_level,
+                     const LevelOf &level_of)
 {
     const auto with_btype =
         std::find_if(rounds.begin(), rounds.end(),
@@ -83,7 +84,7 @@ void complete_rounds(std::vector<BattleRound> &rounds, std::optional<double> mai
         if (!round.npc_btype)
             round.npc_btype = btype;
         if (!round.level)
-            round.level = level_of(round, mail_level);
+            round.level = level_in(round, mail_level, level_of);
     }
 }
 
@@ -151,18 +152,35 @@ bool is_square_rally(QByteArrayView mail)
     });
 }
 
-std::optional<BattleReport> battle_of(QByteArrayView mail)
+/// What the tree tells. It is not kept while the rounds are read, for both can be large.
+struct TreeFacts {
+    std::optional<double> level;
+    std::optional<double> result;
+    std::optional<double> time;
+};
+
+std::optional<TreeFacts> tree_facts(QByteArrayView mail)
 {
     const QVariantMap root = parse_bytes(mail);
     if (find_first(root, QStringLiteral("type")).toString() != u"Battle")
+        return std::nullopt;
+    return TreeFacts{.level = number_of(root.value(QStringLiteral("level"))),
+                     .result = number_of(find_first(root, QStringLiteral("result"))),
+                     .time = number_of(find_first(root, QStringLiteral("time")))};
+}
+
+std::optional<BattleReport> battle_of(QByteArrayView mail, const LevelOf &level_of)
+{
+    const auto facts = tree_facts(mail);
+    if (!facts)
         return std::nullopt;
     BattleReport report;
     report.rounds = read_battle_rounds(mail);
     if (report.rounds.empty())
         return std::nullopt;
-    complete_rounds(report.rounds, number_of(root.value(QStringLiteral("level"))));
-    report.result = number_of(find_first(root, QStringLiteral("result")));
-    report.report_time = number_of(find_first(root, QStringLiteral("time")));
+    complete_rounds(report.rounds, facts->level, level_of);
+    report.result = facts->result;
+    report.report_time = facts->time;
     read_chain_times(report, mail);
     read_player(report, mail);
     report.is_square_rally = is_square_rally(mail);
@@ -171,21 +189,12 @@ std::optional<BattleReport> battle_of(QByteArrayView mail)
 
 } // namespace
 
-std::optional<BattleReport> parse_battle(QByteArrayView mail)
+std::optional<BattleReport> parse_battle(QByteArrayView mail, const LevelOf &level_of)
 {
     static const QByteArray npc_type_key = key_marker("NpcType");
     if (!holds(mail, npc_type_key))
         return std::nullopt;
-    try {
-        return battle_of(mail);
-    } catch (const std::exception &) {
-        return std::nullopt;
-    }
-}
-
-std::optional<BattleReport> parse_battle(const QString &path)
-{
-    return parse_battle(QByteArrayView(platform::read_file(path)));
+    return unless_damaged([&] { return battle_of(mail, level_of); });
 }
 
 } // namespace tally::data

@@ -5,6 +5,7 @@
 #include <QByteArrayView>
 #include <QString>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -41,14 +42,25 @@ struct BattleReport {
     std::vector<BattleRound> rounds; ///< sorted: largest `ets` first
 };
 
-/// Rebuilds the chain from the raw bytes of one mail file.
-/// \return nothing if the bytes are no usable battle mail; never throws on bad input.
-std::optional<BattleReport> parse_battle(QByteArrayView mail);
-/// The same for a file; one that cannot be read counts as empty.
-std::optional<BattleReport> parse_battle(const QString &path);
+/// The level of a barbarian by its type, as far as it is known.
+using LevelOf = std::function<std::optional<int>(double npc_type)>;
+
+/// Rebuilds the chain from the raw bytes of one mail file. Types whose level the game does not fix
+/// are looked up with `level_of`.
+/// \return nothing if the bytes are no usable battle mail
+/// \throws OversizedMail beyond the bounds of a mail, and nothing else on bad input
+std::optional<BattleReport> parse_battle(QByteArrayView mail, const LevelOf &level_of);
+
+/// Bounds that no mail of the game comes near. Rounds may share the bytes of their loot, so that
+/// without them a small file could stand for any number of entries.
+inline constexpr size_t max_rounds = 100'000;
+inline constexpr size_t max_loot_of_round = 4'096;
+inline constexpr size_t max_loot_of_mail = 1'000'000;
+inline constexpr int max_pairs_of_loot = 64; ///< keys with a number in one entry
 
 /// Reads the loot map whose tag stands at `pos`. Reading ends at the first byte that does not fit,
 /// with the entries completed so far.
+/// \throws OversizedMail beyond the bounds of a round
 std::vector<LootEntry> read_loot(QByteArrayView bytes, qsizetype pos);
 
 } // namespace tally::data

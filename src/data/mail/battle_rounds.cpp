@@ -1,6 +1,7 @@
 #include "data/mail/battle_rounds.h"
 
 #include "data/mail/key_marker.h"
+#include "data/mail/mail_value.h"
 
 #include <QtEndian>
 
@@ -12,6 +13,13 @@ namespace tally::data {
 namespace {
 
 constexpr double ets_limit = 10'000'000.0; // "Ets" is also the key of times in seconds
+
+void check_bound(size_t count, size_t max_count, const char *what)
+{
+    if (count > max_count)
+        throw OversizedMail(
+            QStringLiteral("more than %1 %2").arg(max_count).arg(QLatin1StringView(what)));
+}
 
 /// The stretch of a mail in which a key is looked for.
 struct Block {
@@ -66,6 +74,7 @@ public:
     std::vector<BattleRound> rounds() const
     {
         std::vector<BattleRound> rounds;
+        size_t loot_count = 0;
         qsizetype lead_in = 0;
         const auto anchors = anchors_.all();
         for (size_t i = 0; i < anchors.size(); ++i) {
@@ -73,6 +82,9 @@ public:
             const qsizetype end = i + 1 < anchors.size() ? anchors[i + 1] : mail_.size();
             if (const auto npc_type = anchors_.number(anchor)) {
                 BattleRound round = round_in({anchors_.value_pos(anchor), end});
+                loot_count += round.loot.size();
+                check_bound(rounds.size() + 1, max_rounds, "rounds");
+                check_bound(loot_count, max_loot_of_mail, "loot entries");
                 round.npc_type = npc_type;
                 add_damage(round, {lead_in, anchor});
                 rounds.push_back(std::move(round));
@@ -156,7 +168,8 @@ bool sorts_before(const BattleRound &a, const BattleRound &b)
 std::optional<LootEntry> read_loot_entry(QByteArrayView bytes, qsizetype &pos)
 {
     LootEntry entry;
-    while (pos < bytes.size() && bytes[pos] == '\x04') {
+    for (size_t pairs = 1; pos < bytes.size() && bytes[pos] == '\x04'; ++pairs) {
+        check_bound(pairs, max_pairs_of_loot, "numbers in a loot entry");
         const auto key = text_at(bytes, pos, std::numeric_limits<quint32>::max());
         if (!key)
             return std::nullopt;
@@ -188,6 +201,7 @@ std::vector<LootEntry> read_loot(QByteArrayView bytes, qsizetype pos)
         const auto entry = read_loot_entry(bytes, pos);
         if (!entry)
             return loot;
+        check_bound(loot.size() + 1, max_loot_of_round, "loot entries in a round");
         loot.push_back(*entry);
         ++pos; // the entry's end
     }

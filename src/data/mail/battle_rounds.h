@@ -13,6 +13,7 @@ namespace tally::data {
 /// (level and base type of a round that has none of its own) is left absent.
 /// \return the rounds by `ets`, largest first, and of equal ones by `disappear_tick`, smallest
 /// first.
+/// \throws OversizedMail beyond the bounds of a mail
 std::vector<BattleRound> read_battle_rounds(QByteArrayView mail);
 
 } // namespace tally::data

@@ -3,8 +3,8 @@
 #include "data/mail/hero_texts.h"
 #include "data/mail/key_marker.h"
 #include "data/mail/mail_value.h"
+#include "data/mail/refusal.h"
 #include "data/mail/tree_reading.h"
-#include "platform/files/exact_files.h"
 
 #include <optional>
 
@@ -170,6 +170,16 @@ bool is_map(const QVariant &value)
     return value.typeId() == QMetaType::QVariantMap;
 }
 
+qsizetype text_size(const QVariantMap &row)
+{
+    qsizetype size = 0;
+    for (const QVariant &value : row) {
+        if (value.typeId() == QMetaType::QString)
+            size += static_cast<const QString *>(value.constData())->size();
+    }
+    return size;
+}
+
 std::optional<FieldReport> field_of(const QVariantMap &root)
 {
     if (find_first(root, QStringLiteral("type")).toString() != u"Battle")
@@ -180,9 +190,12 @@ std::optional<FieldReport> field_of(const QVariantMap &root)
     keys.removeIf([&attacks](const QString &key) { return !is_map(attacks.value(key)); });
     if (keys.isEmpty())
         return std::nullopt;
+    if (keys.size() > max_attacks)
+        throw OversizedMail(QStringLiteral("more than %1 attacks").arg(max_attacks));
 
     const QVariantMap shared = mail_columns(root, content);
     FieldReport rows;
+    qsizetype row_text = 0;
     for (const QString &key : keys) {
         const int attack_seq = static_cast<int>(rows.size()) + 1;
         QVariantMap row = shared;
@@ -190,6 +203,10 @@ std::optional<FieldReport> field_of(const QVariantMap &root)
         row.insert(QStringLiteral("attack_seq"), attack_seq);
         row.insert(QStringLiteral("attack_id"), attack_id(key, attack_seq));
         add_attack_columns(row, content, attacks.value(key).toMap());
+        row_text += text_size(row);
+        if (row_text > max_row_text)
+            throw OversizedMail(
+                QStringLiteral("more than %1 characters of text in its rows").arg(max_row_text));
         rows.append(row);
     }
     return rows;
@@ -202,16 +219,12 @@ std::optional<FieldReport> parse_field(QByteArrayView mail)
     static const QByteArray attacks_key = key_marker("Attacks");
     if (mail.isEmpty() || holds(mail, "NpcKillLoot") || !holds(mail, attacks_key))
         return std::nullopt;
-    try {
-        return field_of(parse_bytes(mail));
-    } catch (const std::exception &) {
-        return std::nullopt;
-    }
+    return unless_damaged([&] { return field_of(parse_bytes(mail)); });
 }
 
 std::optional<FieldReport> parse_field(const QString &path)
 {
-    return parse_field(QByteArrayView(platform::read_file(path)));
+    return report_in_file(path, [](QByteArrayView mail) { return parse_field(mail); });
 }
 
 } // namespace tally::data

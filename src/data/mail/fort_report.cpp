@@ -1,8 +1,8 @@
 #include "data/mail/fort_report.h"
 
 #include "data/mail/mail_value.h"
+#include "data/mail/refusal.h"
 #include "data/mail/tree_reading.h"
-#include "platform/files/exact_files.h"
 
 #include <QRegularExpression>
 
@@ -55,16 +55,12 @@ std::optional<FortReport> fort_of(const QVariantMap &root)
 
 std::optional<FortReport> parse_fort(QByteArrayView mail)
 {
-    try {
-        return fort_of(parse_bytes(mail));
-    } catch (const std::exception &) {
-        return std::nullopt;
-    }
+    return unless_damaged([&] { return fort_of(parse_bytes(mail)); });
 }
 
 std::optional<FortReport> parse_fort(const QString &path)
 {
-    return parse_fort(QByteArrayView(platform::read_file(path)));
+    return report_in_file(path, [](QByteArrayView mail) { return parse_fort(mail); });
 }
 
 } // namespace tally::data

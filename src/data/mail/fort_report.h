@@ -22,7 +22,8 @@ struct FortReport {
 };
 
 /// Reads a fort reward mail.
-/// \return nothing if the bytes are no usable fort mail; never throws on bad input.
+/// \return nothing if the bytes are no usable fort mail
+/// \throws OversizedMail beyond the bounds of a mail, and nothing else on bad input
 std::optional<FortReport> parse_fort(QByteArrayView mail);
 /// The same for a file; one that cannot be read counts as empty.
 std::optional<FortReport> parse_fort(const QString &path);

@@ -1,10 +1,14 @@
 #include "data/mail/hero_texts.h"
 
+#include "data/mail/mail_value.h"
 #include "data/mail/tree_reading.h"
 
 #include <QMap>
 
 #include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
 
 namespace tally::data {
 namespace {
@@ -15,7 +19,7 @@ const QString separator = QStringLiteral("; ");
 /// id, "_" and a number adds nothing.
 void add_buffs(QMap<QString, double> &strength_by_buff, const QString &buffs)
 {
-    for (const QStringView part : QStringView(buffs).split(u';')) {
+    for (const QStringView part : QStringView(buffs).tokenize(u';')) {
         const qsizetype underscore = part.indexOf(u'_');
         if (underscore < 0)
             continue;
@@ -25,7 +29,21 @@ void add_buffs(QMap<QString, double> &strength_by_buff, const QString &buffs)
         const double strength = part.sliced(underscore + 1).toDouble(&is_strength);
         if (is_id && is_strength)
             strength_by_buff[QStringLiteral("buff%1").arg(id)] += strength;
+        if (strength_by_buff.size() > max_buffs_of_hero)
+            throw OversizedMail(
+                QStringLiteral("more than %1 buffs of a hero").arg(max_buffs_of_hero));
     }
+}
+
+QString percent_text(double percent)
+{
+    if (!std::isfinite(percent) || std::abs(percent) < 1e15)
+        return QString::number(percent, 'f', 1);
+    // Qt takes a thousand times as long for numbers of hundreds of digits.
+    std::array<char, 400> digits;
+    const auto end =
+        std::to_chars(digits.begin(), digits.end(), percent, std::chars_format::fixed, 1).ptr;
+    return QString::fromLatin1(digits.data(), end - digits.data());
 }
 
 /// Slot numbers in their order, before slots whose keys are no numbers in the order of their texts.
@@ -69,7 +87,7 @@ QString format_buffs(const QVariant &slots_by_key)
         add_buffs(strength_by_buff, text_of(slot.toMap(), u"Buffs"));
     QStringList buffs;
     for (auto it = strength_by_buff.cbegin(); it != strength_by_buff.cend(); ++it)
-        buffs += QStringLiteral("%1: %2%").arg(it.key(), QString::number(it.value() * 100, 'f', 1));
+        buffs += QStringLiteral("%1: %2%").arg(it.key(), percent_text(it.value() * 100));
     return buffs.join(separator);
 }
 

@@ -11,7 +11,11 @@ namespace tally::data {
 /// Skill ids and levels by slot number: "#1201 L5; #1202 L3".
 QString format_skills(const QVariant &slots_by_key);
 
+/// A hero of the game has some dozen buffs.
+inline constexpr qsizetype max_buffs_of_hero = 10'000;
+
 /// Buff strengths in per cent, summed by buff id over all slots: "buff1204: 12.5%; buff31: 3.0%".
+/// \throws OversizedMail for more than `max_buffs_of_hero` ids
 QString format_buffs(const QVariant &slots_by_key);
 
 /// Inscriptions by slot: "S1:#30021; S2:#30102".

@@ -2,6 +2,7 @@
 
 #include "data/mail/key_marker.h"
 #include "data/mail/map_shapes.h"
+#include "data/values/numbers.h"
 
 #include <QMetaType>
 #include <QVariantList>
@@ -27,20 +28,13 @@ constexpr quint32 max_text_length = 10'000'000;
 /// The root map's tag and its first key, "mailScene".
 constexpr QByteArrayView root_marker("\x05\x04\x09\0\0\0mailScene", 15);
 
-QString text_of_number(double key)
-{
-    if (std::isfinite(key) && key == std::floor(key) && std::abs(key) < 1e15)
-        return QString::number(static_cast<qint64>(key));
-    return QString::number(key, 'g', 15);
-}
-
 QString text_of_key(QByteArrayView encoded)
 {
     switch (encoded.front()) {
     case small_tag:
         return QString::number(static_cast<uchar>(encoded[1]));
     case number_tag:
-        return text_of_number(qFromBigEndian<double>(encoded.data() + 1));
+        return id_text(qFromBigEndian<double>(encoded.data() + 1));
     default:
         return QString::fromUtf8(encoded.sliced(5));
     }
@@ -164,6 +158,7 @@ private:
         const size_t first = values_.size();
         for (auto &entry : tree)
             values_.push_back(&entry.second);
+        shapes_.enter(context);
         size_t known = 0;
         for (; known < shape.keys.size() && next_is(shape.keys[known]); ++known) {
             const QByteArrayView key = shape.keys[known];
@@ -173,6 +168,8 @@ private:
                 value.clear(); // of equal keys the last one wins
             read_value(value, depth, context, key);
         }
+        shapes_.leave(context);
+        count_values(known);
         const bool is_complete = known == shape.keys.size() && at_map_end();
         const size_t first_entry = entries_.size();
         if (!is_complete) {
@@ -193,11 +190,13 @@ private:
     void read_entries(Tree &tree, size_t first, int depth, quint64 context)
     {
         while (!at_map_end()) {
+            count_values(1);
             const QByteArrayView key = read_key(depth);
             const auto [place, is_new] = tree.try_emplace(key_texts_.text_of(key));
             if (!is_new)
-                place->second.clear(); // of equal keys the last one wins
-            entries_.push_back({key, &place->second});
+                place->second.clear();                          // of equal keys the last one wins
+            if (entries_.size() - first <= MapShapes::max_keys) // more are no shape
+                entries_.push_back({key, &place->second});
             read_value(place->second, depth, context, key);
         }
         const auto entries = std::span<const Entry>(entries_).subspan(first);
@@ -297,8 +296,18 @@ private:
         if (length > max_text_length)
             throw ParseError(QStringLiteral("suspicious string length: %1").arg(length));
         need(length);
+        text_bytes_left_ -= length;
+        if (text_bytes_left_ < 0)
+            throw OversizedMail(QStringLiteral("more than %1 bytes of text").arg(max_text_bytes));
         pos_ += length;
         return {data_ + pos_ - length, static_cast<qsizetype>(length)};
+    }
+
+    void count_values(size_t count)
+    {
+        values_left_ -= static_cast<qsizetype>(count);
+        if (values_left_ < 0)
+            throw OversizedMail(QStringLiteral("more than %1 values").arg(max_values));
     }
 
     void need(qsizetype count) const
@@ -312,6 +321,8 @@ private:
     const char *data_;
     qsizetype size_;
     qsizetype pos_;
+    qsizetype values_left_ = max_values;
+    qsizetype text_bytes_left_ = max_text_bytes;
     KeyTexts key_texts_;
     MapShapes shapes_;
     // Of all maps that are being read, innermost last. They hardly ever leave the object: a large

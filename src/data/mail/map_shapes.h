@@ -31,8 +31,20 @@ struct MapShape {
 /// place, and finding the text of each key.
 class MapShapes {
 public:
+    /// Longer lists are not remembered.
+    static constexpr size_t max_keys = 512;
+
     /// The shape expected in a context, or null. It stays valid as long as this object.
-    const MapShape *expected(quint64 context) const { return slots_[slot_of(context)].shape; }
+    const MapShape *expected(quint64 context) const
+    {
+        const Slot &slot = slots_[slot_of(context)];
+        return slot.entered ? nullptr : slot.shape;
+    }
+
+    /// While a map of the expected shape is read, none is expected inside it in the same context:
+    /// otherwise each of a hundred maps inside one another could cost a blank of five hundred keys.
+    void enter(quint64 context) { slots_[slot_of(context)].entered = true; }
+    void leave(quint64 context) { slots_[slot_of(context)].entered = false; }
 
     void confirm(quint64 context) { slots_[slot_of(context)].trusted = true; }
 
@@ -43,8 +55,12 @@ public:
     {
         Slot &slot = slots_[slot_of(context)];
         const bool give_chance = std::exchange(slot.trusted, false);
-        if (give_chance || key_count == 0 || key_count > max_keys || shapes_.size() >= max_shapes)
+        if (give_chance || key_count == 0 || key_count > max_keys)
             return nullptr;
+        if (shapes_.size() >= max_shapes) {
+            slot.shape = nullptr; // copying its blank for map after map would be in vain
+            return nullptr;
+        }
         // The old shape is kept too: a map around this one may be in the middle of it.
         MapShape &shape = shapes_.emplace_back(&memory_);
         slot.shape = &shape;
@@ -55,10 +71,10 @@ private:
     struct Slot {
         const MapShape *shape = nullptr;
         bool trusted = false;
+        bool entered = false;
     };
     static constexpr size_t slot_count = 128;
     // Bounds what is kept of a mail that changes its shapes all the time.
-    static constexpr size_t max_keys = 512;
     static constexpr size_t max_shapes = 512;
 
     static size_t slot_of(quint64 context) { return (context * 0x9e3779b97f4a7c15u) >> 57; }

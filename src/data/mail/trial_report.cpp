@@ -1,8 +1,8 @@
 #include "data/mail/trial_report.h"
 
 #include "data/mail/mail_value.h"
+#include "data/mail/refusal.h"
 #include "data/mail/tree_reading.h"
-#include "platform/files/exact_files.h"
 
 namespace tally::data {
 namespace {
@@ -50,16 +50,12 @@ std::optional<TrialReport> trial_of(const QVariantMap &root)
 
 std::optional<TrialReport> parse_trial(QByteArrayView mail)
 {
-    try {
-        return trial_of(parse_bytes(mail));
-    } catch (const std::exception &) {
-        return std::nullopt;
-    }
+    return unless_damaged([&] { return trial_of(parse_bytes(mail)); });
 }
 
 std::optional<TrialReport> parse_trial(const QString &path)
 {
-    return parse_trial(QByteArrayView(platform::read_file(path)));
+    return report_in_file(path, [](QByteArrayView mail) { return parse_trial(mail); });
 }
 
 } // namespace tally::data

@@ -31,7 +31,8 @@ struct TrialReport {
 };
 
 /// Reads a boss kill mail.
-/// \return nothing if the bytes are no usable boss kill mail; never throws on bad input.
+/// \return nothing if the bytes are no usable boss kill mail
+/// \throws OversizedMail beyond the bounds of a mail, and nothing else on bad input
 std::optional<TrialReport> parse_trial(QByteArrayView mail);
 /// The same for a file; one that cannot be read counts as empty.
 std::optional<TrialReport> parse_trial(const QString &path);

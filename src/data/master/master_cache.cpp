@@ -10,30 +10,13 @@
 #include <QReadLocker>
 #include <QWriteLocker>
 
-#include <cmath>
-
 namespace tally::data {
 namespace {
-
-bool is_plain_integer(double value)
-{
-    return std::isfinite(value) && value == std::floor(value) && std::abs(value) < 1e15;
-}
-
-QString decimal_integer(double value)
-{
-    return QString::number(static_cast<qint64>(value));
-}
-
-QString id_text(double id)
-{
-    return is_plain_integer(id) ? decimal_integer(id) : QString::number(id, 'g', 15);
-}
 
 /// The tables' item keys are floating point numbers as the server's language writes them: "4.0".
 QString item_number_text(double number)
 {
-    return is_plain_integer(number) ? decimal_integer(number) + QStringLiteral(".0")
+    return is_plain_integer(number) ? id_text(number) + QStringLiteral(".0")
                                     : QString::number(number, 'g', 17);
 }
 

@@ -12,6 +12,22 @@ namespace tally::data {
 
 /// What the statistics of barbarian chains hand out. A chain is one mail, a round one fight in it.
 
+/// Which rounds statistics of chains look at: all, those that cost action points, or those that
+/// were free. The numbers are those of `TallyDb::free_ap_mode`.
+enum class ApSource { all = 0, paid = 1, free = 2 };
+
+/// What statistics of chains are asked for. A chain's time is its start, or its mail's modification
+/// time where the start is missing.
+struct ChainQuestion {
+    double btype = 1.0;         ///< the npc base type
+    std::optional<double> from; ///< included; seconds since the Unix epoch
+    std::optional<double> to;   ///< not included
+    std::optional<double> player;
+    ApSource ap_source = ApSource::all;
+
+    bool operator==(const ChainQuestion &) const = default;
+};
+
 /// Conditions to append to a WHERE clause, and their values in order.
 struct ChainSqlFilter {
     QString sql;

@@ -1,42 +1,70 @@
 #include "data/store/loot_sums.h"
 
-#include "data/master/master_cache.h"
+#include "data/master/item_facts.h"
+#include "data/store/remembered.h"
+#include "data/store/sql_conditions.h"
 #include "data/store/sql_values.h"
 
 #include <cmath>
 
 namespace tally::data {
 
-std::vector<LootSum> read_loot_sums(QSqlQuery &rows)
+namespace {
+
+struct LootOfFights {
+    std::vector<LootSum> sums;
+    int fights = 0;
+};
+
+std::vector<LootSum> loot_sums(const StoreConnection &store, const QString &sql,
+                               const QVariantList &params)
 {
     std::vector<LootSum> sums;
+    auto rows = store.exec(sql, params);
     while (rows.next())
         sums.push_back({number_in(rows.value(0)), number_in(rows.value(1)),
                         rows.value(2).toDouble(), rows.value(3).toLongLong()});
     return sums;
 }
 
-std::vector<LootStat> with_item_facts(const std::vector<LootSum> &sums)
+} // namespace
+
+std::vector<LootStat> remembered_loot(const StoreConnection &store, const QString &sql,
+                                      const QString &count, const SqlConditions &conditions,
+                                      int *fights)
+{
+    const QString text = sql.arg(conditions.sql());
+    const auto compute = [&] {
+        LootOfFights loot{loot_sums(store, text, conditions.params), 0};
+        if (fights)
+            loot.fights = store.single_int(count.arg(conditions.sql()), conditions.params);
+        return loot;
+    };
+    const auto loot = remembered<LootOfFights>(
+        store, fights ? text + QStringLiteral(" and fights") : text, conditions.params, compute);
+    if (fights)
+        *fights = loot.fights;
+    return loot_stats_of(loot.sums);
+}
+
+std::vector<LootStat> loot_stats_of(const std::vector<LootSum> &sums)
 {
     std::vector<LootStat> stats;
     stats.reserve(sums.size());
     for (const LootSum &sum : sums) {
-        const ItemInfo item = MasterCache::instance().item(sum.item_type, sum.item_subtype);
         // A sum of fractions depends on the order in which they are added up: the nearest whole
         // number does not.
         const double rounded = std::round(sum.pieces);
         const int pieces = saturated(rounded);
         const bool fits = to_int(rounded).has_value();
-        stats.push_back(
-            {.item_type = sum.item_type,
-             .item_subtype = sum.item_subtype,
-             .name = item.name,
-             .unit_value = item.unit_value,
-             .unit = item.unit,
-             .icon = item.icon,
-             .pieces = pieces,
-             .total_value = saturated<qint64>((fits ? pieces : sum.pieces) * item.unit_value + 0.5),
-             .battles = saturated(static_cast<double>(sum.battles))});
+        LootStat stat;
+        stat.item_type = sum.item_type;
+        stat.item_subtype = sum.item_subtype;
+        stat = with_item_facts(std::move(stat));
+        stat.pieces = pieces;
+        stat.total_value = saturated<qint64>((fits ? pieces : sum.pieces) * stat.unit_value + 0.5);
+        stat.battles = saturated(static_cast<double>(sum.battles));
+        stats.push_back(std::move(stat));
     }
     return stats;
 }
@@ -47,16 +75,6 @@ LootEntry read_loot_entry(const QSqlQuery &row, int first_column)
     entry.item_type = number_in(row.value(first_column));
     entry.item_subtype = number_in(row.value(first_column + 1));
     entry.value = number_in(row.value(first_column + 2));
-    return entry;
-}
-
-LootEntry with_item_facts(LootEntry entry)
-{
-    const ItemInfo item = MasterCache::instance().item(entry.item_type, entry.item_subtype);
-    entry.name = item.name;
-    entry.unit_value = item.unit_value;
-    entry.unit = item.unit;
-    entry.icon = item.icon;
     return entry;
 }
 

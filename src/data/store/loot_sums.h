@@ -9,6 +9,9 @@
 
 namespace tally::data {
 
+class StoreConnection;
+struct SqlConditions;
+
 /// All loot of one item, as the store knows it.
 struct LootSum {
     std::optional<double> item_type;
@@ -17,15 +20,16 @@ struct LootSum {
     qint64 battles = 0;
 };
 
-/// Reads rows of item type, item subtype, sum and count.
-std::vector<LootSum> read_loot_sums(QSqlQuery &rows);
+/// The loot that the text `sql` sums up, remembered. Both texts have %1 in the place of their
+/// conditions. `fights`, if it is not null, gets what `count` gives on the same state of the store.
+std::vector<LootStat> remembered_loot(const StoreConnection &store, const QString &sql,
+                                      const QString &count, const SqlConditions &conditions,
+                                      int *fights);
 
 /// Adds what the reference tables know about the items at this moment.
-std::vector<LootStat> with_item_facts(const std::vector<LootSum> &sums);
+std::vector<LootStat> loot_stats_of(const std::vector<LootSum> &sums);
 
 /// Reads an item from three columns of a row.
 LootEntry read_loot_entry(const QSqlQuery &row, int first_column = 0);
-/// The same with the facts of the reference tables.
-LootEntry with_item_facts(LootEntry entry);
 
 } // namespace tally::data

@@ -1,6 +1,12 @@
-#include "data/store/tally_db.h"
+#include "data/store/migrations.h"
 
+#include "data/store/field_columns.h"
+#include "data/store/store_backup.h"
+#include "data/store/store_connection.h"
+
+#include <iterator>
 #include <utility>
+#include <vector>
 
 namespace tally::data {
 
@@ -12,7 +18,7 @@ struct AddedColumn {
     const char *type;
 };
 
-constexpr AddedColumn added_columns[] = {
+constexpr AddedColumn late_columns[] = {
     {"reports", "chain_start_time", "REAL"},
     {"reports", "chain_end_time", "REAL"},
     {"reports", "hero_id_1", "REAL"},
@@ -28,83 +34,34 @@ constexpr AddedColumn added_columns[] = {
     {"reports", "is_free_ap", "INTEGER DEFAULT 0"},
     {"reports", "is_fort_round", "INTEGER DEFAULT 0"},
     {"fort_reports", "battle_file_name", "TEXT"},
-    {"field_reports", "is_rally", "INTEGER"},
-    {"field_reports", "my_ct", "REAL"},
-    {"field_reports", "enemy_ct", "REAL"},
-    {"field_reports", "my_kill_score", "INTEGER"},
-    {"field_reports", "enemy_kill_score", "INTEGER"},
-    {"field_reports", "my_death", "INTEGER"},
-    {"field_reports", "enemy_death", "INTEGER"},
-    {"field_reports", "my_power", "INTEGER"},
-    {"field_reports", "enemy_power", "INTEGER"},
-    {"field_reports", "my_bad_hurt", "INTEGER"},
-    {"field_reports", "enemy_bad_hurt", "INTEGER"},
-    {"field_reports", "my_hurt", "INTEGER"},
-    {"field_reports", "enemy_hurt", "INTEGER"},
-    {"field_reports", "my_hlv", "REAL"},
-    {"field_reports", "my_hlv2", "REAL"},
-    {"field_reports", "my_hst", "REAL"},
-    {"field_reports", "my_hst2", "REAL"},
-    {"field_reports", "my_haw", "INTEGER"},
-    {"field_reports", "my_haw2", "INTEGER"},
-    {"field_reports", "my_cosid", "REAL"},
-    {"field_reports", "my_formation", "REAL"},
-    {"field_reports", "my_hss", "TEXT"},
-    {"field_reports", "my_hss2", "TEXT"},
-    {"field_reports", "my_heq", "TEXT"},
-    {"field_reports", "my_heq2", "TEXT"},
-    {"field_reports", "my_hwbs", "TEXT"},
-    {"field_reports", "my_hwbs2", "TEXT"},
-    {"field_reports", "enemy_hlv", "REAL"},
-    {"field_reports", "enemy_hlv2", "REAL"},
-    {"field_reports", "enemy_hst", "REAL"},
-    {"field_reports", "enemy_hst2", "REAL"},
-    {"field_reports", "enemy_haw", "INTEGER"},
-    {"field_reports", "enemy_haw2", "INTEGER"},
-    {"field_reports", "enemy_cosid", "REAL"},
-    {"field_reports", "enemy_formation", "REAL"},
-    {"field_reports", "enemy_hss", "TEXT"},
-    {"field_reports", "enemy_hss2", "TEXT"},
-    {"field_reports", "enemy_heq", "TEXT"},
-    {"field_reports", "enemy_heq2", "TEXT"},
-    {"field_reports", "enemy_hwbs", "TEXT"},
-    {"field_reports", "enemy_hwbs2", "TEXT"},
-    {"field_reports", "my_inscriptions", "TEXT"},
-    {"field_reports", "my_inscriptions2", "TEXT"},
-    {"field_reports", "enemy_inscriptions", "TEXT"},
-    {"field_reports", "enemy_inscriptions2", "TEXT"},
 };
+
+/// What tables of older versions may lack, in the order in which they get it.
+std::vector<AddedColumn> added_columns()
+{
+    std::vector<AddedColumn> columns(std::begin(late_columns), std::end(late_columns));
+    for (const auto version : {FieldColumn::armies, FieldColumn::inscriptions}) {
+        for (const FieldColumn &column : field_columns) {
+            if (column.since == version)
+                columns.push_back({"field_reports", column.name, column.type});
+        }
+    }
+    return columns;
+}
 
 } // namespace
 
-bool TallyDb::table_exists(const QSqlDatabase &db, const QString &table)
+bool migrate_structure(const StoreConnection &store, double now)
 {
-    return exec_prepared(
-               db, QStringLiteral("SELECT name FROM sqlite_master WHERE type='table' AND name=?"),
-               {table})
-        .next();
-}
-
-QSet<QString> TallyDb::table_columns(const QSqlDatabase &db, const QString &table)
-{
-    QStringList columns;
-    auto rows = exec_prepared(db, QStringLiteral("PRAGMA table_info(%1)").arg(table));
-    while (rows.next())
-        columns += rows.value(1).toString();
-    return {columns.begin(), columns.end()};
-}
-
-bool TallyDb::migrate_structure(const QSqlDatabase &db) const
-{
-    const auto lacks = [&db](const QString &table, const QString &column) {
-        return table_exists(db, table) && !table_columns(db, table).contains(column);
+    const auto lacks = [&store](const QString &table, const QString &column) {
+        return store.table_exists(table) && !store.table_columns(table).contains(column);
     };
     bool dropped = false;
     const auto drop = [&](const QString &table) {
         // The mails of dropped rows may have left the game's folder since.
         if (!std::exchange(dropped, true))
-            back_up(db, clock_());
-        exec_prepared(db, QStringLiteral("DROP TABLE IF EXISTS %1").arg(table));
+            back_up(store, now);
+        store.exec(QStringLiteral("DROP TABLE IF EXISTS %1").arg(table));
     };
     if (lacks(QStringLiteral("reports"), QStringLiteral("round_no"))) {
         drop(QStringLiteral("loot"));
@@ -114,33 +71,32 @@ bool TallyDb::migrate_structure(const QSqlDatabase &db) const
         drop(QStringLiteral("field_reports"));
     if (lacks(QStringLiteral("field_reports"), QStringLiteral("tour_id"))) {
         drop(QStringLiteral("field_reports"));
-        if (table_exists(db, QStringLiteral("settings")))
-            exec_prepared(db,
-                          QStringLiteral("DELETE FROM settings WHERE key='npc_migration_v4_done'"));
+        if (store.table_exists(QStringLiteral("settings")))
+            store.exec(QStringLiteral("DELETE FROM settings WHERE key='npc_migration_v4_done'"));
     }
     return dropped;
 }
 
-void TallyDb::add_missing_columns(const QSqlDatabase &db)
+void add_missing_columns(const StoreConnection &store)
 {
-    for (const auto &[table_text, column_text, type_text] : added_columns) {
+    for (const auto &[table_text, column_text, type_text] : added_columns()) {
         const auto table = QString::fromLatin1(table_text);
         const auto column = QString::fromLatin1(column_text);
-        const auto columns = table_columns(db, table);
+        const auto columns = store.table_columns(table);
         if (columns.isEmpty() || columns.contains(column))
             continue;
-        exec_prepared(db, QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3")
-                              .arg(table, column, QLatin1StringView(type_text)));
+        store.exec(QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3")
+                       .arg(table, column, QLatin1StringView(type_text)));
     }
 }
 
-void TallyDb::create_late_indexes(const QSqlDatabase &db)
+void create_late_indexes(const StoreConnection &store)
 {
-    const auto run = [&db](const QString &sql) {
-        exec_prepared(db, sql);
+    const auto run = [&store](const QString &sql) {
+        store.exec(sql);
     };
-    run(QStringLiteral(
-        "CREATE INDEX IF NOT EXISTS idx_reports_heros ON reports(hero_id_1, hero_id_2)"));
+    run(QStringLiteral("CREATE INDEX IF NOT EXISTS idx_reports_heros ON "
+                       "reports(hero_id_1, hero_id_2)"));
     run(QStringLiteral("CREATE INDEX IF NOT EXISTS idx_reports_ctid  ON reports(npc_ctid)"));
     // The time of a chain, by which forts look for it.
     run(QStringLiteral("CREATE INDEX IF NOT EXISTS idx_reports_chain_time "
@@ -156,14 +112,14 @@ void TallyDb::create_late_indexes(const QSqlDatabase &db)
                        "ON fort_reports(battle_file_name)"));
 }
 
-void TallyDb::backfill_fort_flags(const QSqlDatabase &db)
+void backfill_fort_flags(const StoreConnection &store)
 {
-    exec_prepared(db, QStringLiteral(R"sql(
+    store.exec(QStringLiteral(R"sql(
         UPDATE reports SET is_fort_round = 1
         WHERE COALESCE(is_fort_round, 0) = 0
           AND damage_dealt IS NOT NULL
           AND damage_dealt >= 1500000)sql"));
-    exec_prepared(db, QStringLiteral(R"sql(
+    store.exec(QStringLiteral(R"sql(
         UPDATE reports SET is_free_ap = 1
         WHERE COALESCE(is_free_ap, 0) = 0
           AND COALESCE(is_fort_round, 0) = 0
@@ -172,8 +128,9 @@ void TallyDb::backfill_fort_flags(const QSqlDatabase &db)
             WHERE COALESCE(is_fort_round, 0) = 1))sql"));
 }
 
-void TallyDb::refresh_statistics(const QSqlDatabase &db)
+void refresh_statistics(const StoreConnection &store)
 {
+    const QSqlDatabase db = store.connection();
     const auto has_row = [&db](const QString &sql) {
         QSqlQuery query(db);
         return query.exec(sql) && query.next();

@@ -2,6 +2,7 @@
 
 #include "data/store/chain_records.h"
 #include "data/store/field_records.h"
+#include "data/store/report_kinds.h"
 #include "data/store/trial_records.h"
 #include "platform/files/exact_files.h"
 
@@ -13,28 +14,18 @@ namespace tally::data {
 
 /// Rows and sums as the store hands them out.
 
-/// Which kinds of report of one mail the store holds.
-struct StoredKinds {
-    bool battle = false;
-    bool field = false;
-    bool trial = false;
-    bool fort = false;
-
-    bool operator==(const StoredKinds &) const = default;
-};
-
 /// What the store knows of a mail.
 struct KnownMail {
-    StoredKinds stored;
+    ReportKinds stored;
     /// What this version of the program found when it looked through just this content.
-    std::optional<StoredKinds> examined;
+    std::optional<ReportKinds> examined;
 };
 
 /// A mail that was looked through, as its file was then, and what was found in it.
 struct ExaminedMail {
     QString file_name;
     platform::FileStamp stamp;
-    StoredKinds kinds;
+    ReportKinds kinds;
 };
 
 struct HonorLogRow {

@@ -1,11 +1,13 @@
-#include "data/store/tally_db.h"
+#include "data/store/report_writes.h"
 
 #include "data/mail/battle_report.h"
 #include "data/mail/fort_report.h"
 #include "data/mail/trial_report.h"
-#include "data/store/chain_slice.h"
 #include "data/store/field_columns.h"
+#include "data/store/round_slicer.h"
+#include "data/store/slice_upkeep.h"
 #include "data/store/sql_values.h"
+#include "data/store/store_connection.h"
 
 #include <QMutexLocker>
 #include <QStringList>
@@ -29,7 +31,7 @@ const QStringList &field_column_names()
 const QString &field_insert()
 {
     static const QString sql =
-        QStringLiteral("INSERT INTO field_reports (%1) VALUES (%2)")
+        QStringLiteral("INSERT OR FAIL INTO field_reports (%1) VALUES (%2)")
             .arg(field_column_names().join(u','),
                  QStringList(field_column_names().size(), QStringLiteral("?")).join(u','));
     return sql;
@@ -43,56 +45,31 @@ QVariantList loot_row(const QVariant &owner, const LootEntry &item)
 
 } // namespace
 
-bool TallyDb::report_exists(const QString &file_name) const
+void insert_report(const StoreConnection &store, const QString &file_name,
+                   const BattleReport &report, double file_mtime, double imported_at)
 {
-    return any_row(QStringLiteral("SELECT 1 FROM reports WHERE file_name = ? LIMIT 1"),
-                   {file_name});
-}
-
-bool TallyDb::field_report_exists(const QString &file_name) const
-{
-    return any_row(QStringLiteral("SELECT 1 FROM field_reports WHERE file_name = ? LIMIT 1"),
-                   {file_name});
-}
-
-bool TallyDb::trial_report_exists(const QString &file_name) const
-{
-    return any_row(QStringLiteral("SELECT 1 FROM trial_reports WHERE file_name = ? LIMIT 1"),
-                   {file_name});
-}
-
-bool TallyDb::fort_report_exists(const QString &file_name) const
-{
-    return any_row(QStringLiteral("SELECT 1 FROM fort_reports WHERE file_name = ? LIMIT 1"),
-                   {file_name});
-}
-
-void TallyDb::insert_report(const QString &file_name, const BattleReport &report, double file_mtime)
-{
-    const QMutexLocker lock(&write_mutex_);
-    const double imported_at = clock_();
-    Transaction transaction(connection());
-    kept(QStringLiteral("DELETE FROM loot WHERE file_name = ?")).exec({file_name});
-    auto delete_rounds = kept(QStringLiteral("DELETE FROM reports WHERE file_name = ?"));
+    const QMutexLocker lock(&store.write_mutex());
+    Transaction transaction(store.connection());
+    store.kept(QStringLiteral("DELETE FROM loot WHERE file_name = ?")).exec({file_name});
+    auto delete_rounds = store.kept(QStringLiteral("DELETE FROM reports WHERE file_name = ?"));
     // The old rounds may have been marked by a fort that was linked to them; the new ones must be
     // marked again, so that fort is linked anew.
     if (delete_rounds.exec({file_name}).numRowsAffected() > 0)
-        exec_prepared(connection(),
-                      QStringLiteral("UPDATE fort_reports SET battle_file_name = NULL "
-                                     "WHERE battle_file_name = ?"),
-                      {file_name});
+        store.exec(QStringLiteral("UPDATE fort_reports SET battle_file_name = NULL "
+                                  "WHERE battle_file_name = ?"),
+                   {file_name});
     // OR FAIL: with a trigger, the default lets SQLite keep a journal for each statement's undo,
     // which the transaction's makes needless.
-    auto insert_round = kept(QStringLiteral(R"sql(
+    auto insert_round = store.kept(QStringLiteral(R"sql(
         INSERT OR FAIL INTO reports
           (file_name, round_no, npc_btype, npc_type, level, result, report_time,
            file_mtime, imported_at, chain_start_time, chain_end_time,
            hero_id_1, hero_id_2, npc_ctid, disappear_tick, damage_taken, damage_dealt, ets,
            player_id, player_name, alliance_name, is_fort_round, is_free_ap)
         VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?))sql"));
-    auto insert_loot = kept(QStringLiteral(
-        "INSERT OR FAIL INTO loot (file_name, round_no, item_type, item_subtype, value) "
-        "VALUES (?,?,?,?,?)"));
+    auto insert_loot = store.kept(QStringLiteral("INSERT OR FAIL INTO loot (file_name, "
+                                                 "round_no, item_type, item_subtype, value) "
+                                                 "VALUES (?,?,?,?,?)"));
     ChainSlicer slicer;
     int round_no = 0;
     int loot_rows = 0;
@@ -138,23 +115,23 @@ void TallyDb::insert_report(const QString &file_name, const BattleReport &report
         ++round_no;
         loot_rows += static_cast<int>(round.loot.size());
     }
-    store_slices(slicer, loot_rows);
-    kept(QStringLiteral("DELETE FROM stale_chains WHERE file_name = ?")).exec({file_name});
+    store_slices(store, slicer, loot_rows);
+    store.kept(QStringLiteral("DELETE FROM main.stale_chains WHERE file_name = ?"))
+        .exec({file_name});
     transaction.commit(QStringLiteral("insert_report commit failed"));
 }
 
-void TallyDb::insert_field_report(const QString &file_name, const FieldReport &attacks,
-                                  double file_mtime)
+void insert_field_report(const StoreConnection &store, const QString &file_name,
+                         const FieldReport &attacks, double file_mtime, double imported_at)
 {
     if (attacks.isEmpty())
         return;
     const QString &sql = field_insert();
-    const QMutexLocker lock(&write_mutex_);
-    const double imported_at = clock_();
-    Transaction transaction(connection());
-    kept(QStringLiteral("DELETE FROM field_reports WHERE file_name = ?")).exec({file_name});
-    auto insert = kept(sql, QStringLiteral("prepare failed"),
-                       QStringLiteral("insert_field_report exec failed"));
+    const QMutexLocker lock(&store.write_mutex());
+    Transaction transaction(store.connection());
+    store.kept(QStringLiteral("DELETE FROM field_reports WHERE file_name = ?")).exec({file_name});
+    auto insert = store.kept(sql, QStringLiteral("prepare failed"),
+                             QStringLiteral("insert_field_report exec failed"));
     for (const QVariant &attack : attacks) {
         QVariantMap values = attack.toMap();
         values.insert(QStringLiteral("file_name"), file_name);
@@ -173,26 +150,27 @@ void TallyDb::insert_field_report(const QString &file_name, const FieldReport &a
 // program killed between the header and its children, the existence check would find the header at
 // every later start and nobody would ever bring the rest.
 
-void TallyDb::insert_trial_report(const QString &file_name, const TrialReport &report,
-                                  double file_mtime)
+void insert_trial_report(const StoreConnection &store, const QString &file_name,
+                         const TrialReport &report, double file_mtime)
 {
-    const QMutexLocker lock(&write_mutex_);
-    Transaction transaction(connection());
-    kept(QStringLiteral("DELETE FROM trial_reports WHERE file_name = ?")).exec({file_name});
-    kept(QStringLiteral(R"sql(
-        INSERT INTO trial_reports
+    const QMutexLocker lock(&store.write_mutex());
+    Transaction transaction(store.connection());
+    store.kept(QStringLiteral("DELETE FROM trial_reports WHERE file_name = ?")).exec({file_name});
+    store
+        .kept(QStringLiteral(R"sql(
+        INSERT OR FAIL INTO trial_reports
           (file_name, mail_id, boss_name, npc_type, npc_level,
            tile_x, tile_y, event_time, file_mtime)
         VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?))sql"))
         .exec({file_name, not_null(report.mail_id), not_null(report.boss_name),
                nullable(report.npc_type), nullable(report.npc_level), nullable(report.tile_x),
                nullable(report.tile_y), report.event_time, file_mtime});
-    auto insert_participant = kept(QStringLiteral(R"sql(
-        INSERT INTO trial_participants
+    auto insert_participant = store.kept(QStringLiteral(R"sql(
+        INSERT OR FAIL INTO trial_participants
           (file_name, player_id, player_name, damage_rate, order_)
         VALUES (?, ?, ?, ?, ?))sql"));
-    auto insert_loot = kept(QStringLiteral(R"sql(
-        INSERT INTO trial_loot
+    auto insert_loot = store.kept(QStringLiteral(R"sql(
+        INSERT OR FAIL INTO trial_loot
           (participant_id, item_type, item_subtype, value)
         VALUES (?, ?, ?, ?))sql"));
     for (const TrialParticipant &participant : report.participants) {
@@ -208,21 +186,22 @@ void TallyDb::insert_trial_report(const QString &file_name, const TrialReport &r
     transaction.commit(QStringLiteral("insert_trial_report commit failed"));
 }
 
-void TallyDb::insert_fort_report(const QString &file_name, const FortReport &report,
-                                 double file_mtime)
+void insert_fort_report(const StoreConnection &store, const QString &file_name,
+                        const FortReport &report, double file_mtime)
 {
-    const QMutexLocker lock(&write_mutex_);
-    Transaction transaction(connection());
-    kept(QStringLiteral("DELETE FROM fort_reports WHERE file_name = ?")).exec({file_name});
-    kept(QStringLiteral(R"sql(
-        INSERT INTO fort_reports
+    const QMutexLocker lock(&store.write_mutex());
+    Transaction transaction(store.connection());
+    store.kept(QStringLiteral("DELETE FROM fort_reports WHERE file_name = ?")).exec({file_name});
+    store
+        .kept(QStringLiteral(R"sql(
+        INSERT OR FAIL INTO fort_reports
           (file_name, mail_id, fort_level, tile_x, tile_y,
            damage_percent, event_time, file_mtime)
         VALUES (?, ?, ?, ?, ?, ?, ?, ?))sql"))
         .exec({file_name, not_null(report.mail_id), report.fort_level, nullable(report.tile_x),
                nullable(report.tile_y), report.damage_percent, report.event_time, file_mtime});
-    auto insert_loot = kept(QStringLiteral(R"sql(
-        INSERT INTO fort_loot
+    auto insert_loot = store.kept(QStringLiteral(R"sql(
+        INSERT OR FAIL INTO fort_loot
           (file_name, item_type, item_subtype, value)
         VALUES (?, ?, ?, ?))sql"));
     for (const LootEntry &item : report.loot)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "data/store/change_stamp.h"
+
 #include <QCache>
 #include <QString>
 
@@ -7,16 +9,7 @@
 
 namespace tally::data {
 
-/// The state of a database as one connection sees it. Unequal stamps may hide equal contents, but
-/// equal ones never hide a change.
-struct ChangeStamp {
-    qint64 data_version = 0; ///< rises with every commit of another connection
-    qint64 own_changes = 0;  ///< rows that this connection has changed
-
-    bool operator==(const ChangeStamp &) const = default;
-};
-
-/// The results of queries on one connection that were used last, all of one state of the database:
+/// The results of queries on one connection that were used last, all of one state of the reports:
 /// a result for a new state throws the old ones away. Used by one thread.
 class ResultCache {
 public:

@@ -1,6 +1,10 @@
-#include "data/store/tally_db.h"
+#include "data/store/schema.h"
 
 #include "data/store/field_columns.h"
+#include "data/store/fort_links.h"
+#include "data/store/migrations.h"
+#include "data/store/slice_upkeep.h"
+#include "data/store/store_connection.h"
 
 #include <QMutexLocker>
 #include <QStringList>
@@ -156,9 +160,9 @@ CREATE TABLE IF NOT EXISTS examined_mails (
 QString field_column_definitions()
 {
     QStringList definitions;
-    for (const auto &[name, type] : field_columns)
-        definitions << QStringLiteral("%1 %2").arg(QLatin1StringView(name),
-                                                   QLatin1StringView(type));
+    for (const FieldColumn &column : field_columns)
+        definitions << QStringLiteral("%1 %2").arg(QLatin1StringView(column.name),
+                                                   QLatin1StringView(column.type));
     return definitions.join(u",\n  ");
 }
 
@@ -180,45 +184,46 @@ QStringList statements_of(const QString &script)
     return statements;
 }
 
+void run_schema_script(const StoreConnection &store)
+{
+    const QString script = QString::fromUtf16(schema_script).arg(field_column_definitions());
+    for (const QString &statement : statements_of(script)) {
+        QSqlQuery query(store.connection());
+        if (!query.exec(statement))
+            StoreConnection::fatal(
+                QStringLiteral("schema stmt failed: %1").arg(statement.simplified()),
+                query.lastError());
+    }
+}
+
 } // namespace
 
-bool TallyDb::init_schema()
+bool init_schema(const StoreConnection &store, double now)
 {
     bool dropped = false;
     {
-        const QMutexLocker lock(&write_mutex_);
-        const QSqlDatabase db = connection();
-        dropped = migrate_structure(db);
-        {
-            // Another process may be doing the same: what a table lacks is asked and added in one.
-            Transaction transaction(db);
-            run_schema_script(db);
-            add_missing_columns(db);
-            create_late_indexes(db);
-            exec_prepared(db, QStringLiteral("DROP TABLE IF EXISTS hero_dict"));
-            exec_prepared(db, QStringLiteral("DROP TABLE IF EXISTS item_dict"));
-            transaction.commit(QStringLiteral("schema commit failed"));
-        }
-        look_after_slices(db);
-        backfill_fort_flags(db);
+        const QMutexLocker lock(&store.write_mutex());
+        dropped = migrate_structure(store, now);
+        // Another process may be doing the same: what a table lacks is asked and added in one.
+        Transaction transaction(store.connection());
+        run_schema_script(store);
+        add_missing_columns(store);
+        create_late_indexes(store);
+        store.exec(QStringLiteral("DROP TABLE IF EXISTS hero_dict"));
+        store.exec(QStringLiteral("DROP TABLE IF EXISTS item_dict"));
+        transaction.commit(QStringLiteral("schema commit failed"));
+    }
+    look_after_derived_schema(store);
+    {
+        const QMutexLocker lock(&store.write_mutex());
+        backfill_fort_flags(store);
     }
     try {
-        link_fort_to_chains();
+        link_fort_to_chains(store);
     } catch (const std::exception &) {
         // Already logged, and every import links again: no reason not to start.
     }
     return dropped;
-}
-
-void TallyDb::run_schema_script(const QSqlDatabase &db)
-{
-    const QString script = QString::fromUtf16(schema_script).arg(field_column_definitions());
-    for (const QString &statement : statements_of(script)) {
-        QSqlQuery query(db);
-        if (!query.exec(statement))
-            fatal(QStringLiteral("schema stmt failed: %1").arg(statement.simplified()),
-                  query.lastError());
-    }
 }
 
 } // namespace tally::data

@@ -1,4 +1,6 @@
-#include "data/store/tally_db.h"
+#include "data/store/store_backup.h"
+
+#include "data/store/store_connection.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -34,18 +36,18 @@ void remove_old_backups(const QFileInfo &store)
 
 } // namespace
 
-void TallyDb::back_up(const QSqlDatabase &db, double now)
+void back_up(const StoreConnection &store, double now)
 {
-    const QFileInfo store(db.databaseName());
-    const QString path = backup_path(store, now);
+    const QFileInfo file(store.connection().databaseName());
+    const QString path = backup_path(file, now);
     const QString partial = path + QStringLiteral(".part");
     QFile::remove(partial);
-    exec_prepared(db, QStringLiteral("VACUUM INTO ?"), {partial});
+    store.exec(QStringLiteral("VACUUM INTO ?"), {partial});
     QFile::remove(path);
     if (!QFile::rename(partial, path))
-        fatal(QStringLiteral("backup failed for %1").arg(path), {});
+        StoreConnection::fatal(QStringLiteral("backup failed for %1").arg(path), {});
     qCInfo(store_log).noquote() << "kept a copy of the store before an update:" << path;
-    remove_old_backups(store);
+    remove_old_backups(file);
 }
 
 } // namespace tally::data

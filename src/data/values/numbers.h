@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <QVariant>
 
 #include <cmath>
@@ -22,6 +23,19 @@ constexpr std::optional<int> to_int(double value)
 constexpr std::optional<int> to_int(std::optional<double> value)
 {
     return value ? to_int(*value) : std::nullopt;
+}
+
+/// Whether a number is written as an integer where it serves as a key.
+inline bool is_plain_integer(double value)
+{
+    return std::isfinite(value) && value == std::floor(value) && std::abs(value) < 1e15;
+}
+
+/// An id or the key of a map as text: 3.0 is "3".
+inline QString id_text(double id)
+{
+    return is_plain_integer(id) ? QString::number(static_cast<qint64>(id))
+                                : QString::number(id, 'g', 15);
 }
 
 /// What `QVariant::toInt` makes of a value (numbers are rounded), or nothing where it fails or

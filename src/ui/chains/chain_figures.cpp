@@ -1,6 +1,6 @@
 #include "ui/chains/chain_figures.h"
 
-#include "data/master/master_cache.h"
+#include "data/master/item_facts.h"
 #include "data/store/sql_values.h"
 #include "data/store/tally_db.h"
 
@@ -13,14 +13,9 @@ namespace {
 
 void complete(data::LootStat &row)
 {
-    const data::ItemInfo item = data::MasterCache::instance().item(row.item_type, row.item_subtype);
-    if (item.name.isEmpty())
-        return;
-    row.name = item.name;
-    row.unit_value = item.unit_value;
-    row.unit = item.unit;
-    row.icon = item.icon;
-    row.total_value = data::saturated<qint64>(row.pieces * item.unit_value + 0.5);
+    row = data::with_item_facts(std::move(row));
+    if (!row.name.isEmpty())
+        row.total_value = data::saturated<qint64>(row.pieces * row.unit_value + 0.5);
 }
 
 /// Runs the queries of one refresh, each for itself.

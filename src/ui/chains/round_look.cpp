@@ -1,5 +1,6 @@
 #include "ui/chains/round_look.h"
 
+#include "data/master/item_facts.h"
 #include "data/master/master_cache.h"
 #include "data/values/numbers.h"
 #include "ui/chains/round_keys.h"
@@ -69,19 +70,6 @@ const std::vector<data::LootEntry> &loot_of(const data::ChainRound &round, bool 
                                             const std::optional<data::FortOfChain> &fort)
 {
     return is_destroyed && fort && !fort->loot.empty() ? fort->loot : round.loot;
-}
-
-data::LootEntry with_facts(data::LootEntry item)
-{
-    if (!item.name.isEmpty())
-        return item;
-    const data::ItemInfo facts =
-        data::MasterCache::instance().item(item.item_type, item.item_subtype);
-    item.name = facts.name;
-    item.unit_value = facts.unit_value;
-    item.unit = facts.unit;
-    item.icon = facts.icon;
-    return item;
 }
 
 std::optional<int> level_above_zero(const data::ChainRound &round)
@@ -180,7 +168,7 @@ std::vector<data::LootEntry> rewards_of(const data::ChainRound &round, bool is_d
     std::vector<data::LootEntry> rewards;
     for (const data::LootEntry &item : loot_of(round, is_destroyed, fort)) {
         if (has_value(item))
-            rewards.push_back(with_facts(item));
+            rewards.push_back(item.name.isEmpty() ? data::with_item_facts(item) : item);
     }
     std::ranges::stable_sort(rewards, {}, rank_of);
     return rewards;

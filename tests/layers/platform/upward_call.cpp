@@ -3,5 +3,5 @@
 // Must not link: the floor below does not have the extractors.
 int main()
 {
-    return tally::data::parse_battle(QByteArrayView()).has_value();
+    return tally::data::parse_battle(QByteArrayView(), {}).has_value();
 }

@@ -1,4 +1,4 @@
-#include "data/store/chain_slice.h"
+#include "data/store/round_slicer.h"
 
 #include <QtEndian>
 

@@ -20,7 +20,8 @@ namespace tally::data {
 
 /// The numbers of a round that filters and groups look at, in the order of `SliceKey::numbers`.
 inline constexpr const char *slice_number_columns =
-    "npc_btype, is_fort_round, is_free_ap, chain_start_time, chain_end_time, file_mtime, "
+    "npc_btype, is_fort_round, is_free_ap, chain_start_time, chain_end_time, "
+    "file_mtime, "
     "hero_id_1, hero_id_2, player_id";
 
 /// What all rounds of a slice have in common, as the store keeps it: without NaN.

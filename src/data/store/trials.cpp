@@ -1,3 +1,5 @@
+#include "data/store/trials.h"
+
 #include "data/store/damage_rate.h"
 #include "data/store/loot_sums.h"
 #include "data/store/remembered.h"
@@ -27,15 +29,13 @@ QVariantList texts(const QStringList &list)
 
 } // namespace
 
-std::vector<TrialPlayerRow> TallyDb::trial_players(const QStringList &bosses,
-                                                   std::optional<double> from,
-                                                   std::optional<double> to) const
+std::vector<TrialPlayerRow> trial_players(const StoreConnection &store, const QStringList &bosses,
+                                          std::optional<double> from, std::optional<double> to)
 {
     const SqlConditions conditions = kill_conditions(QStringLiteral("tr."), bosses, from, to);
     const auto compute = [&] {
         std::vector<TrialPlayerRow> players;
-        auto rows = exec_prepared(connection(),
-                                  QStringLiteral(R"sql(
+        auto rows = store.exec(QStringLiteral(R"sql(
             SELECT tp.player_name, MIN(tp.player_id) AS pid,
                    COUNT(*) AS n
             FROM trial_participants tp
@@ -44,34 +44,33 @@ std::vector<TrialPlayerRow> TallyDb::trial_players(const QStringList &bosses,
               AND LENGTH(TRIM(tp.player_name)) > 0
             GROUP BY tp.player_name
             ORDER BY n DESC, tp.player_name ASC)sql")
-                                      .arg(conditions.sql()),
-                                  conditions.params);
+                                   .arg(conditions.sql()),
+                               conditions.params);
         while (rows.next())
             players.push_back(
                 {rows.value(0).toString(), number_in(rows.value(1)), rows.value(2).toInt()});
         return players;
     };
     return remembered<std::vector<TrialPlayerRow>>(
-        QStringLiteral("trial_players"), QVariantList{conditions.sql()} + conditions.params,
+        store, QStringLiteral("trial_players"), QVariantList{conditions.sql()} + conditions.params,
         compute);
 }
 
-std::vector<TrialSession> TallyDb::trial_sessions(const QStringList &bosses,
-                                                  std::optional<double> from,
-                                                  std::optional<double> to, int gap_minutes) const
+std::vector<TrialSession> trial_sessions(const StoreConnection &store, const QStringList &bosses,
+                                         std::optional<double> from, std::optional<double> to,
+                                         int gap_minutes)
 {
     SqlConditions conditions = kill_conditions({}, bosses, from, to);
     conditions.add(QStringLiteral("event_time IS NOT NULL"));
     const double max_gap = gap_minutes * 60.0;
     std::vector<TrialSession> sessions;
-    auto rows = exec_prepared(connection(),
-                              QStringLiteral(R"sql(
+    auto rows = store.exec(QStringLiteral(R"sql(
         SELECT file_name, boss_name, event_time
         FROM trial_reports
         WHERE %1
         ORDER BY event_time ASC)sql")
-                                  .arg(conditions.sql()),
-                              conditions.params);
+                               .arg(conditions.sql()),
+                           conditions.params);
     while (rows.next()) {
         const double time = number_or_zero(rows.value(2));
         if (sessions.empty() || time - sessions.back().end > max_gap)
@@ -86,10 +85,9 @@ std::vector<TrialSession> TallyDb::trial_sessions(const QStringList &bosses,
     return sessions;
 }
 
-std::vector<LootStat> TallyDb::trial_loot_stats(const QStringList &bosses,
-                                                std::optional<double> from,
-                                                std::optional<double> to, const QString &player,
-                                                int *fights) const
+std::vector<LootStat> trial_loot_stats(const StoreConnection &store, const QStringList &bosses,
+                                       std::optional<double> from, std::optional<double> to,
+                                       const QString &player, int *fights)
 {
     SqlConditions conditions = kill_conditions(QStringLiteral("tr."), bosses, from, to);
     if (!player.isEmpty())
@@ -101,7 +99,7 @@ std::vector<LootStat> TallyDb::trial_loot_stats(const QStringList &bosses,
         FROM trial_reports tr
         JOIN trial_participants tp ON tp.file_name = tr.file_name
         WHERE %1)sql");
-    return remembered_loot(QStringLiteral(R"sql(
+    return remembered_loot(store, QStringLiteral(R"sql(
         SELECT tl.item_type, tl.item_subtype,
                SUM(tl.value) AS sztuki,
                COUNT(DISTINCT tr.file_name) AS bitwy
@@ -113,32 +111,30 @@ std::vector<LootStat> TallyDb::trial_loot_stats(const QStringList &bosses,
                            count, conditions, fights);
 }
 
-std::vector<SessionPlayer> TallyDb::session_players(const QStringList &files) const
+std::vector<SessionPlayer> session_players(const StoreConnection &store, const QStringList &files)
 {
     if (files.isEmpty())
         return {};
-    const ReadSnapshot snapshot(connection());
+    const ReadSnapshot snapshot(store);
     const QString places = placeholders(files.size());
     std::vector<SessionPlayer> players;
     QHash<QString, std::size_t> place_of;
     {
-        auto rows = exec_prepared(connection(),
-                                  QStringLiteral(R"sql(
+        auto rows = store.exec(QStringLiteral(R"sql(
             SELECT player_name, MIN(player_id) AS pid, COUNT(*) AS kills
             FROM trial_participants
             WHERE file_name IN (%1)
             GROUP BY player_name
             ORDER BY kills DESC, player_name ASC)sql")
-                                      .arg(places),
-                                  texts(files));
+                                   .arg(places),
+                               texts(files));
         while (rows.next()) {
             place_of.insert(rows.value(0).toString(), players.size());
             players.push_back(
                 {rows.value(0).toString(), number_in(rows.value(1)), rows.value(2).toInt(), {}});
         }
     }
-    auto rows = exec_prepared(connection(),
-                              QStringLiteral(R"sql(
+    auto rows = store.exec(QStringLiteral(R"sql(
         SELECT p.player_name, l.item_type, l.item_subtype,
                SUM(COALESCE(l.value, 0)) AS sv
         FROM trial_participants p
@@ -146,8 +142,8 @@ std::vector<SessionPlayer> TallyDb::session_players(const QStringList &files) co
         WHERE p.file_name IN (%1)
         GROUP BY p.player_name, l.item_type, l.item_subtype
         ORDER BY p.player_name, l.item_type, l.item_subtype)sql")
-                                  .arg(places),
-                              texts(files));
+                               .arg(places),
+                           texts(files));
     while (rows.next()) {
         if (const auto place = place_of.constFind(rows.value(0).toString());
             place != place_of.cend())
@@ -158,25 +154,25 @@ std::vector<SessionPlayer> TallyDb::session_players(const QStringList &files) co
     return players;
 }
 
-std::vector<PlayerKill> TallyDb::player_kills(const QStringList &files, const QString &player) const
+std::vector<PlayerKill> player_kills(const StoreConnection &store, const QStringList &files,
+                                     const QString &player)
 {
     if (files.isEmpty())
         return {};
-    const ReadSnapshot snapshot(connection());
+    const ReadSnapshot snapshot(store);
     std::vector<PlayerKill> kills;
     QHash<qint64, std::size_t> kill_of; // by participant
     QVariantList participants;
     {
-        auto rows = exec_prepared(connection(),
-                                  QStringLiteral(R"sql(
+        auto rows = store.exec(QStringLiteral(R"sql(
             SELECT r.file_name, r.event_time, r.boss_name, r.tile_x, r.tile_y,
                    p.id, p.damage_rate
             FROM trial_reports r
             JOIN trial_participants p ON p.file_name = r.file_name
             WHERE r.file_name IN (%1) AND p.player_name = ?
             ORDER BY r.event_time DESC)sql")
-                                      .arg(placeholders(files.size())),
-                                  texts(files) + QVariantList{player});
+                                   .arg(placeholders(files.size())),
+                               texts(files) + QVariantList{player});
         while (rows.next()) {
             kill_of.insert(rows.value(5).toLongLong(), kills.size());
             participants << rows.value(5);
@@ -191,30 +187,29 @@ std::vector<PlayerKill> TallyDb::player_kills(const QStringList &files, const QS
     }
     if (kills.empty())
         return kills;
-    auto rows = exec_prepared(connection(),
-                              QStringLiteral(R"sql(
+    auto rows = store.exec(QStringLiteral(R"sql(
         SELECT participant_id, item_type, item_subtype, value
         FROM trial_loot
         WHERE participant_id IN (%1)
         ORDER BY id)sql")
-                                  .arg(placeholders(participants.size())),
-                              participants);
+                               .arg(placeholders(participants.size())),
+                           participants);
     while (rows.next())
         kills[kill_of.value(rows.value(0).toLongLong())].loot.push_back(read_loot_entry(rows, 1));
     return kills;
 }
 
-std::optional<TrialDetail> TallyDb::trial_detail(const QString &file_name) const
+std::optional<TrialDetail> trial_detail(const StoreConnection &store, const QString &file_name)
 {
-    const ReadSnapshot snapshot(connection());
+    const ReadSnapshot snapshot(store);
     TrialDetail detail;
     {
-        auto row = exec_prepared(connection(), QStringLiteral(R"sql(
+        auto row = store.exec(QStringLiteral(R"sql(
             SELECT boss_name, event_time, tile_x, tile_y
             FROM trial_reports
             WHERE file_name = ?
             LIMIT 1)sql"),
-                                 {file_name});
+                              {file_name});
         if (!row.next())
             return std::nullopt;
         detail = {row.value(0).toString(),
@@ -223,20 +218,21 @@ std::optional<TrialDetail> TallyDb::trial_detail(const QString &file_name) const
                   int_in(row.value(3)),
                   {}};
     }
-    auto rows = exec_prepared(connection(), QStringLiteral(R"sql(
+    auto rows = store.exec(QStringLiteral(R"sql(
         SELECT id, player_name, player_id, damage_rate
         FROM trial_participants
         WHERE file_name = ?
         ORDER BY damage_rate DESC)sql"),
-                              {file_name});
+                           {file_name});
     while (rows.next())
         detail.participants.push_back({rows.value(0).toLongLong(),
                                        rows.value(1).toString(),
                                        number_in(rows.value(2)),
                                        as_percentage(number_or_zero(rows.value(3))),
                                        {}});
-    auto select_loot = kept(QStringLiteral("SELECT item_type, item_subtype, value FROM trial_loot "
-                                           "WHERE participant_id = ? ORDER BY id"));
+    auto select_loot =
+        store.kept(QStringLiteral("SELECT item_type, item_subtype, value FROM trial_loot "
+                                  "WHERE participant_id = ? ORDER BY id"));
     for (TrialParticipantRow &participant : detail.participants) {
         QSqlQuery &items = select_loot.exec({participant.id});
         while (items.next())

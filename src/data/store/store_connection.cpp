@@ -1,6 +1,4 @@
-#include "data/store/tally_db.h"
-
-#include "data/store/thread_connection.h"
+#include "data/store/store_connection.h"
 
 #include <QLoggingCategory>
 #include <QSqlDatabase>
@@ -41,11 +39,9 @@ QVariant bindable(const QVariant &value)
 
 } // namespace
 
-TallyDb::TallyDb(QString path, platform::Clock clock)
-    : path_(std::move(path)), clock_(std::move(clock))
-{}
+StoreConnection::StoreConnection(QString path) : path_(std::move(path)) {}
 
-TallyDb::~TallyDb()
+StoreConnection::~StoreConnection()
 {
     if (!connections_.hasLocalData())
         return;
@@ -54,12 +50,7 @@ TallyDb::~TallyDb()
     QSqlDatabase::removeDatabase(name);
 }
 
-QSqlDatabase TallyDb::connection() const
-{
-    return thread_connection().db;
-}
-
-ThreadConnection &TallyDb::thread_connection() const
+StoreConnection::ThreadConnection &StoreConnection::thread_connection() const
 {
     if (!connections_.hasLocalData()) {
         const QString name =
@@ -83,15 +74,15 @@ ThreadConnection &TallyDb::thread_connection() const
     return own;
 }
 
-void TallyDb::fatal(const QString &message, const QSqlError &error)
+void StoreConnection::fatal(const QString &message, const QSqlError &error)
 {
     const QString text = QStringLiteral("TallyDb fatal: %1: %2").arg(message, error.text());
     qCCritical(store_log).noquote() << text;
     throw std::runtime_error(text.toStdString());
 }
 
-QSqlQuery TallyDb::exec_prepared(const QSqlDatabase &db, const QString &sql,
-                                 const QVariantList &params)
+QSqlQuery StoreConnection::exec_prepared(const QSqlDatabase &db, const QString &sql,
+                                         const QVariantList &params)
 {
     QSqlQuery query(db);
     query.setForwardOnly(true);
@@ -104,7 +95,7 @@ QSqlQuery TallyDb::exec_prepared(const QSqlDatabase &db, const QString &sql,
     return query;
 }
 
-QSqlQuery &TallyDb::KeptStatement::exec(const QVariantList &params)
+QSqlQuery &StoreConnection::KeptStatement::exec(const QVariantList &params)
 {
     for (int i = 0; i < params.size(); ++i)
         query_.bindValue(i, bindable(params.at(i)));
@@ -115,8 +106,9 @@ QSqlQuery &TallyDb::KeptStatement::exec(const QVariantList &params)
     return query_;
 }
 
-TallyDb::KeptStatement TallyDb::kept(const QString &sql, const QString &prepare_failure,
-                                     const QString &exec_failure) const
+StoreConnection::KeptStatement StoreConnection::kept(const QString &sql,
+                                                     const QString &prepare_failure,
+                                                     const QString &exec_failure) const
 {
     ThreadConnection &own = thread_connection();
     if (const auto found = own.kept.find(sql); found != own.kept.end())
@@ -129,56 +121,56 @@ TallyDb::KeptStatement TallyDb::kept(const QString &sql, const QString &prepare_
     return {own.kept.emplace(sql, std::move(query)).first->second, exec_failure};
 }
 
-TallyDb::Transaction::Transaction(QSqlDatabase db) : db_(std::move(db))
+Transaction::Transaction(QSqlDatabase db) : db_(std::move(db))
 {
     QSqlQuery begin(db_);
     if (!begin.exec(QStringLiteral("BEGIN IMMEDIATE")))
-        fatal(QStringLiteral("begin failed"), begin.lastError());
+        StoreConnection::fatal(QStringLiteral("begin failed"), begin.lastError());
 }
 
-TallyDb::Transaction::~Transaction()
+Transaction::~Transaction()
 {
     if (open_)
         db_.rollback();
 }
 
-void TallyDb::Transaction::commit(const QString &failure)
+void Transaction::commit(const QString &failure)
 {
     open_ = false;
     if (db_.commit())
         return;
     const QSqlError error = db_.lastError();
     db_.rollback();
-    fatal(failure, error);
+    StoreConnection::fatal(failure, error);
 }
 
-ChangeStamp TallyDb::change_stamp() const
-{
-    auto statement =
-        kept(QStringLiteral("SELECT data_version, total_changes() FROM pragma_data_version"));
-    QSqlQuery &row = statement.exec({});
-    row.next();
-    return {row.value(0).toLongLong(), row.value(1).toLongLong()};
-}
-
-qint64 TallyDb::schema_version() const
-{
-    auto statement = kept(QStringLiteral("SELECT schema_version FROM pragma_schema_version"));
-    QSqlQuery &row = statement.exec({});
-    row.next();
-    return row.value(0).toLongLong();
-}
-
-bool TallyDb::any_row(const QString &sql, const QVariantList &params) const
+bool StoreConnection::any_row(const QString &sql, const QVariantList &params) const
 {
     auto statement = kept(sql);
     return statement.exec(params).next();
 }
 
-int TallyDb::single_int(const QString &sql, const QVariantList &params) const
+int StoreConnection::single_int(const QString &sql, const QVariantList &params) const
 {
-    QSqlQuery query = exec_prepared(connection(), sql, params);
+    QSqlQuery query = exec(sql, params);
     return query.next() ? query.value(0).toInt() : 0;
+}
+
+bool StoreConnection::table_exists(const QString &table) const
+{
+    return exec(QStringLiteral("SELECT name FROM sqlite_master WHERE "
+                               "type='table' AND name=?"),
+                {table})
+        .next();
+}
+
+QSet<QString> StoreConnection::table_columns(const QString &table) const
+{
+    QSet<QString> columns;
+    auto rows = exec(QStringLiteral("PRAGMA table_info(%1)").arg(table));
+    while (rows.next())
+        columns << rows.value(1).toString();
+    return columns;
 }
 
 } // namespace tally::data

@@ -1,3 +1,5 @@
+#include "data/store/keep_fights.h"
+
 #include "data/store/damage_rate.h"
 #include "data/store/remembered.h"
 #include "data/store/sql_conditions.h"
@@ -27,31 +29,29 @@ SqlConditions keep_conditions(double player_id)
 
 } // namespace
 
-std::optional<double> TallyDb::keep_player() const
+std::optional<double> keep_player(const StoreConnection &store)
 {
     const auto compute = [&]() -> std::optional<double> {
-        const bool sliced = slices_complete();
-        for (const QString &sql :
-             {QStringLiteral("SELECT player_id FROM %1 WHERE player_id IS NOT NULL "
-                             "GROUP BY player_id ORDER BY %2 DESC LIMIT 1")
-                  .arg(chain_source().table, sliced ? u"SUM(rounds)" : u"COUNT(*)"),
-              QStringLiteral("SELECT player_id FROM trial_participants WHERE player_id IS NOT NULL "
-                             "GROUP BY player_id ORDER BY COUNT(*) DESC LIMIT 1")}) {
-            auto row = exec_prepared(connection(), sql);
+        for (const char *sql : {"SELECT player_id FROM chain_slices WHERE player_id IS NOT NULL "
+                                "GROUP BY player_id ORDER BY SUM(rounds) DESC LIMIT 1",
+                                "SELECT player_id FROM trial_participants WHERE player_id IS NOT "
+                                "NULL "
+                                "GROUP BY player_id ORDER BY COUNT(*) DESC LIMIT 1"}) {
+            auto row = store.exec(QString::fromLatin1(sql));
             if (row.next())
                 return number_in(row.value(0));
         }
         return std::nullopt;
     };
-    return remembered<std::optional<double>>(QStringLiteral("keep_player"), {}, compute);
+    return remembered_of_slices<std::optional<double>>(store, QStringLiteral("keep_player"), {},
+                                                       compute);
 }
 
-std::vector<KeepKill> TallyDb::keep_kills(double player_id, int limit) const
+std::vector<KeepKill> keep_kills(const StoreConnection &store, double player_id, int limit)
 {
     const SqlConditions conditions = keep_conditions(player_id);
     std::vector<KeepKill> kills;
-    auto rows = exec_prepared(connection(),
-                              QStringLiteral(R"sql(
+    auto rows = store.exec(QStringLiteral(R"sql(
         SELECT tr.file_name, tr.boss_name, tr.event_time,
                tr.tile_x, tr.tile_y, tp.damage_rate
         FROM trial_reports tr
@@ -59,8 +59,8 @@ std::vector<KeepKill> TallyDb::keep_kills(double player_id, int limit) const
         WHERE %1
         ORDER BY tr.event_time DESC
         LIMIT ?)sql")
-                                  .arg(conditions.sql()),
-                              conditions.params + QVariantList{limit});
+                               .arg(conditions.sql()),
+                           conditions.params + QVariantList{limit});
     while (rows.next())
         kills.push_back({rows.value(0).toString(), rows.value(1).toString(),
                          number_or_zero(rows.value(2)), int_in(rows.value(3)),
@@ -68,23 +68,22 @@ std::vector<KeepKill> TallyDb::keep_kills(double player_id, int limit) const
     return kills;
 }
 
-std::optional<double> TallyDb::last_keep_kill(double player_id) const
+std::optional<double> last_keep_kill(const StoreConnection &store, double player_id)
 {
     const SqlConditions conditions = keep_conditions(player_id);
     const auto compute = [&]() -> std::optional<double> {
-        auto row = exec_prepared(connection(),
-                                 QStringLiteral(R"sql(
+        auto row = store.exec(QStringLiteral(R"sql(
             SELECT MAX(tr.event_time)
             FROM trial_reports tr
             JOIN trial_participants tp ON tp.file_name = tr.file_name
             WHERE %1)sql")
-                                     .arg(conditions.sql()),
-                                 conditions.params);
+                                  .arg(conditions.sql()),
+                              conditions.params);
         const auto time = row.next() ? number_in(row.value(0)) : std::nullopt;
         return time.value_or(0.0) > 0.0 ? time : std::nullopt;
     };
-    return remembered<std::optional<double>>(QStringLiteral("last_keep_kill"), conditions.params,
-                                             compute);
+    return remembered<std::optional<double>>(store, QStringLiteral("last_keep_kill"),
+                                             conditions.params, compute);
 }
 
 } // namespace tally::data

@@ -1,8 +1,14 @@
+#include "data/store/field_fights.h"
+
+#include "data/store/field_columns.h"
+#include "data/store/player_rows.h"
 #include "data/store/remembered.h"
 #include "data/store/sql_conditions.h"
 #include "data/store/sql_values.h"
 
+#include <QMutexLocker>
 #include <QSqlRecord>
+#include <QStringList>
 
 namespace tally::data {
 
@@ -31,6 +37,17 @@ SqlConditions field_conditions(const QString &first, int mode, std::optional<dou
     return conditions;
 }
 
+/// All columns but those that only the details of an attack need.
+QString listed_columns()
+{
+    QStringList names;
+    for (const FieldColumn &column : field_columns) {
+        if (column.place == FieldColumn::in_lists)
+            names << QLatin1StringView(column.name);
+    }
+    return names.join(u", ");
+}
+
 QVariantMap row_as_map(const QSqlQuery &row)
 {
     QVariantMap map;
@@ -42,8 +59,9 @@ QVariantMap row_as_map(const QSqlQuery &row)
 
 } // namespace
 
-QVariantList TallyDb::field_attacks(std::optional<double> from, std::optional<double> to,
-                                    std::optional<double> player, int limit, int mode) const
+QVariantList field_attacks(const StoreConnection &store, std::optional<double> from,
+                           std::optional<double> to, std::optional<double> player, int limit,
+                           int mode)
 {
     const SqlConditions conditions =
         field_conditions(QStringLiteral("email_time IS NOT NULL"), mode, from, to, player);
@@ -53,34 +71,27 @@ QVariantList TallyDb::field_attacks(std::optional<double> from, std::optional<do
                               ? QStringLiteral("field_reports")
                               : QStringLiteral("field_reports INDEXED BY idx_field_time");
     QVariantList attacks;
-    auto rows = exec_prepared(connection(),
-                              QStringLiteral(R"sql(
-        SELECT file_name, attack_id, attack_seq, email_time, end_date, email_id, email_box,
-               email_type, email_role, tour_id, n_attacks, is_kvk, is_rally, my_ct, enemy_ct,
-               enemy_npc_type, enemy_npc_btype, player_id, player_name, alliance_name, my_hid,
-               my_hid2, enemy_id, enemy_name, enemy_alliance, enemy_hid, enemy_hid2,
-               my_kill_score, enemy_kill_score, my_death, enemy_death, my_power, enemy_power,
-               my_bad_hurt, enemy_bad_hurt, my_hurt, enemy_hurt
+    auto rows = store.exec(QStringLiteral(R"sql(
+        SELECT %3
         FROM %1
         WHERE %2
         ORDER BY email_time DESC, tour_id DESC, attack_seq ASC
         LIMIT ?)sql")
-                                  .arg(table, conditions.sql()),
-                              conditions.params + QVariantList{limit});
+                               .arg(table, conditions.sql(), listed_columns()),
+                           conditions.params + QVariantList{limit});
     while (rows.next())
         attacks << row_as_map(rows);
     return attacks;
 }
 
-FieldSummary TallyDb::field_summary(std::optional<double> from, std::optional<double> to,
-                                    std::optional<double> player, int mode) const
+FieldSummary field_summary(const StoreConnection &store, std::optional<double> from,
+                           std::optional<double> to, std::optional<double> player, int mode)
 {
     const SqlConditions conditions =
         field_conditions(QStringLiteral("1=1"), mode, from, to, player);
     const auto compute = [&] {
         FieldSummary sums;
-        auto row = exec_prepared(connection(),
-                                 QStringLiteral(R"sql(
+        auto row = store.exec(QStringLiteral(R"sql(
             SELECT COUNT(DISTINCT file_name) AS fights,
                    COUNT(*) AS attacks,
                    COUNT(DISTINCT enemy_id) AS unique_enemies,
@@ -92,8 +103,8 @@ FieldSummary TallyDb::field_summary(std::optional<double> from, std::optional<do
                    SUM(CASE WHEN my_kill_score > enemy_kill_score THEN 1 ELSE 0 END) AS wins
             FROM field_reports
             WHERE %1)sql")
-                                     .arg(conditions.sql()),
-                                 conditions.params);
+                                  .arg(conditions.sql()),
+                              conditions.params);
         if (!row.next())
             return sums;
         sums.fights = row.value(0).toInt();
@@ -111,54 +122,67 @@ FieldSummary TallyDb::field_summary(std::optional<double> from, std::optional<do
             sums.kp_ratio = static_cast<double>(sums.my_kp) / static_cast<double>(sums.enemy_kp);
         return sums;
     };
-    return remembered<FieldSummary>(QStringLiteral("field_summary"),
+    return remembered<FieldSummary>(store, QStringLiteral("field_summary"),
                                     QVariantList{conditions.sql()} + conditions.params, compute);
 }
 
-std::optional<QVariantMap> TallyDb::field_attack(const QString &file_name,
-                                                 std::optional<double> attack_id) const
+std::optional<QVariantMap> field_attack(const StoreConnection &store, const QString &file_name,
+                                        std::optional<double> attack_id)
 {
     auto row = attack_id
-                   ? exec_prepared(connection(),
-                                   QStringLiteral("SELECT * FROM field_reports "
-                                                  "WHERE file_name = ? AND attack_id = ?"),
-                                   {file_name, *attack_id})
-                   : exec_prepared(connection(),
-                                   QStringLiteral("SELECT * FROM field_reports WHERE file_name = ? "
-                                                  "ORDER BY attack_seq ASC LIMIT 1"),
-                                   {file_name});
+                   ? store.exec(QStringLiteral("SELECT * FROM field_reports "
+                                               "WHERE file_name = ? AND attack_id = ?"),
+                                {file_name, *attack_id})
+                   : store.exec(QStringLiteral("SELECT * FROM field_reports WHERE file_name = ? "
+                                               "ORDER BY attack_seq ASC LIMIT 1"),
+                                {file_name});
     return row.next() ? std::optional(row_as_map(row)) : std::nullopt;
 }
 
-std::vector<PlayerRow> TallyDb::field_players() const
+std::vector<PlayerRow> field_players(const StoreConnection &store)
 {
-    return remembered<std::vector<PlayerRow>>(QStringLiteral("field_players"), {}, [&] {
-        return player_rows({QStringLiteral("field_reports"), QStringLiteral("file_name")});
+    return remembered<std::vector<PlayerRow>>(store, QStringLiteral("field_players"), {}, [&] {
+        return player_rows(store, QStringLiteral("field_reports"), QStringLiteral("file_name"));
     });
 }
 
-int TallyDb::field_report_count() const
+int field_report_count(const StoreConnection &store)
 {
-    return single_int(QStringLiteral("SELECT COUNT(*) FROM field_reports"));
+    return store.single_int(QStringLiteral("SELECT COUNT(*) FROM field_reports"));
 }
 
-std::vector<EnemyCount> TallyDb::top_enemies(int limit) const
+std::vector<EnemyCount> top_enemies(const StoreConnection &store, int limit)
 {
     const auto compute = [&] {
         std::vector<EnemyCount> enemies;
-        auto rows = exec_prepared(connection(), QStringLiteral(R"sql(
+        auto rows = store.exec(QStringLiteral(R"sql(
             SELECT enemy_name, COUNT(*) AS n
             FROM field_reports
             WHERE enemy_name IS NOT NULL AND LENGTH(TRIM(enemy_name)) > 0
             GROUP BY enemy_name
             ORDER BY n DESC, enemy_name ASC
             LIMIT ?)sql"),
-                                  {limit});
+                               {limit});
         while (rows.next())
             enemies.push_back({rows.value(0).toString(), rows.value(1).toInt()});
         return enemies;
     };
-    return remembered<std::vector<EnemyCount>>(QStringLiteral("top_enemies"), {limit}, compute);
+    return remembered<std::vector<EnemyCount>>(store, QStringLiteral("top_enemies"), {limit},
+                                               compute);
+}
+
+void set_field_favorite(const StoreConnection &store, const QString &file_name, bool favorite)
+{
+    const QMutexLocker lock(&store.write_mutex());
+    store.exec(QStringLiteral("UPDATE field_reports SET email_box=? WHERE file_name=?"),
+               {favorite ? QStringLiteral("Archive") : QStringLiteral("Inbox"), file_name});
+}
+
+bool is_field_favorite(const StoreConnection &store, const QString &file_name)
+{
+    return store.any_row(QStringLiteral("SELECT 1 FROM field_reports "
+                                        "WHERE file_name=? AND email_box='Archive' LIMIT 1"),
+                         {file_name});
 }
 
 } // namespace tally::data

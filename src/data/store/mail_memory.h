@@ -1,0 +1,22 @@
+#pragma once
+
+#include "data/store/records.h"
+
+#include <vector>
+
+namespace tally::data {
+
+class StoreConnection;
+
+// What the store knows of a mail: its reports, and what was found when it was looked through.
+
+bool report_exists(const StoreConnection &store, const QString &file_name);
+bool field_report_exists(const StoreConnection &store, const QString &file_name);
+bool trial_report_exists(const StoreConnection &store, const QString &file_name);
+bool fort_report_exists(const StoreConnection &store, const QString &file_name);
+ReportKinds stored_kinds(const StoreConnection &store, const QString &file_name);
+KnownMail known_mail(const StoreConnection &store, const QString &file_name,
+                     const platform::FileStamp &stamp);
+void note_examined(const StoreConnection &store, const std::vector<ExaminedMail> &mails);
+
+} // namespace tally::data
