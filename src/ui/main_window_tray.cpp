@@ -7,6 +7,7 @@
 #include "ui/alerts/keep_toast.h"
 #include "ui/alerts/tray_manager.h"
 #include "ui/settings/settings_dialog.h"
+#include "ui/start_up_chain.h"
 
 #include <QAction>
 #include <QCloseEvent>

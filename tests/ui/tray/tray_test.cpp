@@ -106,12 +106,12 @@ TEST_F(WindowWithTray, GoesOnBehindItWhateverCloses)
     QTimer::singleShot(0, qApp, [] {
         QDialog dialog;
         dialog.show();
-        QTest::qWaitForWindowExposed(&dialog);
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&dialog));
         dialog.close();
         new_toast()->close();
         auto *banner = new BarbarianKeepOverlay;
         banner->show_centered();
-        QTest::qWaitForWindowExposed(banner);
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(banner));
         banner->close();
         QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(still_running); });
     });
