@@ -13,6 +13,7 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QEventLoopLocker>
+#include <QTimer>
 
 namespace tally::ui {
 
@@ -85,8 +86,13 @@ void MainWindow::closeEvent(QCloseEvent *event)
 
 void MainWindow::showEvent(QShowEvent *event)
 {
-    in_tray_.reset();
     QMainWindow::showEvent(event);
+    // Its native window comes up only after this; until then the program would count as one without
+    // windows.
+    QTimer::singleShot(0, this, [this] {
+        if (isVisible())
+            in_tray_.reset();
+    });
 }
 
 void MainWindow::on_open_settings()
