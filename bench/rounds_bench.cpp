@@ -1,21 +1,28 @@
-// The window of a hero pair's rounds, with 300 chains of ten rounds: the time from its construction
-// to the first painted frame, and the frames while it is scrolled from top to bottom.
+// The window of a hero pair's rounds. With 300 chains of ten rounds: the time from its construction
+// to the first painted frame, and the frames while it is scrolled from top to bottom. Over a store
+// of years of play: the time from the click to the first rounds, and the frames at its oldest ones.
 
 #include "data/master/master_cache.h"
+#include "data/store/tally_db.h"
 #include "figure.h"
+#include "queries/asker.h"
 #include "reference_folder.h"
 #include "sample_items.h"
+#include "store_filler.h"
+#include "ui/chains/chain_list.h"
 #include "ui/chains/round_overview_window.h"
+#include "ui/chains/round_row_widget.h"
 #include "ui/items/item_pictures.h"
 #include "ui/parts/theme.h"
 
+#include <QAbstractScrollArea>
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QPointer>
-#include <QScrollArea>
 #include <QScrollBar>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QWheelEvent>
 
@@ -128,7 +135,7 @@ public:
     OpenWindow(const OpenWindow &) = delete;
     OpenWindow &operator=(const OpenWindow &) = delete;
 
-    QScrollArea &list() const { return *window_->findChild<QScrollArea *>(); }
+    QAbstractScrollArea &list() const { return *window_->findChild<QAbstractScrollArea *>(); }
 
 private:
     QPointer<ui::RoundOverviewWindow> window_;
@@ -179,7 +186,7 @@ void forget_tiles(const QString &icon_dir)
         ui::item_icon(data::MasterCache::instance().item(item.type, item.subtype).icon, icon_dir);
 }
 
-void turn_wheel(QScrollArea &list)
+void turn_wheel(QAbstractScrollArea &list)
 {
     const QPointF centre = list.viewport()->rect().center();
     QWheelEvent notch(centre, list.viewport()->mapToGlobal(centre), {}, {0, -120}, Qt::NoButton,
@@ -187,16 +194,16 @@ void turn_wheel(QScrollArea &list)
     QCoreApplication::sendEvent(list.viewport(), &notch);
 }
 
-void turn_page(QScrollArea &list)
+void turn_page(QAbstractScrollArea &list)
 {
     list.verticalScrollBar()->triggerAction(QScrollBar::SliderPageStepAdd);
 }
 
 /// Scrolls from top to bottom and prints what its frames took, each from the input to the end of
 /// painting.
-void scroll(const char *name, const OpenWindow &window, void (*step)(QScrollArea &))
+void scroll(const char *name, const OpenWindow &window, void (*step)(QAbstractScrollArea &))
 {
-    QScrollArea &list = window.list();
+    QAbstractScrollArea &list = window.list();
     QScrollBar *bar = list.verticalScrollBar();
     bar->setValue(0);
     QCoreApplication::processEvents();
@@ -214,6 +221,105 @@ void scroll(const char *name, const OpenWindow &window, void (*step)(QScrollArea
                  quantile(frames, 0.95, &Cost::milliseconds), Goal::at_most, frame_milliseconds);
     print_figure(std::string(name) + "_frame_slowest_milliseconds",
                  quantile(frames, 1.0, &Cost::milliseconds), Goal::at_most, frame_milliseconds);
+}
+
+/// A store whose chains all belong to one pair.
+class PairStore {
+public:
+    PairStore(const QString &folder, int rounds)
+        : path_(QStringLiteral("%1/%2.db").arg(folder).arg(rounds))
+    {
+        tools::FillOptions options;
+        options.rounds = rounds;
+        tools::fill_store(path_, options);
+        db_ = std::make_unique<data::TallyDb>(path_);
+        db_->init_schema();
+        db_->complete_chain_slices();
+        for (const char *table : {"reports", "chain_slices"}) {
+            QSqlQuery query(db_->connection());
+            if (!query.exec(QStringLiteral("UPDATE %1 SET hero_id_1 = 7, hero_id_2 = 91")
+                                .arg(QLatin1StringView(table))))
+                throw std::runtime_error("the chains cannot be made those of one pair");
+        }
+        db_->complete_chain_slices();
+        queries_ = std::make_unique<queries::StoreQueries>(*db_);
+    }
+
+    queries::StoreQueries &queries() { return *queries_; }
+
+private:
+    QString path_;
+    std::unique_ptr<data::TallyDb> db_;
+    std::unique_ptr<queries::StoreQueries> queries_;
+};
+
+int rows_shown(const QWidget &window)
+{
+    return static_cast<int>(
+        std::ranges::count_if(window.findChildren<ui::RoundRowWidget *>(), &QWidget::isVisible));
+}
+
+/// From the click on a pair to its first rounds on the screen.
+double click_milliseconds(PairStore &store, const QString &icon_dir,
+                          std::unique_ptr<ui::RoundOverviewWindow> &window)
+{
+    constexpr double any = 1.0;
+    queries::Asker asker(store.queries(), queries::Sight::Seen);
+    return cost_of([&] {
+               asker.ask(
+                   [](const data::TallyDb &db, const queries::IsOutdated &) {
+                       return db.chain_heads_for_pair(7, 91, db.question(any, {}, {}, {}));
+                   },
+                   [&](std::vector<data::ChainHead> heads) {
+                       window = std::make_unique<ui::RoundOverviewWindow>(
+                           store.queries(), QStringLiteral("Ada"), QStringLiteral("Bea"),
+                           std::move(heads), icon_dir);
+                       window->setAttribute(Qt::WA_DeleteOnClose, false);
+                       window->show();
+                   });
+               while (!window || rows_shown(*window) == 0)
+                   QCoreApplication::processEvents();
+               QCoreApplication::processEvents();
+           })
+        .milliseconds;
+}
+
+/// Turns the wheel from the oldest rounds upwards and prints what its frames took.
+void scroll_at_the_end(const std::string &name, const QWidget &window)
+{
+    auto &list = *window.findChild<ui::ChainList *>();
+    QScrollBar *bar = list.verticalScrollBar();
+    bar->setValue(bar->maximum());
+    while (rows_shown(window) == 0)
+        QCoreApplication::processEvents();
+    std::vector<Cost> frames;
+    int empty = 0;
+    for (int i = 0; i < 300; ++i) {
+        frames.push_back(cost_of([bar] {
+            bar->setValue(bar->value() - 60);
+            QCoreApplication::processEvents();
+        }));
+        empty += rows_shown(window) < 5 ? 1 : 0;
+    }
+    std::printf("%s: %lld pixels, %d of %zu frames without rounds\n", name.c_str(),
+                static_cast<long long>(list.total_height()), empty, frames.size());
+    print_figure(name + "_frame_p95_milliseconds", quantile(frames, 0.95, &Cost::milliseconds),
+                 Goal::at_most, frame_milliseconds);
+}
+
+void bench_years(const QString &folder, const QString &icon_dir, int rounds)
+{
+    PairStore store(folder, rounds);
+    std::vector<double> times;
+    std::unique_ptr<ui::RoundOverviewWindow> window;
+    for (int i = 0; i < openings; ++i) {
+        window.reset();
+        times.push_back(click_milliseconds(store, icon_dir, window));
+        std::printf("%d rounds: click to shown %.1f ms\n", rounds, times.back());
+    }
+    const std::string name = "rounds_of_" + std::to_string(rounds);
+    print_figure(name + "_click_to_shown_milliseconds", median(times), Goal::at_most, 100);
+    scroll_at_the_end(name, *window);
 }
 
 } // namespace
@@ -236,4 +342,6 @@ int main(int argc, char *argv[])
     forget_tiles(icon_dir);
     scroll("rounds_page", window, turn_page);
     print_figure("rounds_open_milliseconds", opening, Goal::at_most, 400);
+    for (const int count : {20'000, 200'000, 300'000})
+        bench_years(folder.path(), icon_dir, count);
 }

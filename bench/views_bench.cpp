@@ -235,8 +235,7 @@ void bench_slow_pages(const QString &folder)
     queries::StoreQueries queries(db);
     Settings settings(db);
     platform::FakeHost host;
-    const ui::Surroundings around{
-        .db = db, .queries = queries, .settings = settings, .host = host};
+    const ui::Surroundings around{.db = db, .queries = queries, .settings = settings, .host = host};
     ui::ChainTrackerSetup setup;
     setup.figures = [](const auto &store, const auto &question, const auto &is_outdated) {
         std::this_thread::sleep_for(std::chrono::milliseconds(300));

@@ -32,6 +32,11 @@ if(TALLY_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+if(TALLY_TSAN)
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=thread)
+endif()
+
 if(CMAKE_INTERPROCEDURAL_OPTIMIZATION AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # Seen as a whole, Qt's hash looks to g++ as if it could ask for more memory than there is.
   add_link_options(-Wno-alloc-size-larger-than)

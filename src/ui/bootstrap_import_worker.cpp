@@ -28,6 +28,8 @@ void BootstrapImportWorker::run()
     try {
         const data::ImportStats stats =
             data::import_dir(mailcache_dir_, raw_dir_, *db_, report, cancel_);
+        if (stats.trouble.any())
+            Q_EMIT incomplete(text_of(stats.trouble));
         Q_EMIT bootstrapDone(stats.scanned, stats.imported, stats.errors);
     } catch (const std::exception &failure) {
         qCWarning(log_ui) << "BootstrapImportWorker EXC:" << failure.what();

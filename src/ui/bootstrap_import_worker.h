@@ -25,6 +25,8 @@ Q_SIGNALS:
     void progress(int scanned, int total, int imported);
     void statusMessage(QString msg);
     void bootstrapDone(int scanned, int imported, int errors);
+    /// Before `bootstrapDone`, if its counters do not tell all: for the user, in whole sentences.
+    void incomplete(QString trouble);
 
 public Q_SLOTS:
     void run();

@@ -3,6 +3,7 @@
 #include "platform/identity.h"
 #include "ui/parts/plain_label.h"
 
+#include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QProgressBar>
@@ -50,6 +51,14 @@ void LoadingSplash::finish()
         close();
     else
         QTimer::singleShot(remaining, this, &QDialog::close);
+}
+
+void LoadingSplash::closeEvent(QCloseEvent *event)
+{
+    if (event->spontaneous())
+        event->ignore();
+    else
+        QDialog::closeEvent(event);
 }
 
 void LoadingSplash::keyPressEvent(QKeyEvent *event)

@@ -26,6 +26,8 @@ public:
     void finish();
 
 protected:
+    /// It closes when the program says so, not by a button of the window manager.
+    void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:

@@ -9,7 +9,11 @@
 #include "ui/forts/fort_rally_tab.h"
 #include "ui/items/item_pictures.h"
 #include "ui/keep/barbarian_keep_tab.h"
+#include "ui/lost_store_notice.h"
+#include "ui/parts/plain_label.h"
 #include "ui/parts/theme.h"
+#include "ui/parts/window_bounds.h"
+#include "ui/refresh_mark.h"
 #include "ui/report_tabs.h"
 #include "ui/start_up_chain.h"
 #include "ui/trials/baulur_run_tab.h"
@@ -40,10 +44,13 @@ MainWindow::MainWindow(const Surroundings &around, QWidget *parent, const Window
     resize(1400, 900);
     setAcceptDrops(true);
     start_keep_service();
+    new WindowBounds(this);
     build_menus();
     build_status_bar();
     build_tabs();
     connect_chain();
+    watch_store();
+    new RefreshMark(*chain_, *statusBar());
     if (!restore_geometry())
         place_in_the_middle();
     QTimer::singleShot(0, this, &MainWindow::show_as_it_was);
@@ -86,6 +93,7 @@ void MainWindow::build_tabs()
                QStringLiteral("🏰 Fort Rally"));
     tabs_->add(new BarbarianKeepTab(queries, keep_service_, icons, tabs_),
                QStringLiteral("🗡️ Barbarian Keep"));
+    connect(chain_tab_, &ReportTab::mailFolderWanted, this, &MainWindow::on_import_mailcache);
     setCentralWidget(tabs_);
 }
 
@@ -107,6 +115,15 @@ void MainWindow::connect_chain()
     connect(chain_.get(), &StartUpChain::refreshDone, this, &MainWindow::start_tray);
 }
 
+void MainWindow::watch_store()
+{
+    const auto *notice = new LostStoreNotice(around_.db, this, setup_.store_interval);
+    connect(notice, &LostStoreNotice::restartWanted, this, [this] {
+        wants_restart_ = true;
+        request_exit();
+    });
+}
+
 void MainWindow::run_post_startup()
 {
     chain_->run();
@@ -119,10 +136,9 @@ void MainWindow::refresh_all_tabs()
 
 void MainWindow::build_status_bar()
 {
-    auto *version = new QLabel(
+    QLabel *version = plain_label(
         QStringLiteral("Version: %1  %2").arg(platform::application_version, copyright_line()));
     version->setObjectName(QStringLiteral("versionLabel"));
-    version->setTextFormat(Qt::PlainText);
     version->setContentsMargins(0, 0, 8, 0);
     statusBar()->addPermanentWidget(version);
     statusBar()->setSizeGripEnabled(false);

@@ -20,6 +20,10 @@ namespace tally::services {
 class KeepCooldownService;
 }
 
+namespace tally::data {
+struct MailImport;
+}
+
 namespace tally::ui {
 
 class ChainTrackerTab;
@@ -54,6 +58,8 @@ public:
     ReportTabs &tabs() { return *tabs_; }
     StartUpChain &chain() { return *chain_; }
     services::KeepCooldownService &keep_service() { return *keep_service_; }
+    /// Whether the program is to be started again once it has left.
+    bool wants_restart() const { return wants_restart_; }
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -80,6 +86,7 @@ private:
     void connect_tray(TrayManager *tray);
     /// Hides the window; the tray brings it back.
     void go_on_in_tray();
+    void watch_store();
     /// Asks all threads behind the window to end; does not wait.
     void request_end();
     /// \return whether all of them have ended in time.
@@ -94,8 +101,7 @@ private:
     void save_window_state();
 
     void import_with_progress(const QString &folder);
-    enum class DropResult { Imported, NothingNew, Skipped };
-    DropResult import_dropped(const QUrl &url);
+    data::MailImport import_dropped(const QUrl &url);
 
     Surroundings around_;
     WindowSetup setup_;
@@ -107,6 +113,7 @@ private:
     std::unique_ptr<StartUpChain> chain_;
     std::unique_ptr<QEventLoopLocker> in_tray_; ///< while the window is hidden there
     bool importing_ = false;
+    bool wants_restart_ = false;
     std::atomic<bool> cancel_import_ = false;
     std::optional<QDeadlineTimer> leaving_; ///< set by `request_exit`
     queries::Asker last_kill_;              ///< of the keep

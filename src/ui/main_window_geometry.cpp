@@ -2,6 +2,8 @@
 #include "settings/settings.h"
 #include "ui/main_window.h"
 
+#include "ui/parts/window_bounds.h"
+
 #include <QDataStream>
 #include <QGuiApplication>
 #include <QIODevice>
@@ -59,9 +61,12 @@ void MainWindow::place_in_the_middle()
         return;
     constexpr QSize size(1400, 900);
     const QRect available = screen->availableGeometry();
-    resize(size);
-    move(available.left() + (available.width() - size.width()) / 2,
-         available.top() + (available.height() - size.height()) / 2);
+    const QPoint corner(available.left() + (available.width() - size.width()) / 2,
+                        available.top() + (available.height() - size.height()) / 2);
+    const QMargins margins = frame_margins(*this);
+    const QRect frame = bounded_frame({corner, size.grownBy(margins)}, available);
+    resize(frame.size().shrunkBy(margins));
+    move(frame.topLeft());
 }
 
 void MainWindow::show_as_it_was()

@@ -4,6 +4,7 @@
 #include "platform/files/exact_files.h"
 #include "settings/catalogue.h"
 #include "settings/settings.h"
+#include "ui/import_progress.h"
 #include "ui/parts/ui_log.h"
 
 #include <QCoreApplication>
@@ -12,7 +13,6 @@
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QMimeData>
-#include <QProgressDialog>
 #include <QScopedValueRollback>
 #include <QUrl>
 
@@ -61,31 +61,23 @@ void MainWindow::import_with_progress(const QString &folder)
 {
     const QScopedValueRollback importing(importing_, true);
     cancel_import_ = false;
-    QProgressDialog dialog(QStringLiteral("Importing mailcache..."), QStringLiteral("Cancel"), 0, 0,
-                           this);
-    dialog.setWindowModality(Qt::WindowModal);
-    dialog.setMinimumDuration(300);
-    dialog.setValue(0);
+    ImportProgress dialog(this);
     connect(
         &dialog, &QProgressDialog::canceled, this, [this] { cancel_import_ = true; },
         Qt::DirectConnection);
     const auto show_progress = [&dialog](qint32 scanned, qint32 total, qint32 imported) {
-        if (dialog.maximum() != total)
-            dialog.setMaximum(total);
-        dialog.setValue(scanned);
-        dialog.setLabelText(
-            QStringLiteral("Importing %1/%2  (%3 new)").arg(scanned).arg(total).arg(imported));
+        dialog.show_progress(scanned, total, imported);
         QCoreApplication::processEvents();
     };
     QDir().mkpath(around_.raw_dir);
     const data::ImportStats stats =
         data::import_dir(folder, around_.raw_dir, around_.db, show_progress, &cancel_import_);
     dialog.close();
-    show_message(QStringLiteral("Import done: scanned=%1  imported=%2  errors=%3")
-                     .arg(stats.scanned)
-                     .arg(stats.imported)
-                     .arg(stats.errors),
-                 6'000);
+    const auto done = QStringLiteral("Import done: scanned=%1  imported=%2  errors=%3")
+                          .arg(stats.scanned)
+                          .arg(stats.imported)
+                          .arg(stats.errors);
+    show_message(data::with_trouble(done, text_of(stats.trouble)), 6'000);
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent *event)
@@ -106,29 +98,30 @@ void MainWindow::dropEvent(QDropEvent *event)
     QDir().mkpath(around_.raw_dir);
     int imported = 0;
     int skipped = 0;
+    data::ImportTrouble trouble;
     for (const QUrl &url : urls) {
-        const DropResult result = import_dropped(url);
-        imported += result == DropResult::Imported ? 1 : 0;
-        skipped += result == DropResult::Skipped ? 1 : 0;
+        if (!is_mail(url)) {
+            ++skipped;
+            continue;
+        }
+        const data::MailImport mail = import_dropped(url);
+        imported += mail.is_new ? 1 : 0;
+        if (mail.failure)
+            trouble.add(url.fileName(), *mail.failure);
     }
     if (imported > 0)
         refresh_all_tabs();
-    show_message(
-        QStringLiteral("Drop import: %1 file(s) imported, %2 skipped.").arg(imported).arg(skipped),
-        5'000);
+    const auto done =
+        QStringLiteral("Drop import: %1 file(s) imported, %2 skipped.").arg(imported).arg(skipped);
+    show_message(data::with_trouble(done, text_of(trouble, data::Remedy::DropAgain)), 5'000);
 }
 
-MainWindow::DropResult MainWindow::import_dropped(const QUrl &url)
+data::MailImport MainWindow::import_dropped(const QUrl &url)
 {
-    if (!is_mail(url))
-        return DropResult::Skipped;
     try {
-        return data::import_file(local_path(url), around_.raw_dir, around_.db)
-                   ? DropResult::Imported
-                   : DropResult::NothingNew;
+        return data::import_mail(local_path(url), around_.raw_dir, around_.db);
     } catch (const std::exception &failure) {
-        qCWarning(log_ui) << "drop import failed:" << url.fileName() << failure.what();
-        return DropResult::NothingNew;
+        return {false, QString::fromLocal8Bit(failure.what())};
     }
 }
 

@@ -1,5 +1,6 @@
 #include "ui/start_up_chain.h"
 
+#include "data/import/import_trouble.h"
 #include "data/import/tally_watcher.h"
 #include "data/master/master_refresh_worker.h"
 #include "data/store/tally_db.h"
@@ -14,6 +15,8 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace tally::ui {
 namespace {
@@ -49,6 +52,19 @@ void StartUpChain::run()
     setup_.refresh(*this);
 }
 
+void StartUpChain::refresh_again()
+{
+    if (ending_ || runs(refresh_thread_))
+        return;
+    refreshes_only_ = true;
+    setup_.refresh(*this);
+}
+
+QString StartUpChain::refresh_failed_text()
+{
+    return QStringLiteral("Master refresh failed — tabs will show raw IDs.");
+}
+
 void StartUpChain::show_splash()
 {
     splash_ = new LoadingSplash(window_, QStringLiteral("Loading data from server..."),
@@ -75,7 +91,10 @@ void StartUpChain::on_master_refresh_done(bool success)
     if (success)
         Q_EMIT shownDataChanged();
     else
-        Q_EMIT message(QStringLiteral("Master refresh failed — tabs will show raw IDs."), 8'000);
+        Q_EMIT message(refresh_failed_text(), refresh_failed_ms);
+    Q_EMIT refreshEnded(success);
+    if (std::exchange(refreshes_only_, false))
+        return;
     start_bootstrap_and_watcher();
     Q_EMIT refreshDone(success);
 }
@@ -115,6 +134,10 @@ void StartUpChain::start_bootstrap_and_watcher()
     connect(
         worker, &Worker::statusMessage, this,
         [this](const QString &text) { Q_EMIT message(text, 4'000); }, Qt::QueuedConnection);
+    bootstrap_trouble_.clear();
+    connect(
+        worker, &Worker::incomplete, this,
+        [this](const QString &trouble) { bootstrap_trouble_ = trouble; }, Qt::QueuedConnection);
     connect(worker, &Worker::bootstrapDone, this, &StartUpChain::on_bootstrap_done,
             Qt::QueuedConnection);
     connect(worker, &Worker::bootstrapDone, worker, &QObject::deleteLater);
@@ -124,20 +147,20 @@ void StartUpChain::start_bootstrap_and_watcher()
 
 void StartUpChain::on_bootstrap_done(int scanned, int imported, int errors)
 {
-    Q_EMIT message(QStringLiteral("Bootstrap done: scanned=%1  imported=%2  errors=%3. "
-                                  "Monitoring active.")
-                       .arg(scanned)
-                       .arg(imported)
-                       .arg(errors),
-                   8'000);
+    const auto done =
+        QStringLiteral("Bootstrap done: scanned=%1  imported=%2  errors=%3. Monitoring active.")
+            .arg(scanned)
+            .arg(imported)
+            .arg(errors);
+    Q_EMIT message(data::with_trouble(done, bootstrap_trouble_), 8'000);
     Q_EMIT shownDataChanged();
     stop_watcher();
     const QString dir = around_.settings.get(settings::mailcache_dir);
     if (dir.isEmpty() || watcher_ || ending_)
         return;
     using data::TallyWatcher;
-    watcher_ = std::make_unique<TallyWatcher>(
-        &around_.db, dir, around_.raw_dir, static_cast<int>(setup_.poll_interval.count()), this);
+    watcher_ = std::make_unique<TallyWatcher>(&around_.db, dir, around_.raw_dir,
+                                              static_cast<int>(setup_.poll_interval.count()), this);
     connect(watcher_.get(), &TallyWatcher::newFilesImported, this, &StartUpChain::on_new_reports,
             Qt::QueuedConnection);
     connect(
@@ -146,6 +169,9 @@ void StartUpChain::on_bootstrap_done(int scanned, int imported, int errors)
             Q_EMIT message(QStringLiteral("Watcher: %1").arg(text), 6'000);
         },
         Qt::QueuedConnection);
+    connect(
+        watcher_.get(), &TallyWatcher::mailsNotStored, this,
+        [this](const QString &text) { Q_EMIT message(text, 30'000); }, Qt::QueuedConnection);
     watcher_->start(QThread::InheritPriority);
 }
 
@@ -192,6 +218,11 @@ bool StartUpChain::wait_until(QDeadlineTimer deadline)
     const QList<QThread *> all = threads();
     return std::all_of(all.begin(), all.end(),
                        [deadline](QThread *thread) { return thread->wait(deadline); });
+}
+
+bool StartUpChain::importing() const
+{
+    return runs(bootstrap_thread_);
 }
 
 bool StartUpChain::watching() const

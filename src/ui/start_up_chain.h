@@ -32,8 +32,13 @@ public:
     /// All threads must have ended.
     ~StartUpChain() override;
 
+    static constexpr int refresh_failed_ms = 8'000;
+    static QString refresh_failed_text();
+
     /// Does nothing while the refresh of an earlier run is still at work.
     void run();
+    /// Refreshes the reference data once more, and nothing else.
+    void refresh_again();
 
     /// Lets a worker refresh the reference data on a thread of its own. It has the slot `run` and
     /// the signals `statusMessage(QString)` and `masterRefreshDone(bool)`, of which the last ends
@@ -64,9 +69,11 @@ public:
     bool wait_until(QDeadlineTimer deadline);
 
     bool watching() const;
+    bool importing() const; ///< the mail folder, for the first time
 
 Q_SIGNALS:
     void message(const QString &text, int ms); ///< for the status bar
+    void refreshEnded(bool success);           ///< of the reference data, each time
     void refreshDone(bool success);            ///< the first import has been started
     void referenceDataChanged();               ///< names and icons may now be others
     void shownDataChanged();                   ///< what tabs show may be out of date
@@ -88,6 +95,8 @@ private:
     QPointer<QThread> refresh_thread_;
     QPointer<QThread> bootstrap_thread_;
     std::unique_ptr<data::TallyWatcher> watcher_;
+    QString bootstrap_trouble_;   ///< of the first import, for the user
+    bool refreshes_only_ = false; ///< nothing is to follow the refresh that runs
     std::atomic<bool> ending_ = false;
 };
 

@@ -20,6 +20,7 @@ struct WindowSetup {
     std::chrono::milliseconds splash_minimum{1'500}; ///< how long the splash stands at least
     std::chrono::milliseconds splash_limit{30'000};  ///< and at most
     std::chrono::milliseconds poll_interval{2'000};  ///< between two looks at the mail folder
+    std::chrono::milliseconds store_interval{3'000}; ///< between two looks at the store's file
     std::chrono::milliseconds exit_deadline{5'000};  ///< for leaving in order
     std::function<void()> hard_exit = exit_hard;
 };

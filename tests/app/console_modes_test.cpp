@@ -1,6 +1,9 @@
 #include "mail_parts.h"
 #include "platform/files/exact_files.h"
+#include "support/file_size_limit.h"
+#include "support/plain_connection.h"
 #include "support/program_run.h"
+#include "support/small_mails.h"
 #include "support/temp_mails.h"
 
 #include <QDir>
@@ -89,6 +92,42 @@ TEST_F(ConsoleModes, ImportIntoADamagedStoreSaysSoAndLeavesItAlone)
     EXPECT_EQ(result.exit_code, 1);
     EXPECT_THAT(log(u"import-only.log"_s), HasSubstr("EXCEPTION: TallyDb fatal: "));
     EXPECT_EQ(platform::read_file(store), damaged);
+}
+
+TEST_F(ConsoleModes, TheStoreTestMakesATemporaryFolderThatIsMissing)
+{
+    const QByteArray before = qgetenv("TMPDIR");
+    const QString folder = dir_.filePath(u"new/tmp"_s);
+    qputenv("TMPDIR", QFile::encodeName(folder));
+    EXPECT_EQ(run({u"--test-db"_s}).exit_code, 0);
+    before.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", before);
+    EXPECT_THAT(log(u"smoke-test-db.log"_s),
+                HasSubstr(u"db_path = %1/tallyhand-smoke-"_s.arg(folder).toStdString()));
+}
+
+TEST_F(ConsoleModes, AFullDiskLeavesTheFormerLog)
+{
+    run({u"--test-parser"_s});
+    const std::string former = log(u"smoke-test-parser.log"_s);
+    ASSERT_FALSE(former.empty());
+    const test::FileSizeLimit full_disk(10);
+    EXPECT_EQ(run({u"--test-parser"_s}).exit_code, 0);
+    EXPECT_EQ(log(u"smoke-test-parser.log"_s), former);
+}
+
+TEST_F(ConsoleModes, MailsThatCouldNotBeStoredAreToldBehindTheCounters)
+{
+    const test::TempMails mails;
+    const QStringList import = {u"--import-only"_s, mails.path()};
+    EXPECT_EQ(run(import).exit_code, 0);
+    test::PlainConnection(dir_.filePath(u"tally-import.db"_s))
+        .rows(u"CREATE TRIGGER full BEFORE INSERT ON fort_loot BEGIN SELECT RAISE(ABORT, 'no "
+              "room'); END"_s);
+    mails.add(u"Persistent.Mail.1"_s, test::fort_mail());
+    EXPECT_EQ(run(import).exit_code, 0);
+    EXPECT_THAT(log(u"import-only.log"_s),
+                HasSubstr("stats: scanned=1  imported=0  errors=0\n"
+                          "WARNING: 1 mail could not be stored (no room"));
 }
 
 TEST_F(ConsoleModes, ImportWithoutAFolderAndHelpEndWithTheirCodes)

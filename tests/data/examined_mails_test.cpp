@@ -94,5 +94,20 @@ TEST(ExaminedMails, DoNotCountWhenTheirReportCouldNotBeStored)
     EXPECT_EQ(folder.import(), 1);
 }
 
+TEST(ExaminedMails, ATableOfAnotherShapeIsMadeAnew)
+{
+    for (const char *other : {"CREATE TABLE examined_mails (file_name TEXT, kinds INTEGER)",
+                              "CREATE VIEW examined_mails AS SELECT 1 AS kinds"}) {
+        ImportedFolder folder(no_report);
+        folder.run("DROP TABLE examined_mails");
+        folder.run(other);
+        folder.store.db.init_schema();
+        folder.mails.add(name, report, written + 1.0);
+        EXPECT_EQ(folder.import(), 1) << other;
+        folder.mails.add(name, no_report, written + 1.0);
+        EXPECT_EQ(folder.import(), 0) << other;
+    }
+}
+
 } // namespace
 } // namespace tally::data

@@ -1,5 +1,7 @@
 #include "data/master/master_cache.h"
 #include "data/master/master_refresh_worker.h"
+#include "support/file_size_limit.h"
+#include "support/log_capture.h"
 #include "support/print_qt.h"
 #include "support/reference_site.h"
 
@@ -18,6 +20,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using test::ReferenceSite;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr DownloadTimeouts test_timeouts{5000, 5000, 60000};
@@ -137,6 +140,34 @@ TEST_F(MasterRefresh, SucceedsWithoutIconsWhenTheirIndexFailsTheSecondTime)
     EXPECT_TRUE(refresh());
     EXPECT_EQ(site_.requests_of(index_path), 2);
     EXPECT_THAT(icons(), IsEmpty());
+}
+
+TEST_F(MasterRefresh, AFullDiskLeavesNoEmptyIconThatWouldNeverBeFetchedAgain)
+{
+    {
+        const test::FileSizeLimit full_disk(0);
+        EXPECT_TRUE(refresh());
+        EXPECT_THAT(icons(), IsEmpty());
+    }
+    EXPECT_TRUE(refresh());
+    EXPECT_EQ(icons().size(), 3);
+}
+
+TEST_F(MasterRefresh, AFailureIsLoggedWithItsReason)
+{
+    const auto logged = [this](const platform::Endpoint &endpoint) {
+        const test::LogCapture log;
+        MasterRefreshWorker worker(endpoint, icon_dir(), test_timeouts);
+        worker.run();
+        return test::LogCapture::lines(u"kind \"heroes\" failed status= "_s).join(u'\n').toStdString();
+    };
+    platform::Endpoint endpoint = site_.endpoint();
+    endpoint.pins.clear();
+    EXPECT_THAT(logged(endpoint), HasSubstr("cert_pin_mismatch (the server's key is none of"));
+    endpoint = test::ReferenceSite().endpoint(); // gone at once
+    EXPECT_THAT(logged(endpoint), HasSubstr("cert_pin_mismatch (Connection refused)"));
+    site_.put_table(u"heroes"_s, QByteArray((16 << 20) + 1, ' '));
+    EXPECT_THAT(logged(site_.endpoint()), HasSubstr("body_too_large"));
 }
 
 TEST_F(MasterRefresh, LeavesIconsThatExistAlone)

@@ -114,3 +114,31 @@ TEST(StoreConnection, ObjectsOnOneFileLoseNoRowsToEachOther)
     EXPECT_EQ(counts.join(u' '), u"200 200 200 100 200 200 100 100");
     EXPECT_EQ(text_of(second.connection(), u"PRAGMA integrity_check"_s), u"ok");
 }
+
+// Names that are more than names where they stand in an address.
+TEST(StoreConnection, EveryThreadOpensTheSameFileWhateverItsName)
+{
+    const QTemporaryDir folder;
+    for (const auto &name : {u"plain.db"_s, u"a b%20c?d=e#f&.db"_s, u"Ärger ż😀.db"_s}) {
+        data::TallyDb db(folder.filePath(name));
+        db.init_schema();
+        db.set_setting(u"theme"_s, name);
+        QString elsewhere;
+        std::thread([&] { elsewhere = db.setting_or(u"theme"_s, {}); }).join();
+        EXPECT_EQ(elsewhere, name);
+        EXPECT_EQ(db.all_settings(), (QMap<QString, QString>{{u"theme"_s, name}}));
+    }
+    EXPECT_EQ(QDir(folder.path()).entryList({u"*.db"_s}, QDir::Files).size(), 3);
+}
+
+TEST(StoreConnection, AFileThatTookTheStoresPlaceIsNotTakenForIt)
+{
+    TempStore store;
+    TempStore other;
+    EXPECT_TRUE(store.db.is_in_place());
+    ASSERT_EQ(std::rename(qPrintable(other.path), qPrintable(store.path)), 0);
+    EXPECT_FALSE(store.db.is_in_place());
+    std::string failure;
+    std::thread([&] { failure = failure_of([&] { store.db.get_setting(u"theme"_s); }); }).join();
+    EXPECT_THAT(failure, testing::EndsWith("the file was replaced while the program ran"));
+}

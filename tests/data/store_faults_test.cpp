@@ -1,9 +1,11 @@
 #include "platform/files/exact_files.h"
+#include "support/file_size_limit.h"
 #include "support/plain_connection.h"
 #include "support/report_builders.h"
 #include "support/store_dump.h"
 #include "support/temp_mails.h"
 #include "support/temp_store.h"
+#include "support/unprivileged.h"
 
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -13,7 +15,6 @@
 #include <csignal>
 #include <functional>
 #include <optional>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -99,41 +100,6 @@ std::string integrity(const QString &path)
 {
     return PlainConnection(path).text(u"PRAGMA integrity_check"_s).toStdString();
 }
-
-/// Runs as a user whom file permissions stop, where the tests run as root.
-class Unprivileged {
-public:
-    Unprivileged() { active_ = geteuid() == 0 && seteuid(65534) == 0; }
-    ~Unprivileged()
-    {
-        if (active_ && seteuid(0) != 0)
-            ADD_FAILURE() << "still unprivileged";
-    }
-
-private:
-    bool active_;
-};
-
-/// No file may grow beyond `bytes` while it lives.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(qint64 bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &before_);
-        rlimit limit = before_;
-        limit.rlim_cur = static_cast<rlim_t>(bytes);
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, SIG_DFL);
-    }
-
-private:
-    rlimit before_{};
-};
 
 /// Inserts trials until one fails; the store must hold exactly the ones before it.
 std::string fill_until_failure(TempStore &store)

@@ -149,6 +149,23 @@ TEST_F(Watcher, AnErrorNamesItsFileAndTheWatcherGoesOn)
     EXPECT_FALSE(stored(u"bad"_s));
 }
 
+TEST_F(Watcher, MailsThatCouldNotBeStoredAreToldWithWhatBringsThem)
+{
+    QStringList told;
+    QObject::connect(&told_.watcher, &data::TallyWatcher::mailsNotStored, &told_.here,
+                     [&told](const QString &text) { told << text; });
+    start();
+    const PlainConnection other(store_.path);
+    other.rows(u"CREATE TRIGGER full BEFORE INSERT ON fort_loot WHEN NEW.file_name LIKE '%bad' "
+               "BEGIN SELECT RAISE(ABORT, 'no room'); END"_s);
+    add(u"bad"_s);
+    ASSERT_TRUE(wait_until([&] { return !told.isEmpty(); }));
+    EXPECT_THAT(told.first().toStdString(),
+                testing::MatchesRegex("1 mail could not be stored \\(no room.*\\); \"Reimport "
+                                      "mailcache...\" brings it\\."));
+    EXPECT_TRUE(told_.errors.isEmpty());
+}
+
 TEST_F(Watcher, AStopDoesNotWaitForTheEndOfAPause)
 {
     constexpr int pause = 600'000;

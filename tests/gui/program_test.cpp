@@ -139,6 +139,22 @@ TEST_F(Program, AnInterruptEndsItInOrderEvenBehindTheSplash)
     EXPECT_NE(program_.setting(u"window_geometry_qt"_s), u"");
 }
 
+TEST_F(Program, AStoreThatIsRemovedIsToldAndMadeAnewWithItsSettingsAtTheEnd)
+{
+    start();
+    const QString box = u"^Store lost$"_s;
+    const auto box_shows = [&] {
+        return !xdotool({u"search"_s, u"--onlyvisible"_s, u"--name"_s, box}).isEmpty();
+    };
+    ASSERT_TRUE(QFile::remove(program_.store()));
+    ASSERT_TRUE(QTest::qWaitFor(box_shows, patience));
+    EXPECT_FALSE(QFile::exists(program_.store()));
+    ASSERT_EQ(::kill(static_cast<pid_t>(first_.processId()), SIGTERM), 0);
+    EXPECT_EQ(end_of(first_), 0);
+    EXPECT_EQ(program_.setting(u"mailcache_dir"_s), program_.mails());
+    EXPECT_NE(program_.setting(u"window_geometry_qt"_s), u"");
+}
+
 TEST_F(Program, AStoreThatCannotBeOpenedEndsItWithItsReason)
 {
     QFile store(program_.store());

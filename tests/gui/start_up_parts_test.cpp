@@ -1,8 +1,10 @@
 #include "app/gui/image_formats.h"
 #include "app/gui/instance_knock.h"
 #include "app/gui/interrupt_watch.h"
+#include "app/gui/new_store.h"
 #include "app/gui/rollback_marker.h"
 #include "platform/log/process_log.h"
+#include "support/temp_store.h"
 
 #include <QFile>
 #include <QSignalSpy>
@@ -27,15 +29,35 @@ void make_file(const QString &path)
 
 } // namespace
 
-TEST(InterruptWatch, AnInterruptIsToldOnceByTheEventLoop)
+class InterruptWatch : public testing::TestWithParam<int> {};
+INSTANTIATE_TEST_SUITE_P(, InterruptWatch, testing::Values(SIGINT, SIGTERM, SIGHUP));
+
+TEST_P(InterruptWatch, ASignalIsToldOnceByTheEventLoop)
 {
     const app::InterruptWatch watch(nullptr, 1ms);
     QSignalSpy interrupted(&watch, &app::InterruptWatch::interrupted);
     EXPECT_FALSE(interrupted.wait(20));
-    std::raise(SIGINT);
+    std::raise(GetParam());
     EXPECT_TRUE(interrupted.isEmpty());
     EXPECT_TRUE(interrupted.wait(30'000));
     EXPECT_FALSE(interrupted.wait(20));
+}
+
+TEST(NewStore, KeepsTheSettingsOfTheLostOne)
+{
+    test::TempStore lost;
+    lost.db.set_setting(u"mailcache_dir"_s, u"/mails"_s);
+    EXPECT_EQ(app::settings_of_lost_store(lost.db), std::nullopt);
+    ASSERT_TRUE(QFile::remove(lost.path));
+    const auto settings = app::settings_of_lost_store(lost.db);
+    ASSERT_TRUE(settings);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"tally.db"_s);
+    make_file(path + u"-wal"_s);
+    app::make_new_store(path, *settings);
+    EXPECT_EQ(data::TallyDb(path).all_settings(), *settings);
+    app::make_new_store(path, {});
+    EXPECT_EQ(data::TallyDb(path).all_settings(), *settings) << "one that is there stays";
 }
 
 TEST(RollbackMarker, OneThatIsThereAtTheStartGoesAfterAHealthyTime)

@@ -59,23 +59,39 @@ TEST(InputFile, APipeIsEmptyAndHoldsNobodyUp)
     const QString pipe = dir.filePath(QStringLiteral("pipe"));
     ASSERT_EQ(::mkfifo(native_name_of_text(pipe).constData(), 0600), 0);
     EXPECT_EQ(read_file(pipe), "");
-    EXPECT_FALSE(copy_file(pipe, dir.filePath(QStringLiteral("copy"))));
 }
 
-TEST(CopyFile, MakesAWholeCopyAndNeverReplacesOne)
+TEST(FolderListing, SaysWhyNamesAreMissing)
 {
     const QTemporaryDir dir;
-    const QString from = dir.filePath(text_of_native_name("from\xff"));
-    const QString to = dir.filePath(text_of_native_name("to\xff"));
-    write(native_name_of_text(from), "first");
-    EXPECT_TRUE(copy_file(from, to));
-    write(native_name_of_text(from), "second");
-    EXPECT_FALSE(copy_file(from, to));
-    EXPECT_EQ(read_file(to), "first");
-    EXPECT_FALSE(
-        copy_file(dir.filePath(QStringLiteral("missing")), dir.filePath(QStringLiteral("copy"))));
-    EXPECT_FALSE(copy_file(from, dir.filePath(QStringLiteral("missing/copy"))));
-    EXPECT_EQ(regular_file_names(dir.path()).size(), 2) << "a failed copy must leave nothing";
+    EXPECT_EQ(list_folder(dir.path()).failure, QString());
+    EXPECT_NE(list_folder(dir.filePath(QStringLiteral("missing"))).failure, QString());
+}
+
+TEST(ExactPath, FindsAFolderThatHoldsACharacterThatStandsForAStrayByte)
+{
+    const QTemporaryDir root;
+    const QString dir = root.filePath(QStringLiteral("mails \uef80\uefff"));
+    ASSERT_TRUE(QDir().mkpath(dir));
+    write(QFile::encodeName(dir) + "/mail", "1");
+    EXPECT_EQ(regular_file_names(exact_path(dir)), QStringList(QStringLiteral("mail")));
+    EXPECT_EQ(exact_path(root.path()), root.path());
+}
+
+TEST(FileId, TellsAFileFromItsReplacement)
+{
+    const QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("file"));
+    const QString other = dir.filePath(QStringLiteral("other"));
+    write(native_name_of_text(path), "1");
+    write(native_name_of_text(other), "1");
+    const auto id = file_id(path);
+    ASSERT_TRUE(id);
+    write(native_name_of_text(path), "other content");
+    EXPECT_EQ(file_id(path), id);
+    ASSERT_EQ(std::rename(qPrintable(other), qPrintable(path)), 0);
+    EXPECT_NE(file_id(path), id);
+    EXPECT_EQ(file_id(other), std::nullopt);
 }
 
 } // namespace

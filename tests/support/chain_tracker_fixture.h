@@ -63,7 +63,7 @@ protected:
                                       .queries = *queries_,
                                       .settings = settings_,
                                       .host = host_,
-                                      .clock = [] { return midnight + 22.0 * hour; },
+                                      .clock = clock_,
                                       .icon_dir = store_.folder.filePath(u"icons"_s)};
         tab_ = std::make_unique<ui::ChainTrackerTab>(around, 1.0, nullptr, setup_);
         tab_->resize(1'400, 900);
@@ -158,6 +158,9 @@ protected:
         std::make_unique<queries::StoreQueries>(store_.db, 1h);
     Settings settings_{store_.db};
     platform::FakeHost host_;
+    platform::Clock clock_ = [] {
+        return midnight + 22.0 * hour;
+    };
     ui::ChainTrackerSetup setup_;
     std::unique_ptr<ui::ChainTrackerTab> tab_;
 

@@ -111,7 +111,7 @@ QByteArray deceiving_shapes(qsizetype size)
 QByteArray largest_chain(qsizetype size)
 {
     const auto all_rounds = static_cast<int>(data::max_rounds);
-    constexpr int sharing = 1400; // n rounds have n * n / 2 entries
+    constexpr int sharing = 770; // n rounds have n * n / 2 entries
     const QByteArray loot =
         kill_loot(joined(sharing, 90, [](int i) { return nested_round(i, true); }));
     QByteArray mail = battle(one_fight() + largest_tree(most_values),

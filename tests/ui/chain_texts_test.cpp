@@ -5,6 +5,7 @@
 #include "ui/chains/chain_figures.h"
 #include "ui/chains/chain_texts.h"
 #include "ui/chains/hero_pair_list.h"
+#include "ui/parts/value_texts.h"
 
 #include <QScopeGuard>
 

@@ -1,4 +1,5 @@
 #include "support/chain_tracker_fixture.h"
+#include "ui/parts/page_note.h"
 
 #include <gmock/gmock.h>
 
@@ -79,14 +80,75 @@ TEST_F(ChainTracker, ADayButtonShowsTheFiguresOfItsDay)
     EXPECT_EQ(card(u"chains"_s), "1");
 }
 
-TEST_F(ChainTracker, ATimeIsLookedAtOnRefresh)
+TEST_F(ChainTracker, ATimeIsLookedAtOnRefreshWhichIsMarkedUntilThen)
 {
     add_chain(midnight + hour, 1);
     open();
+    const auto is_marked = [this] {
+        return named<QPushButton>(u"Refresh"_s)->property("pending").toBool();
+    };
+    EXPECT_FALSE(is_marked());
+    named<QTimeEdit>(u"From time (UTC)"_s)->setTime({2, 0});
+    EXPECT_TRUE(is_marked());
+    named<QTimeEdit>(u"From time (UTC)"_s)->setTime({0, 0});
+    EXPECT_FALSE(is_marked());
     named<QTimeEdit>(u"From time (UTC)"_s)->setTime({2, 0});
     EXPECT_EQ(card(u"chains"_s), "1");
     press(u"Refresh"_s);
     EXPECT_EQ(card(u"chains"_s), "0");
+    EXPECT_FALSE(is_marked());
+}
+
+TEST_F(ChainTracker, WhoeverLooksAtTodayIsTakenOverMidnight)
+{
+    auto now = std::make_shared<double>(midnight + 23.9 * hour);
+    clock_ = [now] {
+        return *now;
+    };
+    setup_.day_watch_interval = 1ms;
+    add_chain(midnight + 25.0 * hour, 1);
+    open();
+    EXPECT_EQ(card(u"chains"_s), "0");
+    *now += hour;
+    const auto stands_on = [this](const char *expected) {
+        return wait_until([&] { return period() == expected; });
+    };
+    EXPECT_TRUE(stands_on("2023-11-16 00:00 2023-11-16 23:59"));
+    EXPECT_EQ(card(u"chains"_s), "1");
+    press(u"From: Previous day (-1)"_s);
+    *now += 24.0 * hour; // who looks at other days stays there
+    EXPECT_TRUE(wait_until([this] {
+        press(u"Clear filter"_s);
+        return period() == "2023-11-17 00:00 2023-11-17 23:59";
+    }));
+}
+
+TEST_F(ChainTracker, AnEmptyPageSaysWhyAndOffersTheStep)
+{
+    const auto notes = [this] {
+        std::vector<std::string> texts;
+        for (const auto *note : tab_->findChildren<ui::PageNote *>()) {
+            if (note->isVisible())
+                texts.push_back(note->accessibleName().toStdString());
+        }
+        return texts;
+    };
+    open();
+    EXPECT_THAT(notes(), ElementsAre("No mail folder yet."));
+    QSignalSpy folder_wanted(tab_.get(), &ui::ReportTab::mailFolderWanted);
+    press(u"Choose…"_s);
+    EXPECT_EQ(folder_wanted.size(), 1);
+    store_.db.set_setting(u"mailcache_dir"_s, store_.folder.path());
+    tab_->refresh();
+    EXPECT_THAT(notes(), ElementsAre("No chains yet. They come in with their mails."));
+    add_chain(midnight - 50.0 * hour, 1);
+    add_chain(midnight - 30.0 * hour, 1);
+    tab_->refresh();
+    EXPECT_THAT(notes(), ElementsAre("Nothing in this period; the last chain was on 2023-11-13."));
+    press(u"Show that day"_s);
+    EXPECT_EQ(period(), "2023-11-13 00:00 2023-11-13 23:59");
+    EXPECT_EQ(card(u"chains"_s), "1");
+    EXPECT_THAT(notes(), ElementsAre());
 }
 
 TEST_F(ChainTracker, ClearingShowsAllOfTodayButKeepsTheSourceOfPoints)

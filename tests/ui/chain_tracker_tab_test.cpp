@@ -1,5 +1,7 @@
 #include "support/chain_tracker_fixture.h"
 
+#include <QClipboard>
+
 #include <gmock/gmock.h>
 
 using namespace tally;
@@ -11,13 +13,20 @@ using testing::HasSubstr;
 
 TEST_F(ChainTracker, AFailedQueryLeavesItsPartAsItWas)
 {
+    const auto loot_fails = std::make_shared<bool>(false);
+    setup_.figures = [loot_fails](const auto &db, const auto &question, const auto &is_outdated) {
+        ui::ChainFigures figures = ui::chain_figures(db, question, is_outdated);
+        if (*loot_fails)
+            figures.loot.reset();
+        return figures;
+    };
     add_chain(midnight, 2);
     open();
-    break_store(u"DROP TABLE chain_slice_loot"_s);
+    *loot_fails = true;
     press(u"To: Previous day (-1)"_s);
     EXPECT_EQ(card(u"chains"_s), "0");
     EXPECT_EQ(loot_text(1), "20");
-    break_store(u"DROP TABLE chain_slices"_s);
+    break_store(u"DROP TABLE reports"_s);
     press(u"To: Next day (+1)"_s);
     EXPECT_EQ(card(u"chains"_s), "0");
     EXPECT_EQ(player(), "Ada");
@@ -182,4 +191,36 @@ TEST_F(ChainTracker, ANamelessItemGetsItsNameWithTheNextRefresh)
     master.clear();
     EXPECT_EQ(loot_text(0), "Gem");
     EXPECT_EQ(loot_text(2), "40");
+}
+
+TEST_F(ChainTracker, ItNeedsNoSidewaysScrollingOnALaptop)
+{
+    add_chain(midnight, 2);
+    open();
+    const auto sideways = [this](int width) {
+        tab_->resize(width, 640);
+        QCoreApplication::processEvents();
+        int bars = 0;
+        for (const auto *area : tab_->findChildren<QAbstractScrollArea *>())
+            bars += area->isVisible() && area->horizontalScrollBar()->isVisible() ? 1 : 0;
+        return bars;
+    };
+    EXPECT_EQ(sideways(1'350), 0);
+    EXPECT_LE(sideways(1'000), 1) << "one bar in another";
+}
+
+TEST_F(ChainTracker, PairsAreCopiedAsATable)
+{
+    open();
+    auto *list = named<QListWidget>(u"Hero pairs"_s);
+    const auto copied = [list] {
+        list->selectAll();
+        list->setCurrentRow(0);
+        list->actions().constFirst()->trigger();
+        return QGuiApplication::clipboard()->text().toStdString();
+    };
+    EXPECT_EQ(copied(), "Hero 1\tHero 2\tChains\n") << "what says that there is none is no row";
+    add_chain(midnight, 2);
+    tab_->refresh();
+    EXPECT_EQ(copied(), "Hero 1\tHero 2\tChains\nH7\tH8\t1\n");
 }

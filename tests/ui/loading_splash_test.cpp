@@ -1,8 +1,11 @@
 #include "ui/loading_splash.h"
 
+#include <QApplication>
+#include <QCloseEvent>
 #include <QLabel>
 #include <QPointer>
 #include <QTest>
+#include <QtTest/qtestspontaneevent.h>
 
 #include <gtest/gtest.h>
 
@@ -30,6 +33,18 @@ TEST(LoadingSplash, EscapeDoesNotCloseIt)
 {
     const auto splash = shown_splash(0ms);
     QTest::keyClick(splash, Qt::Key_Escape);
+    EXPECT_TRUE(splash->isVisible());
+    splash->finish();
+    EXPECT_TRUE(gone(splash));
+}
+
+TEST(LoadingSplash, TheWindowManagerDoesNotCloseItEither)
+{
+    const auto splash = shown_splash(0ms);
+    QCloseEvent by_the_user;
+    QSpontaneKeyEvent::setSpontaneous(&by_the_user);
+    qApp->notify(splash, &by_the_user); // `sendEvent` would take it for one of our own
+    EXPECT_FALSE(by_the_user.isAccepted());
     EXPECT_TRUE(splash->isVisible());
     splash->finish();
     EXPECT_TRUE(gone(splash));

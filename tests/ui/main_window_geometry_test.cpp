@@ -1,4 +1,6 @@
+#include "support/print_qt.h"
 #include "support/window_fixture.h"
+#include "ui/parts/window_bounds.h"
 
 #include <QScreen>
 
@@ -70,4 +72,24 @@ TEST_F(Geometry, AStoredTextThatIsNoGeometryIsPassedOver)
         fixture_.store.db.set_setting(geometry_key, text);
         EXPECT_EQ(show().size(), QSize(1400, 900)) << text.toStdString();
     }
+}
+
+TEST_F(Geometry, AWindowLargerThanItsScreenStandsOnIt)
+{
+    fixture_.store.db.set_setting(geometry_key, geometry_text({40, 60, 500, 400}));
+    ui::MainWindow &window = fixture_.open();
+    window.setGeometry(-300, 700, 3'000, 2'000);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    const QRect available = window.screen()->availableGeometry();
+    EXPECT_TRUE(wait_until([&] { return available.contains(window.frameGeometry()); }));
+}
+
+TEST(BoundedFrame, IsNoLargerThanTheScreenAndOnIt)
+{
+    const QRect screen(0, 30, 1366, 738);
+    EXPECT_EQ(ui::bounded_frame({100, 50, 800, 600}, screen), QRect(100, 50, 800, 600));
+    EXPECT_EQ(ui::bounded_frame({-17, -66, 1402, 932}, screen), screen);
+    EXPECT_EQ(ui::bounded_frame({900, -500, 800, 600}, screen), QRect(566, 30, 800, 600));
+    EXPECT_EQ(ui::bounded_frame({-5, 700, 800, 2'000}, screen), QRect(0, 30, 800, 738));
 }

@@ -1,6 +1,7 @@
 #include "support/plain_connection.h"
 #include "support/small_mails.h"
 #include "support/window_fixture.h"
+#include "ui/import_progress.h"
 
 #include <QApplication>
 #include <QDir>
@@ -11,7 +12,7 @@
 #include <QPushButton>
 #include <QTimer>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 using namespace tally;
 using namespace tally::test;
@@ -113,7 +114,22 @@ TEST_F(Imports, AFailingFileDoesNotStopTheOthersOfADrop)
     const QList<QUrl> urls = {add(mail.arg(1)), add(u"other"_s)};
     PlainConnection(fixture_.store.path).rows(u"DROP TABLE trial_reports"_s);
     drop(urls);
-    EXPECT_EQ(fixture_.message(), "Drop import: 0 file(s) imported, 1 skipped.");
+    EXPECT_THAT(fixture_.message(),
+                testing::MatchesRegex("Drop import: 0 file\\(s\\) imported, 1 skipped\\. 1 mail "
+                                      "could not be stored \\(.*\\); drop it again\\."));
+}
+
+TEST_F(Imports, AStoreThatTakesNoMailIsToldBehindTheCounters)
+{
+    add(mail.arg(1));
+    add(mail.arg(2));
+    PlainConnection(fixture_.store.path)
+        .rows(u"CREATE TRIGGER full BEFORE INSERT ON fort_loot BEGIN SELECT RAISE(ABORT, 'no "
+              "room'); END"_s);
+    reimport(fixture_.mails.path());
+    EXPECT_THAT(fixture_.message(),
+                testing::StartsWith("Import done: scanned=2  imported=0  errors=0. 2 mails "
+                                    "could not be stored (no room"));
 }
 
 TEST_F(Imports, AReimportStoresTheFolderImportsAndRefreshes)
@@ -172,4 +188,15 @@ TEST_F(Imports, AnExitEndsARunningReimport)
     EXPECT_TRUE(asked);
     EXPECT_EQ(fixture_.message(), "Import done: scanned=200  imported=0  errors=0");
     EXPECT_FALSE(window_->isVisible());
+}
+
+TEST(ImportProgress, ItStandsUntilItIsClosedHoweverOftenTheEndIsReported)
+{
+    ui::ImportProgress dialog(nullptr);
+    dialog.show();
+    EXPECT_NE(dialog.windowTitle(), QString());
+    for (int report = 0; report < 2; ++report) {
+        dialog.show_progress(200, 200, 0);
+        EXPECT_TRUE(dialog.isVisible());
+    }
 }

@@ -1,7 +1,7 @@
 #include "support/hostile_numbers.h"
 #include "support/print_qt.h"
 #include "support/round_builders.h"
-#include "ui/chains/round_keys.h"
+#include "ui/chains/encounters.h"
 
 #include <gtest/gtest.h>
 
@@ -25,17 +25,19 @@ void PrintTo(const Meetings &meetings, std::ostream *out)
     *out << meetings.rule;
 }
 
-class RoundKeysOf : public testing::TestWithParam<Meetings> {};
+class EncountersOf : public testing::TestWithParam<Meetings> {};
 
 std::string marks_of(const std::vector<data::ChainRun> &chains)
 {
-    const RoundKeys keys = round_keys(chains);
+    std::vector<data::ChainHead> heads;
+    for (const data::ChainRun &chain : chains)
+        heads.push_back(head_of(chain));
+    const Encounters encounters(heads);
     std::string marks;
-    for (const data::ChainRun &chain : chains) {
-        for (const data::ChainRound &round : chain.rounds) {
-            const RoundKey key{chain.file_name, round.round_no};
-            EXPECT_FALSE(keys.free.contains(key) && keys.tactical.contains(key));
-            marks += keys.free.contains(key) ? 'F' : keys.tactical.contains(key) ? 'T' : '-';
+    for (size_t chain = 0; chain < chains.size(); ++chain) {
+        for (const auto &[is_free, is_tactical] : encounters.meetings(chain, chains[chain].rounds)) {
+            EXPECT_FALSE(is_free && is_tactical);
+            marks += is_free ? 'F' : is_tactical ? 'T' : '-';
         }
     }
     return marks;
@@ -43,13 +45,13 @@ std::string marks_of(const std::vector<data::ChainRun> &chains)
 
 } // namespace
 
-TEST_P(RoundKeysOf, FollowEachBarbarianThroughTheChains)
+TEST_P(EncountersOf, FollowEachBarbarianThroughTheChains)
 {
     EXPECT_EQ(marks_of(GetParam().chains), GetParam().marks);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    , RoundKeysOf,
+    , EncountersOf,
     testing::Values(Meetings{"no barbarian known",
                              {chain_of(u"b"_s, 200.0, {won_round(), lost_round()}),
                               chain_of(u"a"_s, 100.0, {lost_round(), won_round()})},
@@ -67,6 +69,11 @@ INSTANTIATE_TEST_SUITE_P(
                               chain_of(u"b"_s, 200.0, {lost_round(ct)}),
                               chain_of(u"a"_s, 100.0, {lost_round(ct)})},
                              "-TT"},
+                    Meetings{"within one chain, and again later",
+                             {chain_of(u"b"_s, 200.0, {won_round(ct)}),
+                              chain_of(u"a"_s, 100.0,
+                                       {won_round(ct), lost_round(ct), won_round(ct), lost_round()})},
+                             "F-TF-"},
                     Meetings{"another barbarian in between",
                              {chain_of(u"b"_s, 200.0, {won_round(8.0), won_round(ct)}),
                               chain_of(u"a"_s, 100.0, {lost_round(ct)})},
@@ -92,7 +99,7 @@ INSTANTIATE_TEST_SUITE_P(
                               chain_of(u"a"_s, 100.0, {lost_round(6e12)})},
                              "--"}));
 
-TEST(RoundKeys, ItemsWithoutValueAreNoLoot)
+TEST(Encounters, ItemsWithoutValueAreNoLoot)
 {
     data::ChainRound round = won_round();
     EXPECT_TRUE(has_loot(round));
@@ -104,10 +111,10 @@ TEST(RoundKeys, ItemsWithoutValueAreNoLoot)
     EXPECT_FALSE(has_loot(round));
 }
 
-TEST(RoundKeys, TheFinalFortRoundDealtTheMostDamage)
+TEST(Encounters, TheFinalFortRoundDealtTheMostDamage)
 {
     const auto final_of = [](std::vector<data::ChainRound> rounds) {
-        return final_fort_round(chain_of(u"a"_s, 1.0, std::move(rounds)));
+        return final_fort_round(chain_of(u"a"_s, 1.0, std::move(rounds)).rounds);
     };
     data::ChainRound strong;
     strong.damage_dealt = 900.0;

@@ -1,6 +1,7 @@
 #include "support/print_qt.h"
 #include "support/round_builders.h"
 #include "ui/chains/round_overview.h"
+#include "ui/chains/scroll_scale.h"
 #include "ui/chains/stack_geometry.h"
 
 #include <gtest/gtest.h>
@@ -44,16 +45,17 @@ TEST_F(RoundOverviewOf, TheHeadOfAChainTellsItsStartLengthAndRounds)
 {
     data::ChainRun chain =
         chain_of(u"a"_s, 1'750'000'000.9, {won_round(), lost_round(), won_round()});
-    EXPECT_EQ(chain_head_text(3, chain),
+    EXPECT_EQ(chain_head_text(3, head_of(chain)),
               u"Chain #3  ·  start 15:06:40 UTC  ·  ?  ·  3 rounds (2 won / 1 escapes)");
     chain.chain_end_time = 1'750'000'100.0;
-    EXPECT_EQ(chain_head_text(3, chain),
+    EXPECT_EQ(chain_head_text(3, head_of(chain)),
               u"Chain #3  ·  start 15:06:40 UTC  ·  1min 39s  ·  3 rounds (2 won / 1 escapes)");
+    EXPECT_EQ(chain_date_text(head_of(chain)), u"2025-06-15 15:06:40 UTC");
     chain.chain_start_time.reset();
-    EXPECT_EQ(chain_head_text(3, chain),
+    EXPECT_EQ(chain_head_text(3, head_of(chain)),
               u"Chain #3  ·  start ? UTC  ·  ?  ·  3 rounds (2 won / 1 escapes)");
     chain.chain_start_time = 1e300;
-    EXPECT_EQ(chain_head_text(3, chain),
+    EXPECT_EQ(chain_head_text(3, head_of(chain)),
               u"Chain #3  ·  start ? UTC  ·  ?  ·  3 rounds (2 won / 1 escapes)");
 }
 
@@ -118,4 +120,40 @@ RC_GTEST_PROP(StackGeometry, FindsWhatReachesIntoAStrip, ())
         const bool reaches = stack.top(i) < bottom && stack.top(i) + stack.height(i) > top;
         RC_ASSERT(reaches == (first <= i && i < last));
     }
+}
+
+TEST(StackGeometry, AMillionChainsReachBeyondWhatAnIntHolds)
+{
+    constexpr size_t chains = 1'000'000;
+    constexpr qint64 height = 9'000;
+    StackGeometry stack(8, 6, 8);
+    for (size_t i = 0; i < chains; ++i)
+        stack.add(height);
+    EXPECT_EQ(stack.total_height(), 9'006'000'010);
+    const qint64 oldest = stack.top(chains - 1);
+    EXPECT_EQ(stack.between(oldest, oldest + 1), std::pair(chains - 1, chains));
+    stack.set_height(1, height + 50);
+    EXPECT_EQ(stack.top(1), 8 + height + 6);
+    EXPECT_EQ(stack.height(1), height + 50);
+    EXPECT_EQ(stack.height(2), height);
+    EXPECT_EQ(stack.top(chains - 1), oldest + 50);
+}
+
+TEST(ScrollScale, ABarReachesBothEndsOfAnyWayAndEveryPixelOfAUsualOne)
+{
+    for (const qint64 way : {qint64{0}, qint64{1}, qint64{60'000'000}, qint64{1} << 30,
+                             (qint64{1} << 30) + 1, qint64{9'006'000'010}}) {
+        const ScrollScale scale(way);
+        EXPECT_EQ(scale.offset_of(0), 0);
+        EXPECT_EQ(scale.offset_of(scale.maximum()), way);
+        EXPECT_EQ(scale.value_of(way), scale.maximum());
+        EXPECT_LE(scale.maximum(), 1 << 30);
+        EXPECT_GE(scale.steps(20), 1);
+        for (int value : {1, scale.maximum() / 3, scale.maximum() - 1}) {
+            value = std::clamp(value, 0, scale.maximum());
+            EXPECT_EQ(scale.value_of(scale.offset_of(value)), value);
+        }
+    }
+    EXPECT_EQ(ScrollScale(60'000'000).offset_of(59'999'999), 59'999'999);
+    EXPECT_EQ(ScrollScale(-5).maximum(), 0);
 }

@@ -1,26 +1,31 @@
 #include "support/print_qt.h"
+#include "support/report_builders.h"
 #include "support/round_builders.h"
+#include "support/temp_store.h"
 #include "ui/chains/chain_group_widget.h"
+#include "ui/chains/chain_list.h"
 #include "ui/chains/round_overview_window.h"
 #include "ui/chains/round_row_widget.h"
 #include "ui/parts/theme.h"
 
+#include <QAbstractScrollArea>
 #include <QApplication>
 #include <QLabel>
 #include <QPointer>
-#include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <memory>
 #include <set>
 
 using namespace tally;
 using namespace tally::ui;
 using namespace tally::test;
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::Lt;
 
@@ -32,9 +37,11 @@ public:
     explicit Overview(std::vector<data::ChainRun> chains,
                       std::vector<std::optional<data::FortOfChain>> forts = {},
                       QWidget *parent = nullptr, const QString &hero = u"Ada"_s)
-        : window(new RoundOverviewWindow(1, 2, hero, u"Bea"_s, std::move(chains), std::move(forts),
-                                         QString(), parent)),
-          area(window->findChild<QScrollArea *>())
+        : Overview(std::make_unique<RoundOverviewWindow>(1, 2, hero, u"Bea"_s, std::move(chains),
+                                                         std::move(forts), QString(), parent))
+    {}
+    explicit Overview(std::unique_ptr<RoundOverviewWindow> opened)
+        : window(opened.release()), area(window->findChild<QAbstractScrollArea *>())
     {
         window->show();
         QCoreApplication::processEvents();
@@ -62,7 +69,7 @@ public:
     }
 
     QPointer<RoundOverviewWindow> window;
-    QScrollArea *area;
+    QAbstractScrollArea *area;
 };
 
 QStringList texts_of(const QWidget &widget)
@@ -118,7 +125,7 @@ TEST_F(RoundOverviewWindowTest, ItsHeightFollowsTheParentAndItStandsInItsMiddle)
         EXPECT_EQ(window.frameGeometry().center(), parent.frameGeometry().center());
         EXPECT_EQ(window.windowModality(), Qt::ApplicationModal);
     }
-    EXPECT_EQ(Overview({}).window->size(), QSize(1080, 800));
+    EXPECT_EQ(Overview(many_chains(0, 0)).window->size(), QSize(1080, 800));
 }
 
 TEST_F(RoundOverviewWindowTest, EscapeClosesAndDeletesIt)
@@ -183,7 +190,7 @@ TEST_F(RoundOverviewWindowTest, RowsFillTheViewWithoutGapsOrOverlaps)
     Overview overview(many_chains(40, 7));
     for (const int y : {0, 777, 5000}) {
         overview.scroll_to(y);
-        int next_row = -1;
+        int next_row = std::numeric_limits<int>::min();
         const auto rows = overview.shown<RoundRowWidget>();
         for (const ChainGroupWidget *group : overview.shown<ChainGroupWidget>()) {
             for (const RoundRowWidget *row : rows) {
@@ -193,8 +200,8 @@ TEST_F(RoundOverviewWindowTest, RowsFillTheViewWithoutGapsOrOverlaps)
                 next_row = row->geometry().bottom() + 1 + ChainGroupWidget::spacing;
             }
         }
-        EXPECT_LE(rows.front()->y(), y + 60);
-        EXPECT_GE(rows.back()->geometry().bottom(), y + overview.area->viewport()->height() - 60);
+        EXPECT_LE(rows.front()->y(), 60);
+        EXPECT_GE(rows.back()->geometry().bottom(), overview.area->viewport()->height() - 60);
     }
 }
 
@@ -279,25 +286,74 @@ TEST_F(RoundOverviewWindowTest, RowsAreTintedByTheirKind)
     EXPECT_EQ(colours.size(), 4u); // of three kinds of rows and of what is between them
 }
 
-TEST_F(RoundOverviewWindowTest, TheHeadersFollowWhereARowIsTooWideForTheView)
+TEST_F(RoundOverviewWindowTest, TheHeadersStandOnTheirColumnsAndFollowThem)
 {
-    data::ChainRound round;
-    round.loot.assign(12, loot_of(1.0));
-    const Overview overview({chain_of(u"a"_s, 1.0, {round})});
+    const Overview overview(many_chains(1, 1));
+    const auto labels = overview.window->findChildren<QLabel *>();
+    const auto head = std::ranges::find_if(
+        labels, [](const QLabel *label) { return label->text() == u"Target"; });
+    ASSERT_NE(head, labels.end());
+    const auto stand_together = [&] {
+        const QLabel *target =
+            overview.shown<RoundRowWidget>().at(0)->findChildren<QLabel *>().at(2);
+        EXPECT_EQ((*head)->mapTo(overview.window, QPoint()).x(),
+                  target->mapTo(overview.window, QPoint()).x());
+    };
+    stand_together();
+    overview.window->resize(700, 600);
+    QCoreApplication::processEvents();
     QScrollBar *bar = overview.area->horizontalScrollBar();
     ASSERT_GT(bar->maximum(), 0);
-    const auto labels = overview.window->findChildren<QLabel *>();
-    const auto target = std::ranges::find_if(
-        labels, [](const QLabel *label) { return label->text() == u"Target"; });
-    ASSERT_NE(target, labels.end());
-    const auto x = [&] {
-        return (*target)->mapTo(overview.window, QPoint()).x();
-    };
-    const int before = x();
     bar->setValue(bar->maximum());
     QCoreApplication::processEvents();
-    EXPECT_EQ(x(), before - bar->maximum());
-    const RoundRowWidget *row = overview.shown<RoundRowWidget>().at(0);
-    EXPECT_LE(row->mapTo(overview.area->viewport(), row->rect().topRight()).x(),
-              overview.area->viewport()->width());
+    stand_together();
+}
+
+TEST_F(RoundOverviewWindowTest, ManyRewardsTakeMoreLinesAndNoSidewaysScrolling)
+{
+    data::ChainRound rich;
+    rich.loot.assign(12, loot_of(1.0));
+    const Overview overview({chain_of(u"a"_s, 1.0, {lost_round(), rich, won_round()})});
+    EXPECT_EQ(overview.area->horizontalScrollBar()->maximum(), 0);
+    const auto rows = overview.shown<RoundRowWidget>();
+    EXPECT_GT(rows.at(1)->height(), rows.at(0)->height());
+    EXPECT_GT(rows.at(0)->height(), rows.at(2)->height());
+    for (const QLabel *tile : rows.at(1)->findChildren<QLabel *>())
+        EXPECT_TRUE(
+            rows.at(1)->rect().contains(QRect(tile->mapTo(rows.at(1), QPoint()), tile->size())));
+}
+
+TEST_F(RoundOverviewWindowTest, RoundsAreReadWhenTheyComeNearTheView)
+{
+    TempStore store;
+    constexpr int chains = 400;
+    for (int i = 0; i < chains; ++i) {
+        data::BattleReport report = battle(
+            1000.0 * (i + 1), {battle_round(1.0, {item(4.0, 1.0, 10.0)}), battle_round(1.0)});
+        report.hero_id_1 = 7.0;
+        report.hero_id_2 = 8.0;
+        store.db.insert_report(QString::number(i), report, 1.0);
+    }
+    queries::StoreQueries queries(store.db, 1h);
+    auto heads = store.db.chain_heads_for_pair(7, 8, store.db.question(1.0, {}, {}, {}));
+    ASSERT_EQ(heads.size(), static_cast<size_t>(chains));
+    Overview overview(std::make_unique<RoundOverviewWindow>(queries, u"Ada"_s, u"Bea"_s,
+                                                            std::move(heads), QString()));
+    const auto &list = dynamic_cast<const ChainList &>(*overview.area);
+    const qint64 height = list.total_height();
+    QScrollBar *bar = overview.area->verticalScrollBar();
+    for (const double share : {0.0, 0.5, 1.0, 0.0}) {
+        overview.scroll_to(static_cast<int>(share * bar->maximum()));
+        const auto rows = overview.shown<RoundRowWidget>();
+        ASSERT_GT(rows.size(), 5u);
+        const QStringList first = texts_of(*rows.front()).constFirst().split(u'-');
+        const QStringList last = texts_of(*rows.back()).constFirst().split(u'-');
+        EXPECT_NEAR(first[0].toInt(), chains - share * chains, 20);
+        EXPECT_EQ(texts_of(*rows.back()).at(1), last[1] == u"1"_s ? u"Victory"_s : u"Escape"_s);
+    }
+    EXPECT_EQ(list.total_height(), height) << "the heads told the heights";
+    size_t known = 0;
+    for (size_t chain = 0; chain < list.overview().chain_count(); ++chain)
+        known += list.overview().knows_rounds(chain) ? 1 : 0;
+    EXPECT_THAT(known, Lt(250u));
 }

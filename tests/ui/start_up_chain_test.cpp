@@ -1,10 +1,13 @@
 #include "queries/asker.h"
+#include "support/plain_connection.h"
 #include "support/small_mails.h"
 #include "support/window_fixture.h"
 #include "ui/bootstrap_import_worker.h"
 #include "ui/loading_splash.h"
+#include "ui/refresh_mark.h"
 
 #include <QDir>
+#include <QPushButton>
 #include <QSemaphore>
 
 #include <gmock/gmock.h>
@@ -15,6 +18,7 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using testing::Contains;
 using testing::ElementsAre;
+using testing::StartsWith;
 
 namespace {
 
@@ -98,6 +102,23 @@ TEST_F(StartUp, EachLinkStartsTheNext)
     EXPECT_EQ(tab_->refreshes, 2); // for the names, for the first import
 }
 
+TEST_F(StartUp, AMailThatCouldNotBeStoredIsTold)
+{
+    add(1);
+    PlainConnection(fixture_.store.path)
+        .rows(u"CREATE TRIGGER full BEFORE INSERT ON fort_loot BEGIN SELECT RAISE(ABORT, 'no "
+              "room'); END"_s);
+    open();
+    ASSERT_TRUE(wait_until([&] { return fixture_.open_chain().watching(); }));
+    EXPECT_THAT(messages_.back(), StartsWith("Bootstrap done: scanned=1  imported=0  errors=0. "
+                                             "Monitoring active. 1 mail could not be stored (no"));
+    int number = 1; // the first ones may come before the watcher has looked for the first time
+    EXPECT_TRUE(wait_until([&] {
+        add(++number);
+        return messages_.back().starts_with("1 mail could not be stored (no room");
+    }));
+}
+
 TEST_F(StartUp, NewMailsArriveByThemselves)
 {
     open();
@@ -118,6 +139,36 @@ TEST_F(StartUp, AFailedRefreshIsToldAndTheImportStartsAllTheSame)
     ASSERT_TRUE(wait_until([&] { return fixture_.open_chain().watching(); }));
     EXPECT_THAT(messages_, Contains("Master refresh failed — tabs will show raw IDs. (8000)"));
     EXPECT_EQ(tab_->refreshes, 1);
+}
+
+TEST_F(StartUp, AFailedRefreshIsMarkedAndCanBeTriedAgain)
+{
+    const auto success = std::make_shared<bool>(false);
+    fixture_.setup.refresh = [success](ui::StartUpChain &chain) {
+        chain.start_refresh(new QuickRefresh(*success));
+    };
+    const ui::MainWindow &window = open();
+    const auto *mark = window.findChild<ui::RefreshMark *>();
+    EXPECT_FALSE(mark->isVisible());
+    ASSERT_TRUE(wait_until([&] { return fixture_.open_chain().watching(); }));
+    EXPECT_TRUE(mark->isVisible());
+    ASSERT_TRUE(wait_until([&] { return !fixture_.open_chain().importing(); }));
+    window.statusBar()->clearMessage(); // as if "Bootstrap done" had stood its time
+    EXPECT_EQ(fixture_.message(), "Master refresh failed — tabs will show raw IDs.");
+
+    const int refreshes = tab_->refreshes;
+    messages_.clear();
+    for (const bool outcome : {false, true}) {
+        *success = outcome;
+        mark->findChild<QPushButton *>()->click();
+        EXPECT_FALSE(has_splash(window));
+        ASSERT_TRUE(wait_until([&] { return mark->findChild<QPushButton *>()->isEnabled(); }));
+        EXPECT_EQ(mark->isVisible(), !outcome);
+    }
+    EXPECT_EQ(tab_->refreshes, refreshes + 1);
+    EXPECT_THAT(messages_, ElementsAre("Downloading heroes... (4000)",
+                                       "Master refresh failed — tabs will show raw IDs. (8000)",
+                                       "Downloading heroes... (4000)"));
 }
 
 TEST_F(StartUp, AMissingFolderEndsTheChainWithAWordWhereToSetIt)

@@ -12,7 +12,7 @@
 #include <QDir>
 #include <QFile>
 #include <QLabel>
-#include <QScrollArea>
+#include <QAbstractScrollArea>
 #include <QScrollBar>
 #include <QTemporaryDir>
 
@@ -82,7 +82,7 @@ QPixmap round_overview_shot()
 {
     const QTemporaryDir folder;
     const auto window = open_largest_pair(folder.path());
-    QScrollBar *bar = window->findChild<QScrollArea *>()->verticalScrollBar();
+    QScrollBar *bar = window->findChild<QAbstractScrollArea *>()->verticalScrollBar();
     while (!shows(*window, QStringLiteral("Destroyed")) && bar->value() < bar->maximum())
         bar->triggerAction(QScrollBar::SliderPageStepAdd);
     return window->grab();

@@ -1,3 +1,6 @@
+// Pictures of every window in both themes. The scale is that of QT_SCALE_FACTOR.
+
+#include "album.h"
 #include "platform/host/fake/fake_host.h"
 #include "platform/identity.h"
 #include "queries/store_queries.h"
@@ -6,7 +9,9 @@
 #include "sample_store.h"
 #include "settings/catalogue.h"
 #include "settings/settings.h"
+#include "state_shots.h"
 #include "ui/about.h"
+#include "ui/import_progress.h"
 #include "ui/loading_splash.h"
 #include "ui/logo.h"
 #include "ui/main_window.h"
@@ -22,36 +27,19 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPainter>
-#include <QProgressDialog>
 #include <QStatusBar>
 #include <QTimer>
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <functional>
 
 namespace {
 
 using namespace tally;
 
-/// One folder of pictures, their names ending in theme and scale.
-class Album {
-public:
-    Album(QString dir, QString suffix) : dir_(std::move(dir)), suffix_(std::move(suffix))
-    {
-        QDir().mkpath(dir_);
-    }
-
-    void add(const QString &name, const QPixmap &picture) const
-    {
-        const QString path = QDir(dir_).filePath(name + suffix_ + QStringLiteral(".png"));
-        std::printf("%s\n", picture.save(path) ? qPrintable(path) : "cannot write a picture");
-    }
-
-private:
-    QString dir_;
-    QString suffix_;
-};
+using tools::Album;
 
 /// The window with a menu, and perhaps one of its submenus, open over it.
 QPixmap with_menu(QMainWindow &window, const QString &title, const QString &submenu = {})
@@ -125,6 +113,7 @@ void take_all(const Album &album, tools::SampleStore &store)
     for (const auto &[name, picture] : report_shots(window))
         album.add(name, picture);
     window.tabs().setCurrentIndex(0);
+    tools::take_states(album, window);
     window.resize(1000, 640);
     QCoreApplication::processEvents();
     window.statusBar()->showMessage(
@@ -148,10 +137,9 @@ void take_all(const Album &album, tools::SampleStore &store)
     album.add(QStringLiteral("splash"), splash.grab());
     splash.close();
 
-    QProgressDialog progress(QStringLiteral("Importing 1400/2431  (12 new)"),
-                             QStringLiteral("Cancel"), 0, 2431, &window);
-    progress.setValue(1400);
+    ui::ImportProgress progress(&window);
     progress.show();
+    progress.show_progress(1400, 2431, 12);
     album.add(QStringLiteral("progress"), progress.grab());
     progress.close();
 
@@ -166,43 +154,66 @@ void take_all(const Album &album, tools::SampleStore &store)
 }
 
 /// Without it the screen is smaller than any user's, and texts wrap where they never do.
-void make_screen(const QTemporaryDir &folder)
+void make_screen(const QTemporaryDir &folder, QSize size)
 {
     const QString path = folder.filePath(QStringLiteral("screen.json"));
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return;
-    file.write(R"({"screens": [{"name": "shots", "x": 0, "y": 0, "width": 2560, "height": 1440,
-                   "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
+    file.write(QStringLiteral(R"({"screens": [{"name": "shots", "x": 0, "y": 0, "width": %1,
+        "height": %2, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})")
+                   .arg(size.width())
+                   .arg(size.height())
+                   .toUtf8());
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + path.toLocal8Bit());
+}
+
+struct Order {
+    QString dir = QStringLiteral(".");
+    QSize screen{2560, 1440};
+};
+
+/// Before there is an application, whose screen it tells. Ends the process if it is none.
+Order parse(int argc, char *argv[])
+{
+    QStringList words;
+    for (int i = 0; i < argc; ++i)
+        words << QString::fromLocal8Bit(argv[i]);
+    QCommandLineParser parser;
+    const QCommandLineOption screen(QStringLiteral("screen"), QStringLiteral("Its pixels."),
+                                    QStringLiteral("WIDTHxHEIGHT"), QStringLiteral("2560x1440"));
+    parser.addOption(screen);
+    parser.addPositionalArgument(QStringLiteral("dir"), QStringLiteral("Where to."));
+    const QStringList sides =
+        parser.parse(words) ? parser.value(screen).split(u'x') : QStringList();
+    const QStringList places = parser.positionalArguments();
+    if (sides.size() != 2 || places.size() != 1) {
+        std::fputs("usage: shots [--screen WIDTHxHEIGHT] DIR\n", stderr);
+        std::exit(2);
+    }
+    return {places.first(), {sides.first().toInt(), sides.last().toInt()}};
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    const Order order = parse(argc, argv);
     const QTemporaryDir folder;
-    make_screen(folder);
+    make_screen(folder, order.screen);
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(ui::logo());
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Takes pictures of every window in both themes, at the scale of "
-                       "QT_SCALE_FACTOR."));
-    parser.addHelpOption();
-    parser.addPositionalArgument(QStringLiteral("DIR"), QStringLiteral("The folder for them."));
-    parser.process(application);
-    if (parser.positionalArguments().size() != 1)
-        parser.showHelp(2);
-    const QString dir = parser.positionalArguments().constFirst();
     const int percent = qRound(application.devicePixelRatio() * 100);
     tools::SampleStore store;
     for (const int theme : {0, 1}) {
         Settings(store.db()).set(settings::theme, ui::theme_name(theme));
         ui::apply_to_app(&application, theme);
-        const Album album(dir, QStringLiteral("-%1-%2").arg(ui::theme_name(theme)).arg(percent));
+        const Album album(order.dir,
+                          QStringLiteral("-%1-%2").arg(ui::theme_name(theme)).arg(percent));
         take_all(album, store);
+        tools::take_first_start(album);
+        tools::take_selector(album);
         album.add(QStringLiteral("rounds"), round_overview_shot());
     }
 }

@@ -4,6 +4,8 @@
 #include "data/store/tally_db.h"
 #include "platform/identity.h"
 
+#include <stdexcept>
+
 namespace tally::app {
 namespace {
 
@@ -55,6 +57,10 @@ int import_only(const QString &mail_dir)
                      .arg(stats.scanned)
                      .arg(stats.imported)
                      .arg(stats.errors));
+        if (stats.trouble.any())
+            log.line(QStringLiteral("WARNING: %1").arg(text_of(stats.trouble)));
+        if (stats.trouble.lost_store)
+            throw std::runtime_error("the store is gone");
         log_contents(log, db);
         log.line(QStringLiteral("== --import-only DONE =="));
     });

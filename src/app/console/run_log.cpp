@@ -1,6 +1,6 @@
 #include "app/console/run_log.h"
 
-#include <QSaveFile>
+#include "platform/files/whole_file.h"
 
 #include <cstdio>
 
@@ -8,9 +8,9 @@ namespace tally::app {
 
 RunLog::~RunLog()
 {
-    QSaveFile file(path_);
-    if (file.open(QIODevice::WriteOnly) && file.write(text_.toUtf8()) >= 0)
-        file.commit();
+    if (const auto failure = platform::write_whole_file(path_, text_.toUtf8()))
+        std::fprintf(stderr, "%s: %s\n", path_.toLocal8Bit().constData(),
+                     failure->toLocal8Bit().constData());
 }
 
 void RunLog::line(const QString &text)

@@ -8,7 +8,8 @@ namespace tally::app {
 /// them to a log file in the end, however the mode ends.
 class RunLog {
 public:
-    /// The file is replaced; one that cannot be written is ignored.
+    /// The file is replaced; one that cannot be written is named on the standard error stream and
+    /// otherwise ignored.
     explicit RunLog(QString path) : path_(std::move(path)) {}
     ~RunLog();
     RunLog(const RunLog &) = delete;

@@ -12,7 +12,10 @@ namespace {
 
 QString new_database_path()
 {
-    const QString folder = QDir::tempPath();
+    // Qt names no folder if the one of the environment does not exist yet.
+    QString folder = QDir::tempPath();
+    if (folder.isEmpty())
+        folder = QDir::cleanPath(qEnvironmentVariable("TMPDIR"));
     QDir().mkpath(folder);
     const QString path = QStringLiteral("%1/tallyhand-smoke-%2.db")
                              .arg(folder)

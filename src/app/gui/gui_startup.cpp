@@ -4,6 +4,7 @@
 #include "app/gui/image_formats.h"
 #include "app/gui/instance_knock.h"
 #include "app/gui/interrupt_watch.h"
+#include "app/gui/new_store.h"
 #include "app/gui/rollback_marker.h"
 #include "data/store/tally_db.h"
 #include "platform/host/instance_lock.h"
@@ -69,6 +70,42 @@ void greet(ui::MainWindow &window, const data::TallyDb &db)
     }
 }
 
+/// How a run with the window ended.
+struct RunEnd {
+    int exit_code = 0;
+    bool wants_restart = false;
+    std::optional<SettingsTable> lost_settings; ///< of a store whose file is gone
+};
+
+RunEnd run_window(QApplication &application, const InterruptWatch &interrupts,
+                  platform::Host &host)
+{
+    data::TallyDb db(platform::db_path());
+    if (!open_store(db))
+        return {.exit_code = 1, .wants_restart = false, .lost_settings = {}};
+    Settings settings(db);
+    if (settings.is_absent(settings::mailcache_dir))
+        settings.set(settings::mailcache_dir, platform::default_mailcache_dir());
+    ui::apply_to_app(&application, ui::theme_from_name(settings.get(settings::theme)));
+
+    queries::StoreQueries queries(db);
+    ui::MainWindow window({.db = db, .queries = queries, .settings = settings, .host = host});
+    QObject::connect(&interrupts, &InterruptWatch::interrupted, &window, [&window] {
+        window.request_exit();
+        QCoreApplication::quit();
+    });
+    const KnockListener listener(knock_name(), nullptr);
+    QObject::connect(&listener, &KnockListener::knocked, &window, &ui::MainWindow::bring_to_front);
+    window.show();
+    greet(window, db);
+    warn_without_webp(QImageReader::supportedImageFormats());
+    QTimer::singleShot(0, &window, &ui::MainWindow::run_post_startup);
+    clear_rollback_marker_when_healthy(rollback_marker_path(), &application);
+    const int exit_code = QApplication::exec();
+    end_process_within(ui::WindowSetup().exit_deadline);
+    return {exit_code, window.wants_restart(), settings_of_lost_store(db)};
+}
+
 } // namespace
 
 int run_graphical(int argc, char *argv[])
@@ -85,31 +122,12 @@ int run_graphical(int argc, char *argv[])
     platform::ensure_data_dirs();
     const platform::ProcessLog log(
         {.path = platform::log_path(), .run_line = platform::start_line(platform::db_path())});
-
-    data::TallyDb db(platform::db_path());
-    if (!open_store(db))
-        return 1;
-    Settings settings(db);
-    if (settings.is_absent(settings::mailcache_dir))
-        settings.set(settings::mailcache_dir, platform::default_mailcache_dir());
-    ui::apply_to_app(&application, ui::theme_from_name(settings.get(settings::theme)));
-
-    queries::StoreQueries queries(db);
-    ui::MainWindow window({.db = db, .queries = queries, .settings = settings, .host = *host});
-    QObject::connect(&interrupts, &InterruptWatch::interrupted, &window, [&window] {
-        window.request_exit();
-        QCoreApplication::quit();
-    });
-    const KnockListener listener(knock_name(), nullptr);
-    QObject::connect(&listener, &KnockListener::knocked, &window, &ui::MainWindow::bring_to_front);
-    window.show();
-    greet(window, db);
-    warn_without_webp(QImageReader::supportedImageFormats());
-    QTimer::singleShot(0, &window, &ui::MainWindow::run_post_startup);
-    clear_rollback_marker_when_healthy(rollback_marker_path(), &application);
-    const int result = QApplication::exec();
-    end_process_within(ui::WindowSetup().exit_deadline);
-    return result;
+    const RunEnd end = run_window(application, interrupts, *host);
+    if (end.lost_settings)
+        make_new_store(platform::db_path(), *end.lost_settings);
+    if (end.wants_restart)
+        restart_program();
+    return end.exit_code;
 }
 
 } // namespace tally::app

@@ -6,8 +6,9 @@
 
 namespace tally::app {
 
-/// Turns an interrupt from the terminal (SIGINT) into an orderly end of the program: the signal
-/// only sets a flag, which a timer of the event loop looks at.
+/// Turns an interrupt from the terminal, the end of the session (SIGTERM) and that of the terminal
+/// (SIGHUP) into an orderly end of the program: the signal only sets a flag, which a timer of the
+/// event loop looks at.
 class InterruptWatch : public QObject {
     Q_OBJECT
 

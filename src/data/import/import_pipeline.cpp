@@ -2,7 +2,9 @@
 
 #include "data/import/battle_file.h"
 #include "data/import/examined_mails.h"
+#include "data/import/import_log.h"
 #include "data/import/mail_file.h"
+#include "data/import/raw_copies.h"
 #include "data/mail/battle_report.h"
 #include "data/mail/field_report.h"
 #include "data/mail/fort_report.h"
@@ -14,12 +16,9 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QLoggingCategory>
 
 namespace tally::data {
 namespace {
-
-Q_LOGGING_CATEGORY(log_import, "tally.import")
 
 constexpr qint32 progress_step = 200; // files
 
@@ -109,7 +108,7 @@ static_assert(covers_report_kinds(stages));
 struct Examination {
     ReportKinds stored;  ///< by now
     bool is_new = false; ///< whether any of it was stored just now
-    bool failed = false;
+    std::optional<QString> failure = {};
 };
 
 /// A stage that fails leaves no rows, and the file is offered again at the next import.
@@ -126,38 +125,37 @@ Examination examine(MailFile &mail, ReportKinds known, TallyDb &db)
             }
         } catch (const OversizedMail &refusal) {
             log_refusal(mail.name(), refusal); // and it will not shrink: no failure to try again
-        } catch (const std::exception &) {
-            result.failed = true;
+        } catch (const std::exception &failure) {
+            result.failure = QString::fromLocal8Bit(failure.what());
         }
     }
     return result;
 }
 
-void keep_raw_copy(const QString &path, const QString &name, const QString &raw_dir)
-{
-    const QString copy = QDir(raw_dir).filePath(name);
-    if (platform::file_exists(copy))
-        return;
-    if (!platform::copy_file(path, copy) && QDir().mkpath(raw_dir))
-        platform::copy_file(path, copy);
-}
-
-/// As `import_file`, but passes over a mail that is known to have given all it holds.
-bool import_unless_examined(const QString &path, const QString &raw_dir, TallyDb &db,
-                            ExaminedMails &examined)
+/// As `import_mail`, but passes over a mail that is known to have given all it holds.
+MailImport import_unless_examined(const QString &path, const QString &raw_dir, TallyDb &db,
+                                  ExaminedMails &examined)
 {
     MailFile mail(path);
-    if (!raw_dir.isEmpty())
-        keep_raw_copy(path, mail.name(), raw_dir);
-    const KnownMail known =
-        db.known_mail(mail.name(), platform::file_stamp(path).value_or(platform::FileStamp{}));
+    const auto stamp_before = platform::file_stamp(path).value_or(platform::FileStamp{});
+    keep_raw_copy(path, stamp_before.size, raw_dir);
+    const KnownMail known = db.known_mail(mail.name(), stamp_before);
     // Equality, for rows may have gone since: then the mail is to give them again.
     if (known.examined == known.stored)
-        return false;
+        return {};
     const Examination result = examine(mail, known.stored, db);
-    if (const auto stamp = mail.stamp_if_read(); stamp && !result.failed)
+    if (const auto stamp = mail.stamp_if_read(); stamp && !result.failure)
         examined.note({mail.name(), *stamp, result.stored});
-    return result.is_new;
+    return {result.is_new, result.failure};
+}
+
+/// The names of the mails in a folder that is there.
+QStringList mail_names(const QString &dir, ImportTrouble &trouble)
+{
+    platform::FolderListing listing = platform::list_folder(dir);
+    trouble.unlisted = listing.failure;
+    listing.names.removeIf([](const QString &name) { return !is_mail_file(name); });
+    return listing.names;
 }
 
 void link_forts(TallyDb &db)
@@ -190,10 +188,15 @@ bool is_mail_file(const QString &name)
 
 bool import_file(const QString &path, const QString &raw_dir, TallyDb &db)
 {
+    return import_mail(path, raw_dir, db).is_new;
+}
+
+MailImport import_mail(const QString &path, const QString &raw_dir, TallyDb &db)
+{
     MailFile mail(path);
-    if (!raw_dir.isEmpty())
-        keep_raw_copy(path, mail.name(), raw_dir);
-    return examine(mail, db.stored_kinds(mail.name()), db).is_new;
+    keep_raw_copy(path, platform::file_stamp(path).value_or(platform::FileStamp{}).size, raw_dir);
+    Examination result = examine(mail, db.stored_kinds(mail.name()), db);
+    return {result.is_new, std::move(result.failure)};
 }
 
 ImportStats import_dir(const QString &dir, const QString &raw_dir, TallyDb &db,
@@ -201,20 +204,27 @@ ImportStats import_dir(const QString &dir, const QString &raw_dir, TallyDb &db,
 {
     if (!QFileInfo(dir).isDir())
         return {.errors = 1};
-    QStringList names = platform::regular_file_names(dir);
-    names.removeIf([](const QString &name) { return !is_mail_file(name); });
+    remove_torn_copies(raw_dir);
+    ImportStats stats;
+    const QDir folder(platform::exact_path(dir));
+    const QStringList names = mail_names(folder.path(), stats.trouble);
     const auto total = static_cast<qint32>(names.size());
 
-    ImportStats stats;
     ExaminedMails examined(db);
     for (const QString &name : names) {
         if (cancel && *cancel)
             break;
         try {
-            if (import_unless_examined(QDir(dir).filePath(name), raw_dir, db, examined))
-                ++stats.imported;
+            const auto mail = import_unless_examined(folder.filePath(name), raw_dir, db, examined);
+            stats.imported += mail.is_new ? 1 : 0;
+            if (mail.failure)
+                stats.trouble.add(name, *mail.failure);
+        } catch (const std::exception &failure) {
+            ++stats.errors;
+            stats.trouble.add(name, QString::fromLocal8Bit(failure.what()));
         } catch (...) {
             ++stats.errors;
+            stats.trouble.add(name, QStringLiteral("unknown failure"));
         }
         ++stats.scanned;
         if (progress && stats.scanned % progress_step == 0)
@@ -224,6 +234,10 @@ ImportStats import_dir(const QString &dir, const QString &raw_dir, TallyDb &db,
         progress(stats.scanned, total, stats.imported);
     link_forts(db);
     complete_statistics(db, cancel);
+    stats.trouble.lost_store = !db.is_in_place();
+    if (stats.trouble.any())
+        qCWarning(log_import).noquote()
+            << "import of" << dir << "is incomplete:" << text_of(stats.trouble);
     return stats;
 }
 

@@ -2,6 +2,7 @@
 
 #include "data/import/import_pipeline.h"
 #include "data/import/mail_folder.h"
+#include "platform/files/exact_files.h"
 
 #include <QDir>
 
@@ -13,7 +14,7 @@
 namespace tally::data {
 
 TallyWatcher::TallyWatcher(TallyDb *db, QString dir, QString raw_dir, int poll_ms, QObject *parent)
-    : QThread(parent), db_(db), dir_(std::move(dir)), raw_dir_(std::move(raw_dir)),
+    : QThread(parent), db_(db), dir_(platform::exact_path(dir)), raw_dir_(std::move(raw_dir)),
       poll_ms_(poll_ms)
 {}
 
@@ -45,10 +46,13 @@ void TallyWatcher::run()
                      [&seen](const QString &name) { return !seen.contains(name); });
         if (fresh.isEmpty())
             continue;
-        const int imported = import_all(fresh);
+        ImportTrouble trouble;
+        const int imported = import_all(fresh, trouble);
         seen = *std::move(current);
         if (imported > 0)
             Q_EMIT newFilesImported(imported);
+        if (trouble.any())
+            Q_EMIT mailsNotStored(text_of(trouble));
     }
 }
 
@@ -59,18 +63,21 @@ void TallyWatcher::pause() const
         msleep(static_cast<unsigned long>(std::min(left, slice)));
 }
 
-int TallyWatcher::import_all(const QStringList &names)
+int TallyWatcher::import_all(const QStringList &names, ImportTrouble &trouble)
 {
     int imported = 0;
     for (const QString &name : names) {
         if (stop_ != 0)
             break;
         try {
-            if (import_file(QDir(dir_).filePath(name), raw_dir_, *db_))
-                ++imported;
+            const auto mail = import_mail(QDir(dir_).filePath(name), raw_dir_, *db_);
+            imported += mail.is_new ? 1 : 0;
+            if (mail.failure)
+                trouble.add(name, *mail.failure);
         } catch (const std::exception &failure) {
-            Q_EMIT errorOccurred(
-                QStringLiteral("%1: %2").arg(name, QString::fromLocal8Bit(failure.what())));
+            const QString reason = QString::fromLocal8Bit(failure.what());
+            trouble.add(name, reason);
+            Q_EMIT errorOccurred(QStringLiteral("%1: %2").arg(name, reason));
         }
     }
     return imported;

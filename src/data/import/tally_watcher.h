@@ -7,6 +7,7 @@
 
 namespace tally::data {
 
+struct ImportTrouble;
 class TallyDb;
 
 /// A thread that polls the mail folder and imports each mail that appears after its start. A file
@@ -34,13 +35,15 @@ Q_SIGNALS:
     void newFilesImported(int count);
     /// The import of a file threw: "%1: %2" with the file's name and the exception's text.
     void errorOccurred(QString message);
+    /// Mails since the last look could not be stored: for the user, in whole sentences.
+    void mailsNotStored(QString text);
 
 protected:
     void run() override;
 
 private:
     void pause() const;
-    int import_all(const QStringList &names);
+    int import_all(const QStringList &names, ImportTrouble &trouble);
 
     TallyDb *db_;
     QString dir_;

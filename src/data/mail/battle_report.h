@@ -55,8 +55,8 @@ std::optional<BattleReport> parse_battle(QByteArrayView mail, const LevelOf &lev
 /// without them a small file could stand for any number of entries.
 inline constexpr size_t max_rounds = 100'000;
 inline constexpr size_t max_loot_of_round = 4'096;
-inline constexpr size_t max_loot_of_mail = 1'000'000;
-inline constexpr int max_pairs_of_loot = 64; ///< keys with a number in one entry
+inline constexpr size_t max_loot_of_mail = 300'000; ///< what the store takes in a few seconds
+inline constexpr int max_pairs_of_loot = 64;        ///< keys with a number in one entry
 
 /// Reads the loot map whose tag stands at `pos`. Reading ends at the first byte that does not fit,
 /// with the entries completed so far.

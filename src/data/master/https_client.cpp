@@ -47,7 +47,9 @@ QNetworkRequest network_request(const platform::Endpoint &endpoint, const HttpRe
 
 /// What has become of one reply while the event loop runs.
 struct Exchange {
+    bool has_met_server = false;
     bool is_pinned = false;
+    bool is_late = false;
     bool is_too_large = false;
     QByteArray body;
 };
@@ -55,6 +57,7 @@ struct Exchange {
 void check_pin(Exchange &exchange, QNetworkReply &reply, const QByteArrayList &pins)
 {
     const QList<QSslCertificate> chain = reply.sslConfiguration().peerCertificateChain();
+    exchange.has_met_server = true;
     exchange.is_pinned =
         !chain.isEmpty() && pins.contains(public_key_pin(chain.constFirst().toDer()));
     // Nothing has been sent yet: a stranger learns not even the path.
@@ -70,20 +73,29 @@ void take_body(Exchange &exchange, QNetworkReply &reply, qint64 size_limit)
         reply.abort();
 }
 
+QString detail_of(const Exchange &exchange, const QNetworkReply &reply)
+{
+    if (exchange.has_met_server && !exchange.is_pinned)
+        return QStringLiteral("the server's key is none of the known ones");
+    return exchange.is_late ? QStringLiteral("no answer in time") : reply.errorString();
+}
+
 HttpResult result_of(const Exchange &exchange, const QNetworkReply &reply)
 {
+    const QString detail = detail_of(exchange, reply);
     if (!exchange.is_pinned)
-        return {0, {}, QStringLiteral("cert_pin_mismatch")};
+        return {0, {}, QStringLiteral("cert_pin_mismatch"), detail};
     if (exchange.is_too_large)
-        return {0, {}, QStringLiteral("body_too_large")};
+        return {0, {}, QStringLiteral("body_too_large"), {}};
 
     const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (reply.error() == QNetworkReply::NoError)
-        return {status, exchange.body, {}};
+        return {status, exchange.body, {}, {}};
     // An answer that broke off bears the status of a good one.
     return {status < first_error_status ? 0 : status,
             {},
-            QStringLiteral("network: %1").arg(reply.errorString())};
+            QStringLiteral("network: %1").arg(reply.errorString()),
+            detail};
 }
 
 } // namespace
@@ -94,7 +106,7 @@ HttpResult HttpsClient::http_request(const HttpRequest &request) const
 {
     const bool is_post = request.method == u"POST";
     if (!is_post && request.method != u"GET")
-        return {0, {}, QStringLiteral("unsupported_method")};
+        return {0, {}, QStringLiteral("unsupported_method"), {}};
 
     QNetworkAccessManager network;
     const QNetworkRequest prepared = network_request(endpoint_, request);
@@ -108,6 +120,7 @@ HttpResult HttpsClient::http_request(const HttpRequest &request) const
                      [&] { take_body(exchange, *reply, request.size_limit); });
     QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
     QTimer::singleShot(request.timeout_ms, Qt::PreciseTimer, &loop, [&] {
+        exchange.is_late = true;
         reply->abort();
         loop.quit();
     });

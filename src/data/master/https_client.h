@@ -23,10 +23,13 @@ struct HttpResult {
     /// Empty on success; else "cert_pin_mismatch" (also for a connection that never stood),
     /// "unsupported_method", "body_too_large" or "network: " and the reason.
     QString error;
+    QString detail; ///< of an error, for the log: what "cert_pin_mismatch" hides
 };
 
 /// Talks to one host over HTTPS. Beside the usual proof of identity the host must present a public
-/// key of the endpoint's list, and it cannot send the client on to another host.
+/// key of the endpoint's list, and it cannot send the client on to another host. Bodies are
+/// bounded; the header of an answer is not, for Qt tells of it only when all of it has come: the
+/// time-out ends that, and only a server with our key gets so far.
 class HttpsClient {
 public:
     explicit HttpsClient(platform::Endpoint endpoint);

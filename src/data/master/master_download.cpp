@@ -1,9 +1,11 @@
 #include "data/master/master_download.h"
 
+#include "data/master/net_log.h"
+#include "platform/files/whole_file.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonDocument>
-#include <QSaveFile>
 
 namespace tally::data {
 namespace {
@@ -12,12 +14,13 @@ constexpr qint64 table_limit = 16 << 20;
 constexpr qint64 icon_limit = 2 << 20;
 constexpr int status_ok = 200;
 
-bool write_whole(const QString &path, const QByteArray &content)
+bool keep_icon(const QString &path, const QByteArray &content)
 {
     QDir().mkpath(QFileInfo(path).path());
-    QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() &&
-           file.commit();
+    const auto failure = platform::write_whole_file(path, content);
+    if (failure)
+        qCWarning(log_net).noquote() << "cannot keep" << path << *failure;
+    return !failure;
 }
 
 } // namespace
@@ -37,6 +40,9 @@ ApiResult MasterDownload::fetch_master(const QString &kind) const
     ApiResult result;
     result.status = answer.status;
     result.ok = answer.status == status_ok;
+    result.failure = answer.detail.isEmpty()
+                         ? answer.error
+                         : QStringLiteral("%1 (%2)").arg(answer.error, answer.detail);
     const QJsonDocument document = QJsonDocument::fromJson(answer.body);
     if (document.isObject())
         result.json = document.object();
@@ -54,7 +60,7 @@ bool MasterDownload::fetch_icon(const QString &hash, const QString &file_path) c
     request.size_limit = icon_limit;
     const HttpResult answer = client_.http_request(request);
     return answer.status == status_ok && !answer.body.isEmpty() &&
-           write_whole(file_path, answer.body);
+           keep_icon(file_path, answer.body);
 }
 
 } // namespace tally::data

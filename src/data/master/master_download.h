@@ -18,6 +18,7 @@ struct ApiResult {
     bool ok = false;  ///< exactly if `status` is 200
     QJsonObject json; ///< {"error": "invalid_json", "http_status": status} if the body is no object
     int status = 0;
+    QString failure; ///< why no answer came, for the log
 };
 
 /// The requests that the server answers. Each blocks its thread, as `HttpsClient` does.

@@ -2,18 +2,16 @@
 
 #include "data/master/icon_file.h"
 #include "data/master/master_cache.h"
+#include "data/master/net_log.h"
 
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonDocument>
-#include <QLoggingCategory>
 #include <QThread>
 
 #include <array>
 #include <set>
-
-Q_LOGGING_CATEGORY(log_net, "tally.net")
 
 namespace tally::data {
 namespace {
@@ -96,8 +94,8 @@ bool MasterRefreshWorker::refresh_tables()
         Q_EMIT statusMessage(QStringLiteral("Downloading %1...").arg(kind));
         const ApiResult table = download_.fetch_master(kind);
         if (!table.ok) {
-            qCWarning(log_net) << "master refresh: kind" << kind
-                               << "failed status=" << table.status;
+            qCWarning(log_net) << "master refresh: kind" << kind << "failed status=" << table.status
+                               << table.failure;
             continue;
         }
         const QByteArray json = QJsonDocument(table.json).toJson(QJsonDocument::Compact);

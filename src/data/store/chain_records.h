@@ -109,6 +109,24 @@ struct ChainRun {
     std::vector<ChainRound> rounds;
 };
 
+/// A round against a barbarian that was known by its id.
+struct ChainFight {
+    double npc_ctid = 0.0;
+    bool won = false; ///< with loot
+};
+
+/// What is known of a chain without its rounds.
+struct ChainHead {
+    QString file_name;
+    std::optional<double> chain_start_time;
+    std::optional<double> chain_end_time;
+    int rounds = 0;
+    int wins = 0;                ///< rounds with loot
+    bool has_fort_round = false;
+    bool has_fort_loot = false;  ///< the fort that is tied to it left something
+    std::vector<ChainFight> fights;
+};
+
 struct FortOfChain {
     QString file_name;
     double event_time = 0.0;

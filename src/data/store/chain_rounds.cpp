@@ -23,8 +23,6 @@ std::map<int, std::vector<LootEntry>> round_loot(const StoreConnection &store,
     return loot;
 }
 
-namespace {
-
 std::vector<ChainRound> rounds_of(const StoreConnection &store, const QString &file_name)
 {
     std::map<int, std::vector<LootEntry>> loot = round_loot(store, file_name);
@@ -57,8 +55,6 @@ std::vector<ChainRound> rounds_of(const StoreConnection &store, const QString &f
     }
     return rounds;
 }
-
-} // namespace
 
 std::vector<ChainRun> chains_for_pair(const StoreConnection &store, int hero_1, int hero_2,
                                       const ChainQuestion &question)

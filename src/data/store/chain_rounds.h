@@ -14,6 +14,8 @@ class StoreConnection;
 
 std::vector<ChainRun> chains_for_pair(const StoreConnection &store, int hero_1, int hero_2,
                                       const ChainQuestion &question);
+/// The rounds of a chain in their order, with the items' facts.
+std::vector<ChainRound> rounds_of(const StoreConnection &store, const QString &file_name);
 std::optional<FortOfChain> fort_of_chain(const StoreConnection &store, const QString &file_name);
 /// The loot of a chain by its rounds, without the items' facts.
 std::map<int, std::vector<LootEntry>> round_loot(const StoreConnection &store,

@@ -94,6 +94,22 @@ std::optional<BestChain> best_chain(const StoreConnection &store, const ChainQue
         store, QStringLiteral("best_chain") + filter.sql, filter.params, compute);
 }
 
+std::optional<double> last_chain(const StoreConnection &store, const ChainQuestion &question)
+{
+    const ChainSqlFilter filter = question_conditions({}, question);
+    const auto compute = [&]() -> std::optional<double> {
+        auto row = store.exec(QStringLiteral(R"sql(
+            SELECT MAX(COALESCE(chain_start_time, file_mtime))
+            FROM chain_slices
+            WHERE %1)sql")
+                                  .arg(filter.sql),
+                              filter.params);
+        return row.next() ? number_in(row.value(0)) : std::nullopt;
+    };
+    return remembered_of_slices<std::optional<double>>(
+        store, QStringLiteral("last_chain") + filter.sql, filter.params, compute);
+}
+
 std::vector<LootStat> loot_stats(const StoreConnection &store, const ChainQuestion &question)
 {
     const ChainSqlFilter filter = question_conditions(QStringLiteral("r."), question);

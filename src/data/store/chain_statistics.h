@@ -16,6 +16,7 @@ class StoreConnection;
 
 ChainSummary summary(const StoreConnection &store, const ChainQuestion &question);
 std::optional<BestChain> best_chain(const StoreConnection &store, const ChainQuestion &question);
+std::optional<double> last_chain(const StoreConnection &store, const ChainQuestion &question);
 std::vector<LootStat> loot_stats(const StoreConnection &store, const ChainQuestion &question);
 std::array<int, 24> hourly(const StoreConnection &store, const ChainQuestion &question);
 std::vector<HeroPair> hero_pairs(const StoreConnection &store, const ChainQuestion &question);

@@ -2,6 +2,8 @@
 
 #include "data/store/store_connection.h"
 
+#include <QHash>
+
 #include <algorithm>
 #include <vector>
 
@@ -143,12 +145,22 @@ std::vector<SchemaObject> counting_schema()
     return objects;
 }
 
-bool is_as_built(const StoreConnection &store, const std::vector<SchemaObject> &objects)
+/// By name, as the database keeps them.
+using StoredSchema = QHash<QString, QString>;
+
+StoredSchema stored_schema(const StoreConnection &store)
+{
+    StoredSchema schema;
+    auto rows = store.exec(QStringLiteral("SELECT name, sql FROM main.sqlite_master"));
+    while (rows.next())
+        schema.insert(rows.value(0).toString(), rows.value(1).toString());
+    return schema;
+}
+
+bool is_as_built(const StoredSchema &stored, const std::vector<SchemaObject> &objects)
 {
     return std::all_of(objects.begin(), objects.end(), [&](const SchemaObject &object) {
-        return store.any_row(
-            QStringLiteral("SELECT 1 FROM main.sqlite_master WHERE name = ? AND sql = ?"),
-            {object.name, object.sql});
+        return stored.value(object.name) == object.sql;
     });
 }
 
@@ -165,19 +177,21 @@ void make(const StoreConnection &store, const std::vector<SchemaObject> &objects
 
 bool has_derived_schema(const StoreConnection &store)
 {
-    return is_as_built(store, slice_schema()) && is_as_built(store, counting_schema());
+    const StoredSchema stored = stored_schema(store);
+    return is_as_built(stored, slice_schema()) && is_as_built(stored, counting_schema());
 }
 
 void make_derived_schema(const StoreConnection &store)
 {
+    const StoredSchema stored = stored_schema(store);
     // A table that was dropped took its triggers along, and another build packs differently.
-    if (const auto objects = slice_schema(); !is_as_built(store, objects)) {
+    if (const auto objects = slice_schema(); !is_as_built(stored, objects)) {
         make(store, objects);
         store.exec(QStringLiteral("INSERT INTO main.report_changes VALUES (1, 0)"));
         store.exec(QStringLiteral("INSERT INTO main.stale_chains SELECT DISTINCT file_name "
                                   "FROM reports"));
     }
-    if (const auto objects = counting_schema(); !is_as_built(store, objects))
+    if (const auto objects = counting_schema(); !is_as_built(stored, objects))
         make(store, objects);
 }
 

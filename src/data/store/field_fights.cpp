@@ -65,20 +65,27 @@ QVariantList field_attacks(const StoreConnection &store, std::optional<double> f
 {
     const SqlConditions conditions =
         field_conditions(QStringLiteral("email_time IS NOT NULL"), mode, from, to, player);
-    // Left alone, the planner would gather and sort all attacks of the kind instead of walking back
-    // in time until there are enough. Favourites are too rare for that.
-    const QString table = mode == favorites
-                              ? QStringLiteral("field_reports")
-                              : QStringLiteral("field_reports INDEXED BY idx_field_time");
-    QVariantList attacks;
-    auto rows = store.exec(QStringLiteral(R"sql(
-        SELECT %3
-        FROM %1
-        WHERE %2
+    const QString sql = QStringLiteral(R"sql(
+        SELECT %1
+        FROM %2
+        WHERE %3
         ORDER BY email_time DESC, tour_id DESC, attack_seq ASC
-        LIMIT ?)sql")
-                               .arg(table, conditions.sql(), listed_columns()),
-                           conditions.params + QVariantList{limit});
+        LIMIT ?)sql");
+    // Left alone, the planner would gather and sort all attacks of the kind instead of walking back
+    // in time until there are enough. Favourites are too rare for that, and the index may be gone.
+    const auto table = QStringLiteral("field_reports");
+    const QString by_time =
+        sql.arg(listed_columns(), table + QStringLiteral(" INDEXED BY idx_field_time"),
+                conditions.sql());
+    const bool walks =
+        mode != favorites &&
+        store.any_row(
+            QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'idx_field_time'")) &&
+        QSqlQuery(store.connection()).prepare(by_time);
+    QVariantList attacks;
+    auto rows =
+        store.exec(walks ? by_time : sql.arg(listed_columns(), table, conditions.sql()),
+                   conditions.params + QVariantList{limit});
     while (rows.next())
         attacks << row_as_map(rows);
     return attacks;

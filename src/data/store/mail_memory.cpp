@@ -13,6 +13,15 @@ namespace {
 // Another version may see more in a mail.
 const QString version = platform::application_version;
 
+// As the database keeps it.
+const QString table_sql = QStringLiteral(R"sql(CREATE TABLE examined_mails (
+  file_name TEXT PRIMARY KEY NOT NULL,
+  modified_nanos INTEGER NOT NULL,
+  size INTEGER NOT NULL,
+  kinds INTEGER NOT NULL,
+  version TEXT NOT NULL
+) WITHOUT ROWID)sql");
+
 /// The sum of the kinds that are stored, then that of the kinds that were found. One statement, for
 /// each takes and gives back the lock of the file, which costs more than all the rest of an import
 /// of mails that are stored.
@@ -31,6 +40,20 @@ QString known_mail_sql()
 }
 
 } // namespace
+
+void ensure_mail_memory(const StoreConnection &store)
+{
+    auto known = store.exec(QStringLiteral("SELECT type, sql FROM sqlite_master WHERE name = "
+                                           "'examined_mails' COLLATE NOCASE"));
+    const bool is_there = known.next();
+    if (is_there && known.value(1).toString() == table_sql)
+        return;
+    const QString type = is_there ? known.value(0).toString() : QString();
+    known.finish();
+    if (is_there)
+        store.exec(QStringLiteral("DROP %1 examined_mails").arg(type));
+    store.exec(table_sql);
+}
 
 bool report_exists(const StoreConnection &store, const QString &file_name)
 {

@@ -2,6 +2,7 @@
 
 #include "data/store/field_columns.h"
 #include "data/store/fort_links.h"
+#include "data/store/mail_memory.h"
 #include "data/store/migrations.h"
 #include "data/store/slice_upkeep.h"
 #include "data/store/store_connection.h"
@@ -147,14 +148,6 @@ CREATE TABLE IF NOT EXISTS fort_loot (
   FOREIGN KEY (file_name) REFERENCES fort_reports(file_name) ON DELETE CASCADE
 );
 CREATE INDEX IF NOT EXISTS idx_fort_loot_file ON fort_loot(file_name);
-
-CREATE TABLE IF NOT EXISTS examined_mails (
-  file_name TEXT PRIMARY KEY NOT NULL,
-  modified_nanos INTEGER NOT NULL,
-  size INTEGER NOT NULL,
-  kinds INTEGER NOT NULL,
-  version TEXT NOT NULL
-) WITHOUT ROWID;
 )sql";
 
 QString field_column_definitions()
@@ -207,6 +200,7 @@ bool init_schema(const StoreConnection &store, double now)
         // Another process may be doing the same: what a table lacks is asked and added in one.
         Transaction transaction(store.connection());
         run_schema_script(store);
+        ensure_mail_memory(store);
         add_missing_columns(store);
         create_late_indexes(store);
         store.exec(QStringLiteral("DROP TABLE IF EXISTS hero_dict"));

@@ -26,4 +26,13 @@ void set_setting(const StoreConnection &store, const QString &key, const QString
                {key, not_null(value)});
 }
 
+QMap<QString, QString> all_settings(const StoreConnection &store)
+{
+    QMap<QString, QString> settings;
+    auto rows = store.exec(QStringLiteral("SELECT key, value FROM settings"));
+    while (rows.next())
+        settings.insert(rows.value(0).toString(), rows.value(1).toString());
+    return settings;
+}
+
 } // namespace tally::data

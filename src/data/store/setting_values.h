@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMap>
 #include <QString>
 
 #include <optional>
@@ -13,5 +14,6 @@ class StoreConnection;
 std::optional<QString> get_setting(const StoreConnection &store, const QString &key);
 QString setting_or(const StoreConnection &store, const QString &key, const QString &fallback);
 void set_setting(const StoreConnection &store, const QString &key, const QString &value);
+QMap<QString, QString> all_settings(const StoreConnection &store);
 
 } // namespace tally::data

@@ -38,7 +38,7 @@ void remove_old_backups(const QFileInfo &store)
 
 void back_up(const StoreConnection &store, double now)
 {
-    const QFileInfo file(store.connection().databaseName());
+    const QFileInfo file(store.file().path());
     const QString path = backup_path(file, now);
     const QString partial = path + QStringLiteral(".part");
     QFile::remove(partial);

@@ -39,7 +39,7 @@ QVariant bindable(const QVariant &value)
 
 } // namespace
 
-StoreConnection::StoreConnection(QString path) : path_(std::move(path)) {}
+StoreConnection::StoreConnection(QString path) : file_(std::move(path)) {}
 
 StoreConnection::~StoreConnection()
 {
@@ -61,14 +61,13 @@ StoreConnection::ThreadConnection &StoreConnection::thread_connection() const
         if (QSqlDatabase::contains(name))
             QSqlDatabase::removeDatabase(name);
         auto db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
-        db.setDatabaseName(path_);
         connections_.setLocalData(new ThreadConnection{name, db, {}});
     }
     ThreadConnection &own = *connections_.localData();
     if (own.db.isOpen())
         return own;
-    if (!own.db.open())
-        fatal(QStringLiteral("open failed for %1").arg(path_), own.db.lastError());
+    if (const auto failure = file_.open(own.db))
+        fatal(QStringLiteral("open failed for %1").arg(file_.path()), QSqlError({}, *failure));
     for (const char *pragma : pragmas)
         QSqlQuery(own.db).exec(QString::fromLatin1(pragma));
     return own;

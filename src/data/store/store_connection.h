@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/store/result_cache.h"
+#include "data/store/store_file.h"
 
 #include <QMutex>
 #include <QSet>
@@ -35,6 +36,7 @@ public:
 
     /// The calling thread's open connection.
     QSqlDatabase connection() const { return thread_connection().db; }
+    const StoreFile &file() const { return file_; }
     QMutex &write_mutex() const { return write_mutex_; }
 
     /// Runs a statement on the calling thread's connection.
@@ -92,7 +94,7 @@ private:
 
     ThreadConnection &thread_connection() const;
 
-    const QString path_;
+    mutable StoreFile file_;
     mutable QMutex write_mutex_;
     mutable QThreadStorage<ThreadConnection *> connections_;
 };

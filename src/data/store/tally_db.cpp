@@ -1,6 +1,7 @@
 #include "data/store/tally_db.h"
 
 #include "data/store/chain_conditions.h"
+#include "data/store/chain_heads.h"
 #include "data/store/chain_rounds.h"
 #include "data/store/chain_statistics.h"
 #include "data/store/field_fights.h"
@@ -156,6 +157,11 @@ void TallyDb::set_setting(const QString &key, const QString &value)
     data::set_setting(store_, key, value);
 }
 
+QMap<QString, QString> TallyDb::all_settings() const
+{
+    return data::all_settings(store_);
+}
+
 ChainSummary TallyDb::summary(const ChainQuestion &question) const
 {
     return data::summary(store_, question);
@@ -177,6 +183,11 @@ std::optional<BestChain> TallyDb::best_chain(double btype, std::optional<double>
                                              std::optional<double> player) const
 {
     return data::best_chain(store_, question(btype, from, to, player));
+}
+
+std::optional<double> TallyDb::last_chain(double btype, std::optional<double> player) const
+{
+    return data::last_chain(store_, question(btype, {}, {}, player));
 }
 
 std::vector<LootStat> TallyDb::loot_stats(const ChainQuestion &question) const
@@ -225,6 +236,17 @@ std::vector<ChainRun> TallyDb::chains_for_pair(int hero_1, int hero_2, double bt
                                                std::optional<double> player) const
 {
     return data::chains_for_pair(store_, hero_1, hero_2, question(btype, from, to, player));
+}
+
+std::vector<ChainHead> TallyDb::chain_heads_for_pair(int hero_1, int hero_2,
+                                                     const ChainQuestion &question) const
+{
+    return data::chain_heads_for_pair(store_, hero_1, hero_2, question);
+}
+
+std::vector<ChainRound> TallyDb::rounds_of(const QString &file_name) const
+{
+    return data::rounds_of(store_, file_name);
 }
 
 std::optional<FortOfChain> TallyDb::fort_of_chain(const QString &file_name) const

@@ -5,6 +5,7 @@
 #include "data/store/store_connection.h"
 #include "platform/clock/clock.h"
 
+#include <QMap>
 #include <QSqlDatabase>
 #include <QString>
 #include <QVariantList>
@@ -35,6 +36,11 @@ public:
 
     /// What the functions of this folder take.
     const StoreConnection &store() const { return store_; }
+    const QString &path() const { return store_.file().path(); }
+    /// False if the file that was opened first has been removed or replaced since. Connections that
+    /// are open go on with it, but nothing of it is left when the program ends; new ones fail.
+    bool is_in_place() const { return store_.file().is_in_place(); }
+
     /// The calling thread's open connection.
     QSqlDatabase connection() const { return store_.connection(); }
 
@@ -97,6 +103,7 @@ public:
     std::optional<QString> get_setting(const QString &key) const;
     QString setting_or(const QString &key, const QString &fallback) const;
     void set_setting(const QString &key, const QString &value);
+    QMap<QString, QString> all_settings() const;
 
     // Chain statistics. `from` is included, `to` is not; both look at a chain's start, or at its
     // mail's modification time where the start is missing. Fort rounds count nowhere but in
@@ -121,6 +128,8 @@ public:
     std::optional<BestChain> best_chain(double btype, std::optional<double> from,
                                         std::optional<double> to,
                                         std::optional<double> player) const;
+    /// When the newest chain began.
+    std::optional<double> last_chain(double btype, std::optional<double> player) const;
     std::vector<LootStat> loot_stats(const ChainQuestion &question) const;
     std::vector<LootStat> loot_stats(double btype, std::optional<double> from,
                                      std::optional<double> to, std::optional<double> player) const;
@@ -138,6 +147,11 @@ public:
     std::vector<ChainRun> chains_for_pair(int hero_1, int hero_2, double btype,
                                           std::optional<double> from, std::optional<double> to,
                                           std::optional<double> player) const;
+    /// The same chains without their rounds, for a fraction of the time.
+    std::vector<ChainHead> chain_heads_for_pair(int hero_1, int hero_2,
+                                                const ChainQuestion &question) const;
+    /// The rounds of a chain in their order, with the items' facts.
+    std::vector<ChainRound> rounds_of(const QString &file_name) const;
     std::optional<FortOfChain> fort_of_chain(const QString &file_name) const;
     std::vector<PlayerRow> players() const; ///< the account with the most chains first
     /// Honor of the rounds with loot whose mail is younger.

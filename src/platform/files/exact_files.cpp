@@ -1,5 +1,6 @@
 #include "platform/files/exact_files.h"
 
+#include <QFile>
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -63,6 +64,22 @@ QByteArray native_name_of_text(QStringView text)
         }
     }
     return name;
+}
+
+QString exact_path(const QString &path)
+{
+#ifdef Q_OS_WIN
+    return path;
+#else
+    return std::any_of(path.cbegin(), path.cend(), is_escape)
+               ? text_of_native_name(QFile::encodeName(path))
+               : path;
+#endif
+}
+
+QStringList regular_file_names(const QString &dir)
+{
+    return list_folder(dir).names;
 }
 
 QByteArray read_file(const QString &path)

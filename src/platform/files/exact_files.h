@@ -19,8 +19,19 @@ namespace tally::platform {
 QString text_of_native_name(QByteArrayView name);
 QByteArray native_name_of_text(QStringView text);
 
-/// The names of a folder's regular files, symbolic links excluded, in ascending order of their
-/// UTF-16 code units. A folder that is missing or unreadable has none.
+/// The text of a path as Qt, the settings or a person writes it. It differs where the path holds
+/// one of the characters that stand for stray bytes here.
+QString exact_path(const QString &path);
+
+/// A folder's regular files, symbolic links excluded, in ascending order of their UTF-16 code
+/// units.
+struct FolderListing {
+    QStringList names;
+    QString failure; ///< why names are missing; empty if none is
+};
+FolderListing list_folder(const QString &dir);
+
+/// The names alone. A folder that is missing or unreadable has none.
 QStringList regular_file_names(const QString &dir);
 
 bool file_exists(const QString &path);
@@ -36,6 +47,17 @@ struct FileStamp {
 
 /// Nothing if there is no such file.
 std::optional<FileStamp> file_stamp(const QString &path);
+
+/// Which file lies at a path: two files that exist at the same time never have the same.
+struct FileId {
+    quint64 device = 0;
+    quint64 number = 0; ///< on the device
+
+    bool operator==(const FileId &) const = default;
+};
+
+/// Nothing if there is no such file.
+std::optional<FileId> file_id(const QString &path);
 
 /// A file opened for unbuffered reading, once and for all. One that cannot be opened is empty.
 class InputFile {
@@ -60,9 +82,5 @@ private:
 
 /// The whole content of a file; empty if it cannot be read.
 QByteArray read_file(const QString &path);
-
-/// Copies a file so that the copy is whole or absent and an existing file is never replaced.
-/// \return whether this call made the copy.
-bool copy_file(const QString &from, const QString &to);
 
 } // namespace tally::platform

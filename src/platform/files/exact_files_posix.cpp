@@ -1,15 +1,11 @@
 #include "platform/files/exact_files.h"
 
-#include <QScopeGuard>
-
 #include <algorithm>
-#include <atomic>
-#include <cstdio>
+#include <cerrno>
 #include <memory>
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -18,12 +14,6 @@ namespace {
 
 using Directory = std::unique_ptr<DIR, decltype([](DIR *dir) { ::closedir(dir); })>;
 
-int open_file(const QByteArray &name, int flags, mode_t mode = 0)
-{
-    // A pipe under the name of a mail must not hold up who opens it.
-    return ::open(name.constData(), flags | O_CLOEXEC | O_NONBLOCK, mode);
-}
-
 bool is_regular(int dir, const dirent &entry)
 {
     if (entry.d_type != DT_UNKNOWN)
@@ -31,25 +21,6 @@ bool is_regular(int dir, const dirent &entry)
     struct stat status = {};
     return ::fstatat(dir, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
            S_ISREG(status.st_mode);
-}
-
-/// A name in the same folder that no other copy in progress uses.
-QByteArray partial_name_beside(const QByteArray &name)
-{
-    static std::atomic<unsigned> copies = 0;
-    return name.first(name.lastIndexOf('/') + 1) + ".part-" + QByteArray::number(::getpid()) + '-' +
-           QByteArray::number(++copies);
-}
-
-bool copy_bytes(int from, int to, off_t count)
-{
-    while (count > 0) {
-        const ssize_t copied = ::sendfile(to, from, nullptr, static_cast<size_t>(count));
-        if (copied <= 0)
-            return false;
-        count -= copied;
-    }
-    return true;
 }
 
 std::optional<FileStamp> stamp_in(const struct stat &status)
@@ -62,18 +33,24 @@ std::optional<FileStamp> stamp_in(const struct stat &status)
 
 } // namespace
 
-QStringList regular_file_names(const QString &dir)
+FolderListing list_folder(const QString &dir)
 {
-    QStringList names;
+    FolderListing listing;
     const Directory directory(::opendir(native_name_of_text(dir).constData()));
-    if (!directory)
-        return names;
+    if (!directory) {
+        listing.failure = qt_error_string(errno);
+        return listing;
+    }
+    errno = 0;
     while (const dirent *entry = ::readdir(directory.get())) {
         if (is_regular(::dirfd(directory.get()), *entry))
-            names += text_of_native_name(QByteArrayView(entry->d_name));
+            listing.names += text_of_native_name(QByteArrayView(entry->d_name));
+        errno = 0;
     }
-    std::sort(names.begin(), names.end());
-    return names;
+    if (errno != 0)
+        listing.failure = qt_error_string(errno);
+    std::sort(listing.names.begin(), listing.names.end());
+    return listing;
 }
 
 std::optional<FileStamp> file_stamp(const QString &path)
@@ -81,6 +58,14 @@ std::optional<FileStamp> file_stamp(const QString &path)
     struct stat status = {};
     ::stat(native_name_of_text(path).constData(), &status);
     return stamp_in(status);
+}
+
+std::optional<FileId> file_id(const QString &path)
+{
+    struct stat status = {};
+    if (::stat(native_name_of_text(path).constData(), &status) != 0)
+        return std::nullopt;
+    return FileId{status.st_dev, status.st_ino};
 }
 
 bool file_exists(const QString &path)
@@ -95,7 +80,9 @@ struct InputFile::Native {
 
 InputFile::InputFile(const QString &path) : native_(std::make_unique<Native>())
 {
-    native_->descriptor = open_file(native_name_of_text(path), O_RDONLY);
+    // A pipe under the name of a mail must not hold up who opens it.
+    native_->descriptor =
+        ::open(native_name_of_text(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (native_->descriptor >= 0)
         ::fstat(native_->descriptor, &native_->status);
 }
@@ -136,29 +123,6 @@ QByteArray InputFile::read(qint64 count)
     }
     bytes.truncate(filled);
     return bytes;
-}
-
-bool copy_file(const QString &from, const QString &to)
-{
-    const int source = open_file(native_name_of_text(from), O_RDONLY);
-    if (source < 0)
-        return false;
-    const auto close_source = qScopeGuard([source] { ::close(source); });
-    struct stat status = {};
-    if (::fstat(source, &status) != 0 || !S_ISREG(status.st_mode) || file_exists(to))
-        return false;
-
-    const QByteArray name = native_name_of_text(to);
-    const QByteArray partial = partial_name_beside(name);
-    const int copy = open_file(partial, O_WRONLY | O_CREAT | O_TRUNC, status.st_mode & 0777);
-    if (copy < 0)
-        return false;
-    const bool copied = copy_bytes(source, copy, status.st_size);
-    const bool written = ::close(copy) == 0 && copied;
-    if (written && ::rename(partial.constData(), name.constData()) == 0)
-        return true;
-    ::unlink(partial.constData());
-    return false;
 }
 
 } // namespace tally::platform

@@ -4,44 +4,13 @@
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QtNumeric>
 
 #include <algorithm>
-#include <atomic>
-#include <vector>
+#include <string>
 
 namespace tally::platform {
 namespace {
-
-/// A name in the same folder that no other copy in progress uses.
-QString partial_name_beside(const QString &path)
-{
-    static std::atomic<unsigned> copies = 0;
-    return QStringLiteral("%1/.part-%2-%3")
-        .arg(QFileInfo(path).path(), QString::number(GetCurrentProcessId()),
-             QString::number(++copies));
-}
-
-/// \return whether all that `from` holds was written to the new file `to`.
-bool copy_content(HANDLE from, const std::wstring &to)
-{
-    HANDLE file = CreateFileW(to.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                              FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
-        return false;
-    const Win32File copy(file);
-    std::vector<char> buffer(1 << 16);
-    const auto size = static_cast<DWORD>(buffer.size());
-    for (DWORD got = 0; ReadFile(from, buffer.data(), size, &got, nullptr) != FALSE;) {
-        if (got == 0)
-            return true;
-        DWORD written = 0;
-        if (WriteFile(file, buffer.data(), got, &written, nullptr) == FALSE || written != got)
-            return false;
-    }
-    return false;
-}
 
 /// \param status what the system says of a file, by its name or its handle
 template <typename Status>
@@ -57,9 +26,16 @@ std::optional<FileStamp> stamp_in(const Status &status)
 
 } // namespace
 
-QStringList regular_file_names(const QString &dir)
+FolderListing list_folder(const QString &dir)
 {
-    return QDir(dir).entryList(QDir::Files | QDir::NoSymLinks, QDir::Name);
+    const std::wstring all_entries = win32_path(dir) + L"\\*";
+    WIN32_FIND_DATAW first = {};
+    HANDLE search = FindFirstFileW(all_entries.c_str(), &first);
+    if (search == INVALID_HANDLE_VALUE && GetLastError() != ERROR_FILE_NOT_FOUND)
+        return {{}, qt_error_string()};
+    if (search != INVALID_HANDLE_VALUE)
+        FindClose(search);
+    return {QDir(dir).entryList(QDir::Files | QDir::NoSymLinks, QDir::Name), {}};
 }
 
 std::optional<FileStamp> file_stamp(const QString &path)
@@ -68,6 +44,16 @@ std::optional<FileStamp> file_stamp(const QString &path)
     if (GetFileAttributesExW(win32_path(path).c_str(), GetFileExInfoStandard, &status) == FALSE)
         return std::nullopt;
     return stamp_in(status);
+}
+
+std::optional<FileId> file_id(const QString &path)
+{
+    const Win32File file = open_win32(path, FILE_READ_ATTRIBUTES);
+    BY_HANDLE_FILE_INFORMATION status = {};
+    if (!file || GetFileInformationByHandle(file.get(), &status) == FALSE)
+        return std::nullopt;
+    return FileId{status.dwVolumeSerialNumber,
+                  whole_of(status.nFileIndexHigh, status.nFileIndexLow)};
 }
 
 bool file_exists(const QString &path)
@@ -123,20 +109,6 @@ QByteArray InputFile::read(qint64 count)
     }
     bytes.truncate(filled);
     return bytes;
-}
-
-bool copy_file(const QString &from, const QString &to)
-{
-    const Win32File source = open_win32(from, GENERIC_READ);
-    if (!source || file_exists(to))
-        return false;
-    const std::wstring partial = win32_path(partial_name_beside(to));
-    // Without a flag a move replaces nothing.
-    if (copy_content(source.get(), partial) &&
-        MoveFileExW(partial.c_str(), win32_path(to).c_str(), 0) != FALSE)
-        return true;
-    DeleteFileW(partial.c_str());
-    return false;
 }
 
 } // namespace tally::platform

@@ -1,7 +1,7 @@
 #include "ui/chains/chain_cards.h"
 
-#include "ui/chains/chain_texts.h"
 #include "ui/parts/format_count.h"
+#include "ui/parts/value_texts.h"
 
 namespace tally::ui {
 namespace {

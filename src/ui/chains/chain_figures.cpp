@@ -4,6 +4,8 @@
 #include "data/store/sql_values.h"
 #include "data/store/tally_db.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <optional>
 #include <tuple>
@@ -16,6 +18,13 @@ void complete(data::LootStat &row)
     row = data::with_item_facts(std::move(row));
     if (!row.name.isEmpty())
         row.total_value = data::saturated<qint64>(row.pieces * row.unit_value + 0.5);
+}
+
+ChainGap chain_gap(const data::TallyDb &db, const ChainFilter &filter)
+{
+    const QString folder = db.setting_or(QStringLiteral("mailcache_dir"), {});
+    return {!folder.isEmpty() && QFileInfo(folder).isDir(),
+            db.last_chain(filter.btype, filter.player)};
 }
 
 /// Runs the queries of one refresh, each for itself.
@@ -72,6 +81,8 @@ ChainFigures chain_figures(const data::TallyDb &db, const ChainQuestion &questio
     const std::optional<double> to = figures.filter.to;
     const std::optional<double> player = figures.filter.player;
     asking.ask(figures.summary, [&] { return db.summary(btype, from, to, player); });
+    if (figures.summary && figures.summary->files == 0)
+        asking.ask(figures.gap, [&] { return chain_gap(db, figures.filter); });
     asking.ask(figures.best_in_filter, [&] { return db.best_chain(btype, from, to, player); });
     asking.ask(figures.best_overall, [&] { return db.best_chain(btype, {}, {}, {}); });
     asking.ask(figures.hourly, [&] { return db.hourly(btype, from, to, player); });

@@ -2,7 +2,7 @@
 
 #include "data/store/chain_records.h"
 #include "ui/chains/chain_filter.h"
-#include "ui/chains/player_entries.h"
+#include "ui/parts/player_entries.h"
 
 #include <QString>
 
@@ -23,12 +23,19 @@ struct ChainQuestion {
     QString player_text; ///< his entry; empty before the first choice
 };
 
+/// What there is where no chain fits the filter.
+struct ChainGap {
+    bool has_mail_folder = true;
+    std::optional<double> last_chain; ///< of the filter's player, in whatever period
+};
+
 /// What the store tells about chains. A part whose query failed is absent.
 struct ChainFigures {
     ChainFilter filter; ///< as asked, with the chosen player
     std::optional<std::vector<PlayerEntry>> players;
     std::size_t chosen_player = 0;
     std::optional<data::ChainSummary> summary;
+    std::optional<ChainGap> gap; ///< only if the summary counts no chain
     std::optional<std::optional<data::BestChain>> best_in_filter;
     std::optional<std::optional<data::BestChain>> best_overall;
     std::optional<std::array<int, 24>> hourly;

@@ -29,6 +29,8 @@ struct ChainPeriod {
     static QTime day_start() { return {0, 0}; }
     static QTime day_end() { return {23, 59}; }
     static ChainPeriod of_day(QDate day) { return {day, day_start(), day, day_end()}; }
+
+    bool operator==(const ChainPeriod &) const = default;
 };
 
 ChainFilter chain_filter(double btype, const ChainPeriod &period, std::optional<double> player);

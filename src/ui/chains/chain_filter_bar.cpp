@@ -2,14 +2,15 @@
 
 #include "ui/chains/chain_texts.h"
 #include "ui/parts/flow_layout.h"
+#include "ui/parts/moment_edit.h"
+#include "ui/parts/plain_label.h"
 
 #include <QComboBox>
-#include <QDateEdit>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalBlocker>
-#include <QTimeEdit>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -18,17 +19,6 @@ namespace {
 
 constexpr int spacing = 6;
 constexpr int gap = 10;
-
-QPushButton *new_day_button(const QString &sign, const QString &tool_tip, const QString &moment)
-{
-    constexpr int width = 28;
-    auto *button = new QPushButton(sign);
-    button->setFixedWidth(width);
-    button->setStyleSheet(QStringLiteral("padding: 2px 4px; font-weight: bold;"));
-    button->setToolTip(tool_tip);
-    button->setAccessibleName(QStringLiteral("%1: %2").arg(moment, tool_tip));
-    return button;
-}
 
 QPushButton *new_button(const QString &text)
 {
@@ -44,8 +34,8 @@ ChainFilterBar::ChainFilterBar(QDate today, QWidget *parent)
 {
     setAccessibleName(title());
     new FlowLayout(this, -1, spacing + gap, spacing);
-    from_ = add_moment(QStringLiteral("From (UTC):"), ChainPeriod::day_start());
-    to_ = add_moment(QStringLiteral("To (UTC):"), ChainPeriod::day_end());
+    from_ = add_moment(QStringLiteral("From (UTC):"), ChainPeriod::day_start(), true);
+    to_ = add_moment(QStringLiteral("To (UTC):"), ChainPeriod::day_end(), false);
     player_combo_ = add_choice(QStringLiteral("Player:"), 180);
     ap_combo_ = add_choice(QStringLiteral("AP source:"), 170);
     ap_combo_->addItem(QStringLiteral("All"), 0);
@@ -84,45 +74,27 @@ void ChainFilterBar::level_groups()
 
 void ChainFilterBar::add_buttons()
 {
-    auto *refresh = new_button(QStringLiteral("Refresh"));
+    refresh_ = new_button(QStringLiteral("Refresh"));
     auto *clear_filter = new_button(QStringLiteral("Clear filter"));
-    connect(refresh, &QPushButton::clicked, this, &ChainFilterBar::refreshAsked);
+    connect(refresh_, &QPushButton::clicked, this, &ChainFilterBar::refreshAsked);
     connect(clear_filter, &QPushButton::clicked, this, &ChainFilterBar::clearAsked);
     constexpr int wider_gap = 16;
-    add_group({refresh, clear_filter})->setContentsMargins(0, 0, wider_gap - gap, 0);
+    add_group({refresh_, clear_filter})->setContentsMargins(0, 0, wider_gap - gap, 0);
 }
 
-ChainFilterBar::Moment ChainFilterBar::add_moment(const QString &name, QTime time_of_new_date)
+MomentEdit *ChainFilterBar::add_moment(const QString &label, QTime time_of_new_date, bool is_from)
 {
-    const QString short_name = name.section(u' ', 0, 0);
-    const bool is_from = time_of_new_date == ChainPeriod::day_start();
-    auto *label = new QLabel(name);
-    auto *previous =
-        new_day_button(QStringLiteral("−"), QStringLiteral("Previous day (-1)"), short_name);
-    auto *date = new QDateEdit;
-    date->setCalendarPopup(true);
-    date->setTimeSpec(Qt::UTC); // local time lacks some hours
-    date->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
-    date->setAccessibleName(QStringLiteral("%1 date (UTC)").arg(short_name));
-    auto *next = new_day_button(QStringLiteral("+"), QStringLiteral("Next day (+1)"), short_name);
-    auto *time = new QTimeEdit;
-    time->setTimeSpec(Qt::UTC);
-    time->setDisplayFormat(QStringLiteral("HH:mm"));
-    time->setAccessibleName(QStringLiteral("%1 time (UTC)").arg(short_name));
-    add_group({label, previous, date, next, time});
-    label->setBuddy(date);
-
-    connect(date, &QDateEdit::dateChanged, time,
-            [time, time_of_new_date] { time->setTime(time_of_new_date); });
-    connect(previous, &QPushButton::clicked, this,
-            [this, is_from] { Q_EMIT dayStepped(is_from, -1); });
-    connect(next, &QPushButton::clicked, this, [this, is_from] { Q_EMIT dayStepped(is_from, 1); });
-    return {date, time};
+    auto *moment = new MomentEdit(label, time_of_new_date);
+    layout()->addWidget(moment);
+    connect(moment, &MomentEdit::changed, this, &ChainFilterBar::mark_refresh);
+    connect(moment, &MomentEdit::dayStepped, this,
+            [this, is_from](int days) { Q_EMIT dayStepped(is_from, days); });
+    return moment;
 }
 
 QComboBox *ChainFilterBar::add_choice(const QString &name, int width)
 {
-    auto *label = new QLabel(name);
+    QLabel *label = plain_label(name);
     auto *combo = new QComboBox;
     combo->setMinimumWidth(width);
     combo->setAccessibleName(name.chopped(1));
@@ -133,37 +105,55 @@ QComboBox *ChainFilterBar::add_choice(const QString &name, int width)
 
 void ChainFilterBar::add_sparkline()
 {
-    auto *label = new QLabel(QStringLiteral("Hourly:"));
-    label->setStyleSheet(QStringLiteral("font-size: 9pt;"));
-    sparkline_ = new QLabel;
-    sparkline_->setTextFormat(Qt::PlainText);
-    sparkline_->setAccessibleName(QStringLiteral("Chains by hour"));
-    sparkline_->setStyleSheet(
+    QLabel *label = plain_label(QStringLiteral("Hourly:"), QStringLiteral("font-size: 9pt;"));
+    sparkline_ = plain_label(
+        sparkline({}),
         QStringLiteral("font-family: Consolas, monospace; font-size: 10pt; color: #808080;"));
-    sparkline_->setText(sparkline({}));
+    sparkline_->setAccessibleName(QStringLiteral("Chains by hour"));
     add_group({label, sparkline_});
 }
 
 ChainPeriod ChainFilterBar::period() const
 {
-    return {from_.date->date(), from_.time->time(), to_.date->date(), to_.time->time()};
+    return {from_->date(), from_->time(), to_->date(), to_->time()};
+}
+
+void ChainFilterBar::set_period(const ChainPeriod &period)
+{
+    from_->set(period.from_date, period.from_time);
+    to_->set(period.to_date, period.to_time);
+}
+
+void ChainFilterBar::set_shown_period(const ChainPeriod &period)
+{
+    shown_ = period;
+    mark_refresh();
+}
+
+void ChainFilterBar::mark_refresh()
+{
+    const bool is_pending = shown_ && *shown_ != period();
+    if (refresh_->property("pending").toBool() == is_pending)
+        return;
+    refresh_->setProperty("pending", is_pending);
+    refresh_->setToolTip(is_pending ? QStringLiteral("The figures are still those of the period "
+                                                     "that was shown before.")
+                                    : QString());
+    refresh_->setAccessibleDescription(refresh_->toolTip());
+    refresh_->style()->unpolish(refresh_); // the sheet looks at properties only then
+    refresh_->style()->polish(refresh_);
 }
 
 void ChainFilterBar::clear(QDate today)
 {
-    const ChainPeriod period = ChainPeriod::of_day(today);
-    from_.date->setDate(period.from_date);
-    from_.time->setTime(period.from_time);
-    to_.date->setDate(period.to_date);
-    to_.time->setTime(period.to_time);
+    set_period(ChainPeriod::of_day(today));
     const QSignalBlocker no_refresh(player_combo_);
     player_combo_->setCurrentIndex(players_.empty() ? -1 : 0);
 }
 
 void ChainFilterBar::shift_date(bool which_from, int delta_days)
 {
-    QDateEdit *date = (which_from ? from_ : to_).date;
-    date->setDate(date->date().addDays(delta_days));
+    (which_from ? from_ : to_)->shift_date(delta_days);
 }
 
 int ChainFilterBar::ap_source() const

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ui/chains/chain_filter.h"
-#include "ui/chains/player_entries.h"
+#include "ui/parts/player_entries.h"
 
 #include <QGroupBox>
 
@@ -9,11 +9,12 @@
 #include <vector>
 
 class QComboBox;
-class QDateEdit;
 class QLabel;
-class QTimeEdit;
+class QPushButton;
 
 namespace tally::ui {
+
+class MomentEdit;
 
 /// The row in which the period, the player and the source of action points are chosen, with the
 /// hours of the chains at its end. A window too narrow for it gets a second row.
@@ -24,6 +25,9 @@ public:
     ChainFilterBar(QDate today, QWidget *parent);
 
     ChainPeriod period() const;
+    void set_period(const ChainPeriod &period);
+    /// The period of the figures on the page; "Refresh" is marked while another one is entered.
+    void set_shown_period(const ChainPeriod &period);
     /// All of this day, all players.
     void clear(QDate today);
     /// A date whose change sets its time, as if it had been entered.
@@ -46,25 +50,23 @@ Q_SIGNALS:
     void clearAsked();
 
 private:
-    struct Moment {
-        QDateEdit *date;
-        QTimeEdit *time;
-    };
-
-    Moment add_moment(const QString &name, QTime time_of_new_date);
+    MomentEdit *add_moment(const QString &label, QTime time_of_new_date, bool is_from);
     QComboBox *add_choice(const QString &name, int width);
     void add_buttons();
     void add_sparkline();
     /// Widgets that stay together. \return their layout
     QLayout *add_group(std::initializer_list<QWidget *> widgets);
     void level_groups();
+    void mark_refresh();
 
-    Moment from_;
-    Moment to_;
+    MomentEdit *from_;
+    MomentEdit *to_;
+    QPushButton *refresh_;
     QComboBox *player_combo_;
     QComboBox *ap_combo_;
     QLabel *sparkline_;
     std::vector<PlayerEntry> players_; ///< the entries of the combo
+    std::optional<ChainPeriod> shown_;
 };
 
 } // namespace tally::ui

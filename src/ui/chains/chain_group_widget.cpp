@@ -22,9 +22,10 @@ ChainGroupWidget::ChainGroupWidget(QWidget *parent) : QFrame(parent), head_(new 
     layout->addStretch();
 }
 
-void ChainGroupWidget::show_chain(const QString &head)
+void ChainGroupWidget::show_chain(const QString &head, const QString &date)
 {
     head_->setText(head);
+    head_->setToolTip(date);
     setAccessibleName(head);
     layout()->activate();
 }

@@ -17,7 +17,8 @@ public:
 
     explicit ChainGroupWidget(QWidget *parent);
 
-    void show_chain(const QString &head);
+    /// \param date for the tool tip
+    void show_chain(const QString &head, const QString &date);
 
     /// From the frame's outer edge to headline and rows.
     QMargins insets();

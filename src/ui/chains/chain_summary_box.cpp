@@ -1,9 +1,12 @@
 #include "ui/chains/chain_summary_box.h"
 
+#include "ui/parts/card_layout.h"
+#include "ui/parts/flow_layout.h"
+#include "ui/parts/plain_label.h"
 #include "ui/parts/summary_card.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
+#include <QVBoxLayout>
 
 namespace tally::ui {
 
@@ -12,33 +15,28 @@ ChainSummaryBox::ChainSummaryBox(QWidget *parent) : QGroupBox(parent)
     set_counting(false);
     auto *layout = new QVBoxLayout(this);
     layout->setSpacing(4);
-    auto *cards = new QHBoxLayout;
-    cards->setSpacing(6);
+    auto *cards = new CardLayout(6);
     for (std::size_t i = 0; i < cards_.size(); ++i) {
         cards_.at(i) = new SummaryCard(QString::fromUtf16(chain_card_row.at(i).title));
         cards_.at(i)->setObjectName(chain_card_row.at(i).key);
-        cards->addWidget(cards_.at(i), 1);
+        cards->addWidget(cards_.at(i));
     }
     layout->addLayout(cards);
 
-    auto *best = new QHBoxLayout;
-    best->setSpacing(20);
-    best->addStretch();
+    constexpr int gap = 20;
+    auto *best = new FlowLayout(nullptr, 0, gap, 0);
+    best->setAlignment(Qt::AlignHCenter);
     best_in_filter_ = add_best_chain(*best, QStringLiteral("Best chain in the filter"));
-    auto *separator = new QLabel(QStringLiteral("|"));
-    separator->setStyleSheet(QStringLiteral("color: #555; font-size: 9pt;"));
-    best->addWidget(separator);
+    best->addWidget(
+        plain_label(QStringLiteral("|"), QStringLiteral("color: #555; font-size: 9pt;")));
     best_overall_ = add_best_chain(*best, QStringLiteral("Best chain of all"));
-    best->addStretch();
     layout->addLayout(best);
 }
 
-QLabel *ChainSummaryBox::add_best_chain(QHBoxLayout &row, const QString &name)
+QLabel *ChainSummaryBox::add_best_chain(QLayout &row, const QString &name)
 {
-    auto *label = new QLabel;
-    label->setTextFormat(Qt::PlainText);
+    QLabel *label = plain_label({}, QStringLiteral("color: #808080; font-size: 9pt;"));
     label->setObjectName(name);
-    label->setStyleSheet(QStringLiteral("color: #808080; font-size: 9pt;"));
     row.addWidget(label);
     return label;
 }

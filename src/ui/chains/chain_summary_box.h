@@ -7,8 +7,8 @@
 
 #include <array>
 
-class QHBoxLayout;
 class QLabel;
+class QLayout;
 
 namespace tally::ui {
 
@@ -28,7 +28,7 @@ public:
     void set_counting(bool counting);
 
 private:
-    QLabel *add_best_chain(QHBoxLayout &row, const QString &name);
+    QLabel *add_best_chain(QLayout &row, const QString &name);
 
     std::array<SummaryCard *, chain_card_row.size()> cards_;
     QLabel *best_in_filter_;

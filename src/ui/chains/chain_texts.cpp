@@ -1,6 +1,7 @@
 #include "ui/chains/chain_texts.h"
 
 #include "data/store/sql_values.h"
+#include "ui/parts/value_texts.h"
 
 #include <QDateTime>
 #include <QStringView>
@@ -10,11 +11,6 @@
 
 namespace tally::ui {
 namespace {
-
-QString padded(qint64 number)
-{
-    return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
-}
 
 QString utc_minute(double time)
 {
@@ -34,18 +30,6 @@ QString hour_axis()
 }
 
 } // namespace
-
-QString duration_text(double seconds)
-{
-    const auto whole = data::saturated<qint64>(seconds);
-    if (whole <= 0)
-        return no_value;
-    if (whole >= 3600)
-        return QStringLiteral("%1h %2m").arg(whole / 3600).arg(padded(whole % 3600 / 60));
-    if (whole >= 60)
-        return QStringLiteral("%1m %2s").arg(whole / 60).arg(padded(whole % 60));
-    return QStringLiteral("%1s").arg(whole);
-}
 
 QString best_chain_line(const QString &label, const std::optional<data::BestChain> &best)
 {

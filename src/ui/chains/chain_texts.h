@@ -9,13 +9,6 @@
 
 namespace tally::ui {
 
-/// What stands where there is no value.
-inline const QString no_value = QStringLiteral("—");
-
-/// Hours and minutes, minutes and seconds, or seconds; `no_value` for less than one.
-/// \param seconds the fraction is cut off
-QString duration_text(double seconds);
-
 /// How a best chain went and when, behind the name of the choice.
 QString best_chain_line(const QString &label, const std::optional<data::BestChain> &best);
 

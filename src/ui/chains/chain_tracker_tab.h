@@ -2,6 +2,7 @@
 
 #include "ui/chains/chain_figures.h"
 #include "ui/chains/chain_filter.h"
+#include "ui/parts/day_watch.h"
 #include "ui/parts/report_tab.h"
 #include "ui/parts/surroundings.h"
 #include "ui/parts/view_asker.h"
@@ -12,17 +13,18 @@
 #include <functional>
 
 class QListWidgetItem;
-class QTableView;
 
 namespace tally::ui {
 
 class ChainFilterBar;
+class ChainGapNotes;
 class ChainSummaryBox;
 class HeroPairList;
-class LootTableModel;
+class LootTable;
 
 /// What the tab is built for. A test changes some of it; the program takes it as it is.
 struct ChainTrackerSetup {
+    std::chrono::milliseconds day_watch_interval = DayWatch::shipped_interval;
     std::chrono::milliseconds counting_sign_after{150};
     std::function<decltype(chain_figures)> figures = chain_figures;
 };
@@ -47,25 +49,27 @@ private Q_SLOTS:
     void shift_date(bool which_from, int delta_days);
 
 private:
-    void show_in_any_size(QWidget *page);
     QWidget *new_lists();
-    QTableView *new_loot_table();
     void ask_for_accounts();
     void show_figures(const ChainFigures &figures);
-    QDate today() const;
+    void show_period(const ChainPeriod &period);
+    /// Whoever looks at all of the day looks at all of the new one.
+    void follow_day(QDate before, QDate now);
 
     Surroundings around_;
     double npc_btype_;
     ChainTrackerSetup setup_;
+    DayWatch day_watch_;
     ChainFilterBar *filter_;
     ChainSummaryBox *summary_;
+    ChainGapNotes *gap_notes_;
     HeroPairList *hero_pairs_ = nullptr;
-    QTableView *loot_table_ = nullptr;
-    LootTableModel *loot_model_ = nullptr;
+    LootTable *loot_table_ = nullptr;
     int kills_ = 0; ///< what the drop rates are shares of
     QTimer counting_sign_;
     queries::Asker accounts_; ///< for the filter, which others ask for whether it is seen or not
     ViewAsker figures_;
+    ViewAsker chosen_pair_;
 };
 
 } // namespace tally::ui

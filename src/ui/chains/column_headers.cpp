@@ -20,26 +20,29 @@ QLabel *header_label(const QString &text, const QString &more_style = {})
 
 } // namespace
 
-ColumnHeaders::ColumnHeaders(QWidget *parent) : QWidget(parent), columns_(new QWidget(this))
+ColumnHeaders::ColumnHeaders(int indent, QWidget *parent) : QWidget(parent), columns_(new QWidget(this))
 {
     columns_->setObjectName(
         QStringLiteral("columnHeaders")); // else the labels get the tint as well
     columns_->setStyleSheet(
         QStringLiteral("#columnHeaders { background: rgba(120,150,220,0.08); }"));
     auto *layout = new QHBoxLayout(columns_);
-    layout->setContentsMargins(16, 6, 16, 6);
+    layout->setContentsMargins(margin, 6, margin, 6);
     layout->setSpacing(round_columns::spacing);
+    layout->addSpacing(indent);
     const auto add = [layout](const QString &text, int width, Qt::Alignment alignment) {
         QLabel *label = header_label(text);
         label->setFixedWidth(width);
         label->setAlignment(alignment | Qt::AlignVCenter);
         layout->addWidget(label);
+        return label;
     };
     add(QStringLiteral("Round"), round_columns::number, Qt::AlignHCenter);
     add({}, round_columns::status, Qt::AlignLeft);
     add(QStringLiteral("Target"), round_columns::target, Qt::AlignLeft);
     add({}, round_columns::tag, Qt::AlignLeft);
-    add(QStringLiteral("Damage Taken"), round_columns::damage, Qt::AlignRight);
+    add(QStringLiteral("Damage Taken"), round_columns::damage, Qt::AlignRight)
+        ->setToolTip(QStringLiteral("Above, in red: damage taken.\nBelow, in grey: damage dealt."));
     layout->addWidget(
         header_label(QStringLiteral("Rewards"), QStringLiteral(" padding-left: 8px;")), 1);
     setFixedHeight(columns_->sizeHint().height());

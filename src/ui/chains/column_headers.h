@@ -10,10 +10,13 @@ class ColumnHeaders : public QWidget {
     Q_OBJECT
 
 public:
-    explicit ColumnHeaders(QWidget *parent = nullptr);
+    /// \param indent pixels by which the rows' columns stand further in than the headlines' margin
+    explicit ColumnHeaders(int indent, QWidget *parent = nullptr);
 
     /// \param x pixels that the rows are scrolled by
     void scroll_to(int x);
+
+    static constexpr int margin = 16;
 
 protected:
     void resizeEvent(QResizeEvent *event) override;

@@ -2,13 +2,15 @@
 
 #include "data/master/master_cache.h"
 #include "ui/items/hero_pair_icon.h"
-#include "ui/parts/table_export.h"
 
 #include <QScrollBar>
 #include <QShortcut>
+#include <QStandardItemModel>
 
 namespace tally::ui {
 namespace {
+
+constexpr int chains_role = Qt::UserRole + 1;
 
 QVariant optional_variant(std::optional<double> value)
 {
@@ -38,10 +40,13 @@ HeroPairList::HeroPairList(QString icon_dir, QWidget *parent)
     setWordWrap(true); // two long names are wider than the list
     setResizeMode(QListView::Adjust);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setStyleSheet(
-        QStringLiteral("QListWidget::item { padding: 4px; }"
-                       "QListWidget::item:hover { background: rgba(120,150,220,0.15); }"));
-    offer_copy_and_export(this, QStringLiteral("hero-pairs"));
+    // The last one, in the colours of a selection in both themes, keeps it visible under the mouse.
+    setStyleSheet(QStringLiteral(
+        "QListWidget::item { padding: 4px; }"
+        "QListWidget::item:hover { background: rgba(120,150,220,0.15); }"
+        "QListWidget::item:selected:hover { background: #5865f2; color: #ffffff; }"));
+    offer_copy_and_export(this, QStringLiteral("hero-pairs"),
+                          [this](ExportedRows rows) { return table(rows); });
     // `itemActivated` would come with a second click as well.
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
         connect(new QShortcut(key, this, nullptr, nullptr, Qt::WidgetShortcut),
@@ -80,8 +85,28 @@ void HeroPairList::add_pair(const data::HeroPair &pair, const ChainFilter &filte
     item->setData(Qt::UserRole,
                   QVariantList{pair.hero_1, pair.hero_2, optional_variant(filter.from),
                                optional_variant(filter.to)});
+    item->setData(chains_role, pair.chains);
     item->setIcon(render_hero_pair(master.hero(pair.hero_1).icon, master.hero(pair.hero_2).icon,
                                    icon_dir_, height, gap));
+}
+
+std::unique_ptr<QAbstractItemModel> HeroPairList::table(ExportedRows rows) const
+{
+    auto table = std::make_unique<QStandardItemModel>();
+    table->setHorizontalHeaderLabels(
+        {QStringLiteral("Hero 1"), QStringLiteral("Hero 2"), QStringLiteral("Chains")});
+    const data::MasterCache &master = data::MasterCache::instance();
+    for (int row = 0; row < count(); ++row) {
+        const QListWidgetItem &pair = *item(row);
+        const auto choice = choice_of(pair);
+        if (!choice || (rows == ExportedRows::Selected && !pair.isSelected()))
+            continue;
+        auto *chains = new QStandardItem;
+        chains->setData(pair.data(chains_role), Qt::DisplayRole);
+        table->appendRow({new QStandardItem(master.hero_name(choice->hero_1)),
+                          new QStandardItem(master.hero_name(choice->hero_2)), chains});
+    }
+    return table;
 }
 
 std::optional<HeroPairChoice> HeroPairList::choice_of(const QListWidgetItem &item)

@@ -2,6 +2,7 @@
 
 #include "data/store/chain_records.h"
 #include "ui/chains/chain_filter.h"
+#include "ui/parts/table_export.h"
 
 #include <QListWidget>
 #include <QString>
@@ -35,6 +36,8 @@ public:
     static std::optional<HeroPairChoice> choice_of(const QListWidgetItem &item);
 
 private:
+    /// A row a pair: both heroes and the number of their chains.
+    std::unique_ptr<QAbstractItemModel> table(ExportedRows rows) const;
     void add_pair(const data::HeroPair &pair, const ChainFilter &filter);
 
     QString icon_dir_;

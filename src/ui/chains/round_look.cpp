@@ -3,7 +3,7 @@
 #include "data/master/item_facts.h"
 #include "data/master/master_cache.h"
 #include "data/values/numbers.h"
-#include "ui/chains/round_keys.h"
+#include "ui/chains/encounters.h"
 #include "ui/parts/format_count.h"
 
 #include <QStringList>

@@ -8,82 +8,110 @@
 namespace tally::ui {
 namespace {
 
-size_t won_rounds(const data::ChainRun &chain)
-{
-    return static_cast<size_t>(std::ranges::count_if(chain.rounds, has_loot));
-}
-
-/// Time of day, UTC.
-QString start_text(std::optional<double> seconds)
+/// UTC; empty without a time that a calendar has.
+QString time_text(std::optional<double> seconds, const QString &format)
 {
     constexpr double last_second = 253'402'300'799.0; // of the year 9999
     if (!seconds || !(std::abs(*seconds) <= last_second))
-        return QStringLiteral("?");
-    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(*seconds), Qt::UTC)
-        .toString(QStringLiteral("HH:mm:ss"));
+        return {};
+    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(*seconds), Qt::UTC).toString(format);
 }
 
-std::optional<double> duration_of(const data::ChainRun &chain)
+std::optional<double> duration_of(const data::ChainHead &chain)
 {
     if (!chain.chain_start_time || !chain.chain_end_time)
         return std::nullopt;
     return *chain.chain_end_time - *chain.chain_start_time;
 }
 
+std::vector<data::ChainHead> heads_of(const std::vector<data::ChainRun> &chains)
+{
+    std::vector<data::ChainHead> heads;
+    heads.reserve(chains.size());
+    std::ranges::transform(chains, std::back_inserter(heads), head_of);
+    return heads;
+}
+
 } // namespace
+
+RoundOverview::RoundOverview(std::vector<data::ChainHead> heads)
+    : heads_(std::move(heads)), encounters_(heads_)
+{}
 
 RoundOverview::RoundOverview(std::vector<data::ChainRun> chains,
                              std::vector<std::optional<data::FortOfChain>> forts)
-    : chains_(std::move(chains)), forts_(std::move(forts)), keys_(round_keys(chains_))
+    : RoundOverview(heads_of(chains))
 {
-    forts_.resize(chains_.size());
-    final_fort_rounds_.reserve(chains_.size());
-    std::ranges::transform(chains_, std::back_inserter(final_fort_rounds_), final_fort_round);
+    forts.resize(chains.size());
+    for (size_t i = 0; i < chains.size(); ++i)
+        set_rounds(i, {std::move(chains[i].rounds), std::move(forts[i])});
+}
+
+void RoundOverview::set_rounds(size_t chain, ChainRounds rounds)
+{
+    Known &known = known_[chain];
+    known.meetings = encounters_.meetings(chain, rounds.rounds);
+    known.final_fort_round = final_fort_round(rounds.rounds);
+    known.rounds = std::move(rounds);
+}
+
+void RoundOverview::forget_rounds_outside(size_t first, size_t last)
+{
+    known_.erase(known_.begin(), known_.lower_bound(first));
+    known_.erase(known_.lower_bound(last), known_.end());
 }
 
 QString RoundOverview::banner(const QString &hero_name_1, const QString &hero_name_2) const
 {
-    size_t rounds = 0;
-    size_t won = 0;
-    for (const data::ChainRun &chain : chains_) {
-        rounds += chain.rounds.size();
-        won += won_rounds(chain);
+    qint64 rounds = 0;
+    qint64 won = 0;
+    for (const data::ChainHead &chain : heads_) {
+        rounds += chain.rounds;
+        won += chain.wins;
     }
     return QStringLiteral("%1 + %2   ·   %3 chains   ·   %4 rounds   ·   %5 won / %6 escapes")
-        .arg(hero_name_1, hero_name_2, QString::number(chains_.size()), QString::number(rounds),
+        .arg(hero_name_1, hero_name_2, QString::number(heads_.size()), QString::number(rounds),
              QString::number(won), QString::number(rounds - won));
 }
 
 QString RoundOverview::chain_head(size_t chain) const
 {
-    return chain_head_text(number_of(chain), chains_[chain]);
+    return chain_head_text(number_of(chain), heads_[chain]);
+}
+
+size_t RoundOverview::row_count(size_t chain) const
+{
+    const auto known = known_.find(chain);
+    return known == known_.end() ? 0 : known->second.rounds.rounds.size();
 }
 
 RoundLook RoundOverview::row(size_t chain, size_t row) const
 {
-    const data::ChainRound &round = round_at(chain, row);
-    const RoundKey key{chains_[chain].file_name, round.round_no};
-    const RoundFlags flags{.is_free = keys_.free.contains(key),
-                           .is_tactical = keys_.tactical.contains(key),
-                           .is_destroyed = is_destroyed(chain, round)};
-    return round_look(number_of(chain), round, flags, forts_[chain]);
+    const Known &known = known_.at(chain);
+    const size_t index = known.rounds.rounds.size() - 1 - row;
+    const data::ChainRound &round = known.rounds.rounds[index];
+    const RoundFlags flags{.is_free = known.meetings[index].is_free,
+                           .is_tactical = known.meetings[index].is_tactical,
+                           .is_destroyed = is_destroyed(known, round)};
+    return round_look(number_of(chain), round, flags, known.rounds.fort);
 }
 
 size_t RoundOverview::reward_count(size_t chain, size_t row) const
 {
-    const data::ChainRound &round = round_at(chain, row);
-    return ui::reward_count(round, is_destroyed(chain, round), forts_[chain]);
+    const Known &known = known_.at(chain);
+    const data::ChainRound &round = known.rounds.rounds[known.rounds.rounds.size() - 1 - row];
+    return ui::reward_count(round, is_destroyed(known, round), known.rounds.fort);
 }
 
-const data::ChainRound &RoundOverview::round_at(size_t chain, size_t row) const
+size_t RoundOverview::rows_with_rewards(size_t chain) const
 {
-    const auto &rounds = chains_[chain].rounds;
-    return rounds[rounds.size() - 1 - row];
+    const data::ChainHead &head = heads_[chain];
+    return static_cast<size_t>(std::min(head.wins + (head.has_fort_loot ? 1 : 0), head.rounds));
 }
 
-bool RoundOverview::is_destroyed(size_t chain, const data::ChainRound &round) const
+bool RoundOverview::is_destroyed(const Known &known, const data::ChainRound &round) const
 {
-    return round.is_fort_round && forts_[chain] && round.round_no == final_fort_rounds_[chain];
+    return round.is_fort_round && known.rounds.fort && round.round_no == known.final_fort_round;
 }
 
 QString chain_duration_text(std::optional<double> seconds)
@@ -99,13 +127,18 @@ QString chain_duration_text(std::optional<double> seconds)
     return QStringLiteral("%1h %2min").arg(whole / 3600).arg(whole / 60 % 60);
 }
 
-QString chain_head_text(int number, const data::ChainRun &chain)
+QString chain_head_text(int number, const data::ChainHead &chain)
 {
-    const size_t won = won_rounds(chain);
+    const QString start = time_text(chain.chain_start_time, QStringLiteral("HH:mm:ss"));
     return QStringLiteral("Chain #%1  ·  start %2 UTC  ·  %3  ·  %4 rounds (%5 won / %6 escapes)")
-        .arg(QString::number(number), start_text(chain.chain_start_time),
-             chain_duration_text(duration_of(chain)), QString::number(chain.rounds.size()),
-             QString::number(won), QString::number(chain.rounds.size() - won));
+        .arg(QString::number(number), start.isEmpty() ? QStringLiteral("?") : start,
+             chain_duration_text(duration_of(chain)), QString::number(chain.rounds),
+             QString::number(chain.wins), QString::number(chain.rounds - chain.wins));
+}
+
+QString chain_date_text(const data::ChainHead &chain)
+{
+    return time_text(chain.chain_start_time, QStringLiteral("yyyy-MM-dd HH:mm:ss 'UTC'"));
 }
 
 } // namespace tally::ui

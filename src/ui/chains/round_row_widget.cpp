@@ -1,18 +1,25 @@
 #include "ui/chains/round_row_widget.h"
 
 #include "ui/chains/round_columns.h"
-#include "ui/items/item_look.h"
-#include "ui/items/item_pictures.h"
+#include "ui/chains/reward_strip.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
 
+#include <algorithm>
+
 namespace tally::ui {
 namespace {
 
-constexpr int tile_size = 48;
-constexpr int tile_spacing = 4;
-constexpr QMargins row_margins(6, 4, 6, 4);
+constexpr QMargins row_margins(RoundRowWidget::left_margin, 4, 6, 4);
+
+/// All but the rewards.
+constexpr int width_of_texts()
+{
+    using namespace round_columns;
+    return row_margins.left() + number + spacing + status + spacing + target + spacing + tag +
+           spacing + damage + spacing + row_margins.right();
+}
 
 QString tint_colour(RowTint tint)
 {
@@ -58,7 +65,7 @@ void show_text(QLabel *label, const StyledText &text)
 } // namespace
 
 RoundRowWidget::RoundRowWidget(RowTint tint, QString icon_dir, QWidget *parent)
-    : QFrame(parent), tint_(tint), icon_dir_(std::move(icon_dir))
+    : QFrame(parent), tint_(tint), rewards_(new RewardStrip(std::move(icon_dir)))
 {
     setFrameShape(QFrame::NoFrame);
     // A style sheet writes the "::" of a class name as "--". It is set before there are children,
@@ -92,10 +99,7 @@ RoundRowWidget::RoundRowWidget(RowTint tint, QString icon_dir, QWidget *parent)
     damage_dealt_ = add_cell(damage, round_columns::damage, Qt::AlignRight,
                              QStringLiteral("font-family: Consolas, monospace; color: #b8bec9;"));
     damage->addStretch();
-    rewards_ = new QHBoxLayout;
-    rewards_->setSpacing(tile_spacing);
-    rewards_->addStretch();
-    columns->addLayout(rewards_, 1);
+    columns->addWidget(rewards_, 1);
 }
 
 void RoundRowWidget::show_round(const RoundLook &look)
@@ -106,61 +110,22 @@ void RoundRowWidget::show_round(const RoundLook &look)
     show_text(tag_, look.tag);
     damage_taken_->setText(look.damage_taken);
     damage_dealt_->setText(look.damage_dealt);
-    show_rewards(look.rewards);
+    rewards_->show_rewards(look.rewards);
     setAccessibleName(spoken_text(look));
     layout()->activate();
 }
 
-int RoundRowWidget::height_for(size_t rewards) const
+int RoundRowWidget::height_for(size_t rewards, int width) const
 {
-    const int tiles = row_margins.top() + tile_size + row_margins.bottom();
-    const int texts = row_margins.top() + damage_taken_->sizeHint().height() +
-                      damage_dealt_->sizeHint().height() + row_margins.bottom();
-    return rewards == 0 ? texts : std::max(texts, tiles);
+    const int texts = damage_taken_->sizeHint().height() + damage_dealt_->sizeHint().height();
+    const int tiles = RewardStrip::height_for(rewards, width - width_of_texts());
+    return row_margins.top() + std::max(texts, tiles) + row_margins.bottom();
 }
 
-int RoundRowWidget::minimum_width_for(size_t rewards) const
+int RoundRowWidget::least_width()
 {
-    using namespace round_columns;
-    constexpr int texts =
-        number + spacing + status + spacing + target + spacing + tag + spacing + damage + spacing;
-    const int tiles = static_cast<int>(rewards) * (tile_size + tile_spacing) - tile_spacing;
-    return row_margins.left() + texts + std::max(tiles, 0) + row_margins.right();
-}
-
-void RoundRowWidget::show_rewards(const std::vector<data::LootEntry> &rewards)
-{
-    for (size_t i = 0; i < rewards.size(); ++i) {
-        const data::LootEntry &item = rewards[i];
-        const QString quantity = count_text(item.value);
-        const ItemTile shown{.icon = item.icon,
-                             .unit = item.unit,
-                             .name = item.name,
-                             .unit_value = item.unit_value,
-                             .unit_text = unit_label(item),
-                             .quantity_text = quantity,
-                             .size = tile_size,
-                             .fallback = {}};
-        QLabel *label = tile(i);
-        label->setPixmap(item_tile(shown, icon_dir_));
-        label->setToolTip(reward_tool_tip(item));
-        label->setAccessibleName(
-            item.name.isEmpty() ? quantity : QStringLiteral("%1, %2").arg(item.name, quantity));
-        label->show();
-    }
-    for (size_t i = rewards.size(); i < tiles_.size(); ++i)
-        tiles_[i]->hide();
-}
-
-QLabel *RoundRowWidget::tile(size_t index)
-{
-    while (tiles_.size() <= index) {
-        auto *label = new QLabel;
-        label->setFixedSize(tile_size, tile_size);
-        rewards_->insertWidget(static_cast<int>(tiles_.size()), label);
-        tiles_.push_back(label);
-    }
-    return tiles_[index];
+    constexpr int tiles = 3;
+    return width_of_texts() + tiles * (RewardStrip::tile_size + RewardStrip::spacing);
 }
 
 } // namespace tally::ui

@@ -5,12 +5,11 @@
 #include <QFrame>
 #include <QString>
 
-#include <vector>
-
-class QHBoxLayout;
 class QLabel;
 
 namespace tally::ui {
+
+class RewardStrip;
 
 /// The row of one round. It can be given another round at any time, which costs a fraction of a new
 /// row; only its tint stays.
@@ -24,24 +23,21 @@ public:
     /// \param look of the same tint
     void show_round(const RoundLook &look);
 
-    /// Of a row with or without rewards.
-    int height_for(size_t rewards) const;
-    int minimum_width_for(size_t rewards) const;
+    /// Of a row of this width.
+    int height_for(size_t rewards, int width) const;
+    /// Narrower rows have no room for a few rewards side by side.
+    static int least_width();
+    static constexpr int left_margin = 6;
 
 private:
-    void show_rewards(const std::vector<data::LootEntry> &rewards);
-    QLabel *tile(size_t index);
-
     RowTint tint_;
-    QString icon_dir_;
     QLabel *number_;
     QLabel *status_;
     QLabel *target_;
     QLabel *tag_;
     QLabel *damage_taken_;
     QLabel *damage_dealt_;
-    QHBoxLayout *rewards_;
-    std::vector<QLabel *> tiles_;
+    RewardStrip *rewards_;
 };
 
 } // namespace tally::ui

@@ -4,6 +4,7 @@
 #include "ui/items/item_pictures.h"
 #include "ui/items/picture_caches.h"
 #include "ui/parts/sharp_pixmap.h"
+#include "ui/parts/steady_icon.h"
 
 #include <QFileInfo>
 #include <QPainter>
@@ -34,7 +35,7 @@ QIcon render_hero_pair(const QString &icon_1, const QString &icon_2, const QStri
     if (key.path_1.isEmpty() && key.path_2.isEmpty())
         return {};
     if (const QPixmap *kept = pairs.object(key))
-        return QIcon(*kept);
+        return steady_icon(*kept);
 
     QPixmap pair = sharp_pixmap(2 * size + gap, size);
     if (pair.isNull())
@@ -53,7 +54,7 @@ QIcon render_hero_pair(const QString &icon_1, const QString &icon_2, const QStri
     painter.end();
     if (complete)
         keep_picture(pairs, key, pair);
-    return QIcon(pair);
+    return steady_icon(pair);
 }
 
 } // namespace tally::ui

@@ -5,6 +5,8 @@
 #include "ui/items/picture_caches.h"
 #include "ui/parts/sharp_pixmap.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QImageReader>
 
 namespace tally::ui {
@@ -14,6 +16,11 @@ constexpr int largest_icon_side = 4096;
 
 QPixmap read_picture(const QString &path)
 {
+    // A full disk once left it. Icons are fetched by their absence, so it has to go to come again.
+    if (QFileInfo(path).size() == 0) {
+        QFile::remove(path);
+        return {};
+    }
     QImageReader reader(path);
     const QSize size = reader.size();
     if (size.width() > largest_icon_side || size.height() > largest_icon_side)

@@ -3,9 +3,8 @@
 #include "data/values/numbers.h"
 #include "ui/items/item_pictures.h"
 #include "ui/parts/format_count.h"
+#include "ui/parts/steady_icon.h"
 #include "ui/parts/table_export.h"
-
-#include <QIcon>
 
 #include <algorithm>
 #include <utility>
@@ -86,12 +85,12 @@ QVariant icon_of(const data::LootStat &row, const QString &icon_dir)
 {
     if (icon_dir.isEmpty() || item_icon(row.icon, icon_dir).isNull())
         return {};
-    return QIcon(item_tile({.icon = row.icon,
-                            .unit = row.unit,
-                            .name = row.name,
-                            .unit_value = row.unit_value,
-                            .size = icon_size},
-                           icon_dir));
+    return QVariant(steady_icon(item_tile({.icon = row.icon,
+                                           .unit = row.unit,
+                                           .name = row.name,
+                                           .unit_value = row.unit_value,
+                                           .size = icon_size},
+                                          icon_dir)));
 }
 
 } // namespace

@@ -79,18 +79,35 @@ int FlowLayout::lay_out(const QRect &rect, Pass pass) const
     const int right_edge = inner.left() + inner.width();
     QPoint at = inner.topLeft();
     int row_height = 0;
-    for (QLayoutItem *item : items_) {
+    qsizetype row_start = 0;
+    int row_end = at.x();
+    for (qsizetype i = 0; i < items_.size(); ++i) {
+        QLayoutItem *item = items_[i];
         const QSize size = item->sizeHint();
         if (at.x() + size.width() > right_edge && row_height > 0) {
+            if (pass == Pass::Place)
+                centre(row_start, i, right_edge - row_end);
             at = {inner.left(), at.y() + row_height + space_after(*item, Qt::Vertical)};
             row_height = 0;
+            row_start = i;
         }
         if (pass == Pass::Place)
             item->setGeometry(QRect(at, size));
-        at.rx() += size.width() + space_after(*item, Qt::Horizontal);
+        row_end = at.x() + size.width();
+        at.rx() = row_end + space_after(*item, Qt::Horizontal);
         row_height = std::max(row_height, size.height());
     }
+    if (pass == Pass::Place)
+        centre(row_start, items_.size(), right_edge - row_end);
     return at.y() + row_height - rect.top() + contentsMargins().bottom();
+}
+
+void FlowLayout::centre(qsizetype first, qsizetype end, int free_width) const
+{
+    if (!(alignment() & Qt::AlignHCenter) || free_width <= 0)
+        return;
+    for (qsizetype i = first; i < end; ++i)
+        items_[i]->setGeometry(items_[i]->geometry().translated(free_width / 2, 0));
 }
 
 int FlowLayout::space_after(const QLayoutItem &item, Qt::Orientation direction) const

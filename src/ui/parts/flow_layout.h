@@ -7,7 +7,8 @@
 
 namespace tally::ui {
 
-/// Places its items from left to right in rows, as words in a text.
+/// Places its items from left to right in rows, as words in a text. With an alignment to the
+/// horizontal centre each row stands in the middle.
 class FlowLayout : public QLayout {
     Q_OBJECT
 
@@ -34,6 +35,7 @@ private:
     enum class Pass { Measure, Place };
 
     int lay_out(const QRect &rect, Pass pass) const;
+    void centre(qsizetype first, qsizetype end, int free_width) const;
     int space_after(const QLayoutItem &item, Qt::Orientation direction) const;
     int inherited_spacing(QStyle::PixelMetric metric) const;
 

@@ -1,5 +1,6 @@
 #include "ui/parts/table_export.h"
 
+#include "platform/files/whole_file.h"
 #include "ui/parts/export_field.h"
 
 #include <QAbstractItemModel>
@@ -12,8 +13,8 @@
 #include <QListView>
 #include <QMenu>
 #include <QMessageBox>
-#include <QSaveFile>
 #include <QStandardPaths>
+#include <QStatusBar>
 #include <QTableView>
 #include <QTreeView>
 
@@ -36,6 +37,13 @@ const QHeaderView *header_of(const QAbstractItemView &view)
     if (const auto *tree = qobject_cast<const QTreeView *>(&view))
         return tree->header();
     return nullptr;
+}
+
+Columns all_columns(const QAbstractItemModel &model)
+{
+    Columns columns(static_cast<size_t>(model.columnCount()));
+    std::iota(columns.begin(), columns.end(), 0);
+    return columns;
 }
 
 /// In the order in which the view shows them.
@@ -129,34 +137,58 @@ bool has_selection(const QAbstractItemView &view)
     return view.selectionModel() && view.selectionModel()->hasSelection();
 }
 
-void copy_to_clipboard(const QAbstractItemView &view)
+QString tab_separated(const QAbstractItemModel &model)
 {
-    if (has_selection(view))
-        QGuiApplication::clipboard()->setText(copied_rows(view));
+    const Columns columns = all_columns(model);
+    QString text = header_line(model, columns, u'\t', tab_field) + u'\n';
+    for (int row = 0; row < model.rowCount(); ++row)
+        text += row_line(model.index(row, 0), columns, u'\t', tab_field) + u'\n';
+    return text;
 }
 
-void tell_failure(QWidget *parent, const QSaveFile &file)
+void copy_to_clipboard(const QAbstractItemView &view, const TableOf &table_of)
+{
+    if (has_selection(view))
+        QGuiApplication::clipboard()->setText(
+            table_of ? tab_separated(*table_of(ExportedRows::Selected)) : copied_rows(view));
+}
+
+/// In the status bar of the next window that has one.
+void tell_success(QWidget *view, const QString &path)
+{
+    constexpr int shown_ms = 8'000;
+    for (QWidget *widget = view; widget; widget = widget->parentWidget()) {
+        if (auto *bar = widget->findChild<QStatusBar *>({}, Qt::FindDirectChildrenOnly))
+            return bar->showMessage(
+                QStringLiteral("Exported to \"%1\".").arg(QDir::toNativeSeparators(path)),
+                shown_ms);
+    }
+}
+
+void tell_failure(QWidget *parent, const QString &path, const QString &reason)
 {
     auto *box = new QMessageBox(
         QMessageBox::Warning, QStringLiteral("Export as CSV"),
         QStringLiteral("The rows could not be saved to \"%1\": %2.\nExport them again to another "
                        "folder or under another name.")
-            .arg(QDir::toNativeSeparators(file.fileName()), file.errorString()),
+            .arg(QDir::toNativeSeparators(path), reason),
         QMessageBox::Ok, parent);
     box->setTextFormat(Qt::PlainText);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();
 }
 
-void save_csv(QAbstractItemView *view, const QString &path)
+void save_csv(QAbstractItemView *view, const QString &path, const TableOf &table_of)
 {
-    const QByteArray csv = csv_of(*view->model());
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(csv) != csv.size() || !file.commit())
-        tell_failure(view, file);
+    const QByteArray csv = csv_of(table_of ? *table_of(ExportedRows::All) : *view->model());
+    if (const auto failure = platform::write_whole_file(path, csv))
+        tell_failure(view, path, *failure);
+    else
+        tell_success(view, path);
 }
 
-void ask_where_to_save(QAbstractItemView *view, const QString &suggested_name)
+void ask_where_to_save(QAbstractItemView *view, const QString &suggested_name,
+                       const TableOf &table_of)
 {
     if (!view->model())
         return;
@@ -169,7 +201,7 @@ void ask_where_to_save(QAbstractItemView *view, const QString &suggested_name)
     dialog->selectFile(suggested_name + QStringLiteral(".csv"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     QObject::connect(dialog, &QFileDialog::fileSelected, view,
-                     [view](const QString &path) { save_csv(view, path); });
+                     [view, table_of](const QString &path) { save_csv(view, path, table_of); });
     dialog->open();
 }
 
@@ -201,24 +233,26 @@ QString copied_rows(const QAbstractItemView &view)
 
 QByteArray csv_of(const QAbstractItemModel &model)
 {
-    Columns columns(static_cast<size_t>(model.columnCount()));
-    std::iota(columns.begin(), columns.end(), 0);
+    const Columns columns = all_columns(model);
     QString csv =
         QChar::ByteOrderMark + header_line(model, columns, u',', csv_field) + csv_line_end;
     append_csv_rows(csv, model, columns, {});
     return csv.toUtf8();
 }
 
-void offer_copy_and_export(QAbstractItemView *view, const QString &suggested_name)
+void offer_copy_and_export(QAbstractItemView *view, const QString &suggested_name,
+                           const TableOf &table_of)
 {
     auto *copy = new QAction(QStringLiteral("Copy"), view);
     copy->setShortcut(QKeySequence::Copy);
     copy->setShortcutContext(Qt::WidgetShortcut);
-    QObject::connect(copy, &QAction::triggered, view, [view] { copy_to_clipboard(*view); });
+    QObject::connect(copy, &QAction::triggered, view,
+                     [view, table_of] { copy_to_clipboard(*view, table_of); });
 
     auto *save = new QAction(QStringLiteral("Export as CSV..."), view);
-    QObject::connect(save, &QAction::triggered, view,
-                     [view, suggested_name] { ask_where_to_save(view, suggested_name); });
+    QObject::connect(save, &QAction::triggered, view, [view, suggested_name, table_of] {
+        ask_where_to_save(view, suggested_name, table_of);
+    });
 
     view->addActions({copy, save});
     view->setContextMenuPolicy(Qt::CustomContextMenu);

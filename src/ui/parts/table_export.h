@@ -3,6 +3,9 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
+#include <memory>
+
 class QAbstractItemModel;
 class QAbstractItemView;
 
@@ -21,8 +24,15 @@ QString copied_rows(const QAbstractItemView &view);
 /// copied rows; a number never does.
 QByteArray csv_of(const QAbstractItemModel &model);
 
+enum class ExportedRows { All, Selected };
+
+/// What is copied and written instead of a view's own cells, where those are no table.
+using TableOf = std::function<std::unique_ptr<QAbstractItemModel>(ExportedRows)>;
+
 /// Gives a table, tree or list Ctrl+C and a context menu with "Copy" and "Export as CSV...".
 /// \param suggested_name of the file, without ending
-void offer_copy_and_export(QAbstractItemView *view, const QString &suggested_name);
+/// \param table_of may be empty
+void offer_copy_and_export(QAbstractItemView *view, const QString &suggested_name,
+                           const TableOf &table_of = {});
 
 } // namespace tally::ui

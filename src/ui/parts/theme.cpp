@@ -1,5 +1,7 @@
 #include "ui/parts/theme.h"
 
+#include "ui/parts/theme_additions.h"
+
 #include <QApplication>
 #include <QPalette>
 
@@ -83,6 +85,14 @@ QProgressBar::chunk { background-color: {accent}; border-radius: 2px; }
 QDialog { background-color: {bg}; color: {fg}; }
 )css";
 
+QString filled_in(const char *template_text, int theme)
+{
+    QString sheet = QString::fromUtf8(template_text);
+    for (const auto &[placeholder, dark, light] : colours)
+        sheet.replace(placeholder, theme == 1 ? light : dark);
+    return sheet;
+}
+
 } // namespace
 
 int theme_from_name(const QString &name)
@@ -97,10 +107,7 @@ QString theme_name(int theme)
 
 QString theme_stylesheet(int theme)
 {
-    QString sheet = QString::fromUtf8(sheet_template);
-    for (const auto &[placeholder, dark, light] : colours)
-        sheet.replace(placeholder, theme == 1 ? light : dark);
-    return sheet;
+    return filled_in(sheet_template, theme);
 }
 
 void apply_to_app(QApplication *app, int theme)
@@ -112,7 +119,7 @@ void apply_to_app(QApplication *app, int theme)
     for (const QPalette::ColorRole role : {QPalette::Link, QPalette::LinkVisited})
         palette.setColor(role, theme == 1 ? QColor(0x4752c4) : QColor(0x9aa3ff));
     QApplication::setPalette(palette);
-    app->setStyleSheet(theme_stylesheet(theme));
+    app->setStyleSheet(theme_stylesheet(theme) + filled_in(theme_additions(), theme));
 }
 
 } // namespace tally::ui

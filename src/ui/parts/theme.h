@@ -14,7 +14,8 @@ int theme_from_name(const QString &name);
 /// "light" for 1, "dark" for everything else.
 QString theme_name(int theme);
 QString theme_stylesheet(int theme);
-/// Does nothing without an application.
+/// Sets the theme's sheet and, after it, what `theme_additions` adds. Does nothing without an
+/// application.
 void apply_to_app(QApplication *app, int theme);
 
 } // namespace tally::ui

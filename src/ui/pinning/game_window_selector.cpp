@@ -1,5 +1,6 @@
 #include "ui/pinning/game_window_selector.h"
 
+#include "ui/parts/plain_label.h"
 #include "ui/pinning/game_window_row.h"
 
 #include <QHBoxLayout>
@@ -13,18 +14,6 @@
 
 namespace tally::ui {
 
-namespace {
-
-QLabel *text_label(const QString &text, const QString &style)
-{
-    auto *label = new QLabel{text};
-    label->setTextFormat(Qt::PlainText);
-    label->setStyleSheet(style);
-    return label;
-}
-
-} // namespace
-
 GameWindowSelector::GameWindowSelector(QList<platform::GameWindowInfo> windows,
                                        const QString &current_exe, QWidget *parent)
     : QDialog(parent), windows_(std::move(windows)), scroll_(new QScrollArea{this})
@@ -37,9 +26,9 @@ GameWindowSelector::GameWindowSelector(QList<platform::GameWindowInfo> windows,
     layout->setContentsMargins(20, 16, 20, 16);
     layout->setSpacing(12);
     layout->addWidget(
-        text_label(QStringLiteral("Which Rise of Kingdoms window?"),
-                   QStringLiteral("font-size: 12pt; font-weight: bold; color: #5865f2;")));
-    auto *explanation = text_label(
+        plain_label(QStringLiteral("Which Rise of Kingdoms window?"),
+                    QStringLiteral("font-size: 12pt; font-weight: bold; color: #5865f2;")));
+    QLabel *explanation = plain_label(
         QStringLiteral("You have multiple game windows open. Select which one the overlay should "
                        "follow when pinned."),
         QStringLiteral("font-size: 9pt; color: #888;"));

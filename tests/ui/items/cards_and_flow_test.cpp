@@ -1,7 +1,10 @@
 #include "reference_icons.h"
+#include "ui/parts/card_layout.h"
 #include "ui/parts/flow_layout.h"
+#include "ui/parts/steady_icon.h"
 #include "ui/parts/summary_card.h"
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -94,6 +97,81 @@ TEST_F(Flow, InALayoutItsSpacesAreThoseOfThatLayout)
     fill(*layout, {{50, 50}, {50, 50}, {50, 50}});
     EXPECT_EQ(places(*layout, {0, 0, 120, 200}),
               (QList<QRect>{{0, 0, 50, 50}, {63, 0, 50, 50}, {0, 63, 50, 50}}));
+}
+
+TEST_F(Flow, ARowCanStandInTheMiddle)
+{
+    FlowLayout layout(&parent_, 0, 10, 0);
+    layout.setAlignment(Qt::AlignHCenter);
+    fill(layout, {{50, 30}, {50, 30}, {20, 30}});
+    EXPECT_EQ(places(layout, {0, 0, 120, 90}),
+              (QList<QRect>{{5, 0, 50, 30}, {65, 0, 50, 30}, {50, 30, 20, 30}}));
+}
+
+/// Cards of different widths, and what a row of equal stretch would make of them.
+class Cards : public testing::Test {
+protected:
+    Cards()
+    {
+        row_.setContentsMargins(0, 0, 0, 0);
+        row_.setSpacing(6);
+        for (const int width : {50, 120, 80, 50, 70}) {
+            for (QWidget *parent : {&cards_parent_, &row_parent_}) {
+                auto *card = new QWidget(parent);
+                card->setMinimumSize(width, 40);
+                parent->layout()->addWidget(card);
+            }
+            row_.setStretch(row_.count() - 1, 1);
+        }
+        cards_.setContentsMargins(0, 0, 0, 0);
+    }
+
+    static QList<QRect> places(QLayout &layout, int width)
+    {
+        layout.setGeometry({0, 0, width, layout.heightForWidth(width)});
+        QList<QRect> places;
+        for (int i = 0; i < layout.count(); ++i)
+            places << layout.itemAt(i)->geometry();
+        return places;
+    }
+
+    QWidget cards_parent_;
+    QWidget row_parent_;
+    CardLayout cards_{6, &cards_parent_};
+    QHBoxLayout row_{&row_parent_};
+};
+
+TEST_F(Cards, StandAsARowOfEqualStretchWhereTheyFit)
+{
+    for (const int width : {394, 450, 700, 1'000}) {
+        const QList<QRect> cards = places(cards_, width);
+        row_.setGeometry({0, 0, width, 40});
+        for (int i = 0; i < cards.size(); ++i) {
+            EXPECT_NEAR(cards[i].left(), row_.itemAt(i)->geometry().left(), 2) << width << ' ' << i;
+            EXPECT_NEAR(cards[i].right(), row_.itemAt(i)->geometry().right(), 2) << width;
+        }
+    }
+}
+
+TEST_F(Cards, StandInEqualRowsWhereTheyDoNot)
+{
+    EXPECT_EQ(cards_.heightForWidth(393), 40 + 6 + 40);
+    EXPECT_EQ(places(cards_, 393), (QList<QRect>{{0, 0, 127, 40},
+                                                 {133, 0, 127, 40},
+                                                 {266, 0, 127, 40},
+                                                 {0, 46, 127, 40},
+                                                 {133, 46, 127, 40}}));
+    EXPECT_EQ(cards_.heightForWidth(371), 3 * 40 + 2 * 6);
+    EXPECT_EQ(cards_.heightForWidth(20), 5 * 40 + 4 * 6) << "narrower than a card";
+    EXPECT_EQ(cards_.minimumSize(), QSize(120, 40));
+}
+
+TEST(SteadyIcon, ASelectionDoesNotTintIt)
+{
+    QPixmap red(8, 8);
+    red.fill(Qt::red);
+    const QPixmap selected = steady_icon(red).pixmap(8, QIcon::Selected);
+    EXPECT_EQ(selected.toImage().pixelColor(4, 4), QColor(Qt::red));
 }
 
 } // namespace

@@ -129,5 +129,15 @@ TEST(ItemPictures, AFileIsReadOnceUntilThePicturesAreForgotten)
     EXPECT_EQ(middle(48), QColor(Qt::blue));
 }
 
+TEST(ItemIcon, AnEmptyFileGoesSoThatTheIconIsFetchedAgain)
+{
+    const ReferenceIcons icons;
+    QFile empty(icons.file(u"empty"_s));
+    ASSERT_TRUE(empty.open(QIODevice::WriteOnly));
+    empty.close();
+    EXPECT_TRUE(icon_picture(empty.fileName()).isNull());
+    EXPECT_FALSE(empty.exists());
+}
+
 } // namespace
 } // namespace tally::ui

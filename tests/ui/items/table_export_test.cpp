@@ -1,5 +1,7 @@
 #include "ui/parts/table_export.h"
 
+#include "platform/files/exact_files.h"
+#include "support/file_size_limit.h"
 #include "support/print_qt.h"
 #include "ui/parts/export_field.h"
 
@@ -10,6 +12,7 @@
 #include <QHeaderView>
 #include <QMenu>
 #include <QMessageBox>
+#include <QStatusBar>
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
@@ -139,7 +142,9 @@ TEST_F(ExportedTable, CtrlCAndTheMenuCopyWhatIsSelected)
 
 TEST_F(ExportedTable, ExportWritesTheWholeTable)
 {
+    QStatusBar bar(&table_);
     save_as(folder_.filePath(u"out.csv"_s));
+    EXPECT_TRUE(bar.currentMessage().contains(folder_.filePath(u"out.csv"_s)));
     QFile file(folder_.filePath(u"out.csv"_s));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll(), "\xef\xbb\xbfName,Id,Qty\r\nn0,,0\r\nn1,,1000\r\nn2,,2000\r\n");
@@ -155,6 +160,21 @@ TEST_F(ExportedTable, AFailedExportNamesTheFileAndTheReason)
     EXPECT_TRUE(box->text().contains(path));
     EXPECT_TRUE(box->text().contains(u"No such file or directory"_s));
     EXPECT_EQ(box->textFormat(), Qt::PlainText);
+}
+
+TEST_F(ExportedTable, AFullDiskIsToldAndTheFormerFileStays)
+{
+    const QString path = folder_.filePath(u"out.csv"_s);
+    save_as(path);
+    const QByteArray former = platform::read_file(path);
+    ASSERT_FALSE(former.isEmpty());
+    table_.item(0, 0)->setText(u"changed"_s);
+    {
+        const test::FileSizeLimit full_disk(10);
+        save_as(path);
+    }
+    EXPECT_NE(table_.findChild<QMessageBox *>(), nullptr);
+    EXPECT_EQ(platform::read_file(path), former);
 }
 
 TEST(ExportedTree, SelectedRowsOfEveryLevelStandInTheirOrder)

@@ -1,4 +1,4 @@
-#include "ui/chains/player_entries.h"
+#include "ui/parts/player_entries.h"
 
 #include "data/store/sql_values.h"
 

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+namespace tally::ui {
+
+/// What stands where there is no value.
+inline const QString no_value = QStringLiteral("—");
+
+/// Hours and minutes, minutes and seconds, or seconds; `no_value` for less than one.
+/// \param seconds the fraction is cut off
+QString duration_text(double seconds);
+
+} // namespace tally::ui
