@@ -5,9 +5,11 @@
 #include "data/master/master_cache.h"
 #include "data/store/tally_db.h"
 #include "figure.h"
+#include "page_refresh.h"
 #include "platform/host/fake/fake_host.h"
 #include "queries/store_queries.h"
 #include "reference_folder.h"
+#include "report_pages.h"
 #include "settings/settings.h"
 #include "store_filler.h"
 #include "ui/chains/chain_tracker_tab.h"
@@ -35,11 +37,6 @@ using namespace tally::bench;
 
 constexpr double barbarians = 1.0;
 constexpr int repeats = 7;
-
-double milliseconds(const QElapsedTimer &timer)
-{
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
-}
 
 QJsonObject table(const QString &reference, const QString &kind)
 {
@@ -73,48 +70,6 @@ void load_reference_data(const QString &reference)
     master.set_kind(QStringLiteral("heroes"), {{QStringLiteral("heroes"), heroes}});
     master.set_kind(QStringLiteral("items"), {{QStringLiteral("items"), items}});
     master.set_kind(QStringLiteral("icons_index"), index.toVariantMap());
-}
-
-struct Refresh {
-    double stop = 0.0;  ///< the longest time between two beats of the window's thread
-    double until = 0.0; ///< the figures stand
-};
-
-/// \param ask refreshes what the page shows, among others
-Refresh refresh(const ui::ChainTrackerTab &tab, const std::function<void()> &ask)
-{
-    Refresh result;
-    QElapsedTimer since_beat;
-    QTimer heartbeat;
-    heartbeat.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&heartbeat, &QTimer::timeout, [&] {
-        result.stop = std::max(result.stop, milliseconds(since_beat));
-        since_beat.start();
-    });
-    QEventLoop loop;
-    QElapsedTimer total;
-    QTimer::singleShot(20, &loop, [&] {
-        total.start();
-        ask();
-        const auto finish = [&] {
-            result.until = milliseconds(total);
-            QTimer::singleShot(50, &loop, &QEventLoop::quit); // painted as well
-        };
-        if (!tab.busy())
-            return finish();
-        auto *settled = new QTimer(&loop);
-        QObject::connect(settled, &QTimer::timeout, [&tab, settled, finish] {
-            if (tab.busy())
-                return;
-            settled->stop();
-            finish();
-        });
-        settled->start(1);
-    });
-    since_beat.start();
-    heartbeat.start(1);
-    loop.exec();
-    return result;
 }
 
 Refresh refresh(ui::ChainTrackerTab &tab)
@@ -327,4 +282,5 @@ int main(int argc, char *argv[])
     bench_slow_pages(folder.path());
     for (const int rounds : {100'000, 1'000'000})
         bench_page(folder.path(), rounds);
+    bench_report_pages(folder.path());
 }

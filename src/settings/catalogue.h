@@ -58,6 +58,9 @@ inline constexpr Setting<QString> keep_notify_ack_last_ts{"keep_notify_ack_last_
 inline constexpr Setting<QString> keep_notify_ack_sent{"keep_notify_ack_sent"};
 inline constexpr Setting<QString> keep_ready_overlay_ack_ts{"keep_ready_overlay_ack_ts"};
 
+/// Whether the user was told once that the program goes on in the tray.
+inline constexpr Setting<bool> tray_notice_shown{"tray_notice_shown", false};
+
 /// An ISO 8601 time in UTC, and the version that it is about.
 inline constexpr Setting<QString> update_snoozed_until{"update_snoozed_until"};
 inline constexpr Setting<QString> update_snoozed_version{"update_snoozed_version"};

@@ -6,7 +6,9 @@
 #include "settings/settings.h"
 #include "ui/about.h"
 #include "ui/chains/chain_tracker_tab.h"
+#include "ui/forts/fort_rally_tab.h"
 #include "ui/items/item_pictures.h"
+#include "ui/keep/barbarian_keep_tab.h"
 #include "ui/lost_store_notice.h"
 #include "ui/parts/plain_label.h"
 #include "ui/parts/theme.h"
@@ -14,9 +16,10 @@
 #include "ui/refresh_mark.h"
 #include "ui/report_tabs.h"
 #include "ui/start_up_chain.h"
+#include "ui/trials/baulur_run_tab.h"
 
 #include <QApplication>
-#include <QCloseEvent>
+#include <QEventLoopLocker>
 #include <QLabel>
 #include <QStatusBar>
 #include <QTimer>
@@ -34,12 +37,13 @@ void exit_hard()
 
 MainWindow::MainWindow(const Surroundings &around, QWidget *parent, const WindowSetup &setup)
     : QMainWindow(parent), around_(around), setup_(setup),
-      chain_(std::make_unique<StartUpChain>(around, setup, this))
+      chain_(std::make_unique<StartUpChain>(around, setup, this)), last_kill_(around.queries)
 {
     setWindowTitle(
         QStringLiteral("%1 %2").arg(platform::application_name, platform::application_version));
     resize(1400, 900);
     setAcceptDrops(true);
+    start_keep_service();
     new WindowBounds(this);
     build_menus();
     build_status_bar();
@@ -81,6 +85,14 @@ void MainWindow::build_tabs()
     tabs_ = new ReportTabs(this);
     chain_tab_ = new ChainTrackerTab(around_, barbarians, tabs_);
     tabs_->add(chain_tab_, QStringLiteral("⚔️ Chain Tracker"));
+    auto *queries = &around_.queries;
+    const QString &icons = around_.icon_dir;
+    tabs_->add(new BaulurRunTab(queries, icons, tabs_, around_.clock),
+               QStringLiteral("🛡️ Baulur Run"));
+    tabs_->add(new FortRallyTab(queries, icons, tabs_, around_.clock),
+               QStringLiteral("🏰 Fort Rally"));
+    tabs_->add(new BarbarianKeepTab(queries, keep_service_, icons, tabs_),
+               QStringLiteral("🗡️ Barbarian Keep"));
     connect(chain_tab_, &ReportTab::mailFolderWanted, this, &MainWindow::on_import_mailcache);
     setCentralWidget(tabs_);
 }
@@ -100,6 +112,7 @@ void MainWindow::connect_chain()
     connect(chain_.get(), &StartUpChain::message, this, &MainWindow::show_message);
     connect(chain_.get(), &StartUpChain::referenceDataChanged, this, forget_item_pictures);
     connect(chain_.get(), &StartUpChain::shownDataChanged, this, &MainWindow::refresh_all_tabs);
+    connect(chain_.get(), &StartUpChain::refreshDone, this, &MainWindow::start_tray);
 }
 
 void MainWindow::watch_store()
@@ -178,13 +191,6 @@ void MainWindow::request_exit()
         modal = next == modal ? nullptr : next;
     }
     close();
-}
-
-void MainWindow::closeEvent(QCloseEvent *event)
-{
-    save_window_state();
-    chain_->stop_watcher();
-    QWidget::closeEvent(event);
 }
 
 } // namespace tally::ui

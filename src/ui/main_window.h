@@ -1,5 +1,6 @@
 #pragma once
 
+#include "queries/asker.h"
 #include "ui/chains/chain_filter.h"
 #include "ui/parts/surroundings.h"
 #include "ui/window_setup.h"
@@ -11,7 +12,13 @@
 #include <memory>
 #include <optional>
 
+class QAction;
+class QEventLoopLocker;
 class QUrl;
+
+namespace tally::services {
+class KeepCooldownService;
+}
 
 namespace tally::data {
 struct MailImport;
@@ -22,6 +29,7 @@ namespace tally::ui {
 class ChainTrackerTab;
 class ReportTabs;
 class StartUpChain;
+class TrayManager;
 
 /// The program's one main window: menus, status bar, the pages of reports and the ways to import
 /// mails by hand. What runs by itself behind it is the `StartUpChain`.
@@ -49,16 +57,19 @@ public:
 
     ReportTabs &tabs() { return *tabs_; }
     StartUpChain &chain() { return *chain_; }
+    services::KeepCooldownService &keep_service() { return *keep_service_; }
     /// Whether the program is to be started again once it has left.
     bool wants_restart() const { return wants_restart_; }
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 
 private Q_SLOTS:
     void on_import_mailcache();
+    void on_open_settings();
     void on_theme_dark();
     void on_theme_light();
 
@@ -70,6 +81,11 @@ private:
     void build_status_bar();
     void build_tabs();
     void connect_chain();
+    void start_keep_service();
+    void start_tray();
+    void connect_tray(TrayManager *tray);
+    /// Hides the window; the tray brings it back.
+    void go_on_in_tray();
     void watch_store();
     /// Asks all threads behind the window to end; does not wait.
     void request_end();
@@ -91,11 +107,16 @@ private:
     WindowSetup setup_;
     ReportTabs *tabs_ = nullptr;
     ChainTrackerTab *chain_tab_ = nullptr;
+    services::KeepCooldownService *keep_service_ = nullptr;
+    QAction *overlay_action_ = nullptr;
+    TrayManager *tray_ = nullptr; ///< null where the system has no tray
     std::unique_ptr<StartUpChain> chain_;
+    std::unique_ptr<QEventLoopLocker> in_tray_; ///< while the window is hidden there
     bool importing_ = false;
     bool wants_restart_ = false;
     std::atomic<bool> cancel_import_ = false;
     std::optional<QDeadlineTimer> leaving_; ///< set by `request_exit`
+    queries::Asker last_kill_;              ///< of the keep
 };
 
 } // namespace tally::ui

@@ -43,7 +43,8 @@ void MainWindow::build_file_menu()
     file->addAction(QStringLiteral("Reimport &mailcache..."),
                     QKeySequence(QStringLiteral("Ctrl+I")), this, &MainWindow::on_import_mailcache);
     file->addAction(QStringLiteral("Open &data folder"), this, &MainWindow::open_data_folder);
-    add_coming_entry(*file, QStringLiteral("&Settings..."), QKeySequence(QStringLiteral("Ctrl+,")));
+    file->addAction(QStringLiteral("&Settings..."), QKeySequence(QStringLiteral("Ctrl+,")), this,
+                    &MainWindow::on_open_settings);
     file->addSeparator();
     file->addAction(QStringLiteral("E&xit"), QKeySequence(QKeySequence::Quit), this,
                     &MainWindow::request_exit);
@@ -53,8 +54,9 @@ void MainWindow::build_view_menu()
 {
     QMenu *view = menuBar()->addMenu(QStringLiteral("&View"));
     view->setToolTipsVisible(true);
-    add_coming_entry(*view, QStringLiteral("Show &Overlay"), QKeySequence(QStringLiteral("Ctrl+O")))
-        ->setCheckable(true);
+    overlay_action_ = add_coming_entry(*view, QStringLiteral("Show &Overlay"),
+                                       QKeySequence(QStringLiteral("Ctrl+O")));
+    overlay_action_->setCheckable(true);
     add_overlay_options(*view, around_.settings);
     view->addSeparator();
     add_coming_entry(*view, QStringLiteral("Honor &Tracker"),

@@ -72,6 +72,7 @@ public:
         return *window_;
     }
     ui::StartUpChain &open_chain() const { return window_->chain(); }
+    ui::MainWindow *window() const { return window_.get(); }
     void destroy() { window_.reset(); }
 
     std::string setting(const QString &key) const

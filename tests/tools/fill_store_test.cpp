@@ -53,7 +53,7 @@ TEST(FillStore, MakesTheSharesOfRealPlayReadyToBeAsked)
                                       "FROM reports GROUP BY npc_ctid)");
     EXPECT_NEAR(again, 1.0 / 3.0, 0.04);
     EXPECT_EQ(store.number("SELECT COUNT(*) FROM field_reports"), 1000);
-    EXPECT_EQ(store.db.trial_sessions({}, {}, {}, 0).size(), 40u);
+    EXPECT_EQ(store.db.trial_sessions({}, {}, {}, 0).size(), 100u);
     int forts = 0;
     store.db.fort_loot_stats({}, {}, 0, &forts);
     EXPECT_GT(forts, 20);

@@ -56,7 +56,7 @@ TEST_F(Menus, StandInTheirOrderWithTheirShortcuts)
               std::string("&File\n"
                           " Reimport &mailcache... [Ctrl+I]\n"
                           " Open &data folder\n"
-                          " &Settings... [Ctrl+,] off\n"
+                          " &Settings... [Ctrl+,]\n"
                           " ----\n"
                           " E&xit") +
                   (quit.isEmpty() ? "" : " [" + quit.toStdString() + "]") +

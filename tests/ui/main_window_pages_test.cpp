@@ -1,3 +1,4 @@
+#include "services/keep_cooldown_service.h"
 #include "support/window_fixture.h"
 #include "ui/items/item_pictures.h"
 #include "ui/parts/emoji_style.h"
@@ -7,6 +8,8 @@
 #include <QPainter>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 using namespace tally;
 using namespace tally::test;
@@ -22,6 +25,46 @@ TEST(MainWindowPages, TheChainTrackerComesFirstAndIsToldOfToOthers)
     EXPECT_EQ(window.current_tab_title(), u"⚔️ Chain Tracker"_s);
     EXPECT_EQ(window.current_chain_filter(),
               (ui::ChainFilter{1.0, 1'700'006'400.0, 1'700'092'800.0, {}}));
+}
+
+TEST(MainWindowPages, StandInTheirOrderAndAreRefreshedTogether)
+{
+    WindowFixture fixture;
+    ui::MainWindow &window = fixture.open();
+    QStringList titles;
+    for (int page = 0; page < window.tabs().count(); ++page)
+        titles << window.tabs().tabText(page);
+    EXPECT_EQ(titles, (QStringList{u"⚔️ Chain Tracker"_s, u"🛡️ Baulur Run"_s,
+                                   u"🏰 Fort Rally"_s, u"🗡️ Barbarian Keep"_s}));
+    QSignalSpy ticks(&window.keep_service(), &services::KeepCooldownService::countdownTick);
+    ASSERT_TRUE(wait_until([&] { return ticks.count() == 1; })); // of the start
+    window.refresh_all_tabs();
+    EXPECT_TRUE(wait_until([&] { return ticks.count() == 2; }));
+}
+
+TEST(MainWindowPages, TheKeepShowsItsBannerAndItsNotices)
+{
+    WindowFixture fixture;
+    ui::MainWindow &window = fixture.open();
+    const auto shown = [](const char *type) {
+        return std::ranges::count_if(QApplication::topLevelWidgets(),
+                                     [type](const QWidget *widget) {
+                                         return widget->inherits(type) && widget->isVisible();
+                                     });
+    };
+    Q_EMIT window.keep_service().keepReady();
+    EXPECT_EQ(shown("tally::ui::BarbarianKeepOverlay"), 1);
+    EXPECT_TRUE(services::KeepCooldownService::show_test_notification());
+    EXPECT_EQ(shown("tally::ui::KeepToast"), 1);
+    fixture.action(u"File/Settings..."_s)->trigger();
+    ASSERT_NE(QApplication::activeModalWidget(), nullptr);
+    EXPECT_EQ(QApplication::activeModalWidget()->windowTitle(), u"Settings"_s);
+    window.request_exit();
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (widget->windowFlags().testFlag(Qt::Tool))
+            widget->close();
+    }
 }
 
 TEST(MainWindowPages, PicturesAreReadAnewWhenReferenceDataArrives)

@@ -92,7 +92,7 @@ void Filler::add_chains()
     for (int chain = 0; chain < chains; ++chain) {
         const std::string file = file_name("1", chain);
         const int who = player();
-        const bool is_fort = with_chance(0.08);
+        const bool is_fort = with_chance(0.10);
         const double start = time(chain, chains);
         const double end = start + between(120, 900);
         const double hero_1 = between(1, 12) * 7.0;
@@ -168,7 +168,7 @@ void Filler::add_trials()
                                      "id, file_name, player_id, player_name, damage_rate, order_");
     SqliteWriter::Insert loot(writer_, "trial_loot",
                               "participant_id, item_type, item_subtype, value");
-    const int kills = options_.rounds * 8 / 1000;
+    const int kills = options_.rounds * 20 / 1000;
     int id = 0;
     for (int kill = 0; kill < kills; ++kill) {
         const std::string file = file_name("3", kill);
@@ -176,8 +176,8 @@ void Filler::add_trials()
         const bool is_keep = with_chance(0.05);
         trial(file, std::to_string(kill),
               std::string(is_keep            ? "Bloodfist Bargha"
-                          : with_chance(0.5) ? "Baulur"
-                                             : "Kaharak"),
+                          : with_chance(0.5) ? "Ironhand Baulur"
+                                             : "Miser Khaolak"),
               is_keep ? 102'000'155.0 : 102'000'001.0, double(between(1, 5)), between(0, 1199),
               between(0, 1199), when, when + 3.0);
         const int count = between(1, 8);

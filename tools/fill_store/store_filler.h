@@ -14,7 +14,7 @@ struct FillOptions {
 
 /// Fills a store, which must not exist yet, with the reports of some years of play: chains of ten
 /// rounds, a third of the barbarians met again, three to six items for a won round; for a thousand
-/// rounds 200 field attacks, 8 boss kills and 8 forts, most of them linked to a chain. The same
+/// rounds 200 field attacks, 20 boss kills and 10 forts, most of them linked to a chain. The same
 /// options give the same rows.
 /// \throws std::runtime_error
 void fill_store(const QString &path, const FillOptions &options);

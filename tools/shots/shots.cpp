@@ -4,6 +4,7 @@
 #include "platform/host/fake/fake_host.h"
 #include "platform/identity.h"
 #include "queries/store_queries.h"
+#include "report_shots.h"
 #include "round_overview_shot.h"
 #include "sample_store.h"
 #include "settings/catalogue.h"
@@ -85,10 +86,12 @@ QPixmap modal(const std::function<void()> &show)
 void take_pages(const Album &album, ui::MainWindow &window)
 {
     ui::ReportTabs &pages = window.tabs();
-    constexpr std::array names = {"chains"};
+    constexpr std::array names = {"chains", "trials", "forts", "keep"};
     for (int page = 0; page < pages.count(); ++page) {
         pages.setCurrentIndex(page);
-        QCoreApplication::processEvents();
+        QEventLoop answers;
+        QTimer::singleShot(300, &answers, &QEventLoop::quit);
+        answers.exec();
         album.add(QLatin1StringView(names.at(static_cast<std::size_t>(page))), window.grab());
     }
 }
@@ -107,6 +110,9 @@ void take_all(const Album &album, tools::SampleStore &store)
     window.show();
     QCoreApplication::processEvents();
     take_pages(album, window);
+    for (const auto &[name, picture] : report_shots(window))
+        album.add(name, picture);
+    window.tabs().setCurrentIndex(0);
     tools::take_states(album, window);
     window.resize(1000, 640);
     QCoreApplication::processEvents();

@@ -1,0 +1,79 @@
+#include "ui/alerts/barbarian_keep_overlay.h"
+
+#include "ui/alerts/alert_look.h"
+#include "ui/alerts/keep_toast.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace tally::ui {
+
+QRect banner_place(const QRect &available)
+{
+    const QSize size(std::min(available.width() - 80, 720), std::min(available.height() - 80, 200));
+    const QPoint centre = available.center();
+    return {QPoint(centre.x() - size.width() / 2, centre.y() - size.height() / 2), size};
+}
+
+BarbarianKeepOverlay::BarbarianKeepOverlay(QWidget *parent)
+    : QWidget(parent),
+      body_(alert_label(QStringLiteral("please go kill — don't waste time!"),
+                        QStringLiteral("color: #ffffff; font-size: 15pt; font-weight: 500;")))
+{
+    make_alert(*this);
+    setStyleSheet(
+        QStringLiteral("tally--ui--BarbarianKeepOverlay {  background: qlineargradient(x1:0, y1:0, "
+                       "x2:1, y2:1,     stop:0 #601818, stop:1 #300808);  border: 3px "
+                       "solid #ffcf40;}"));
+    QLabel *title = alert_label(QStringLiteral("🏰  BARBARIAN KEEP AVAILABLE"),
+                                QStringLiteral("color: #ffcf40; font-size: 28pt; font-weight: "
+                                               "800;letter-spacing: 2px;"));
+    QLabel *hint = alert_label(QStringLiteral("(click anywhere to dismiss)"),
+                               QStringLiteral("color: rgba(255,255,255,0.75); font-size: 9pt;"));
+    setAccessibleName(title->text());
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(24, 20, 24, 20);
+    layout->setSpacing(10);
+    for (QLabel *label : {title, body_, hint}) {
+        label->setAlignment(Qt::AlignCenter);
+        layout->addWidget(label);
+    }
+}
+
+void BarbarianKeepOverlay::show_centered()
+{
+    if (const QScreen *screen = QGuiApplication::primaryScreen()) {
+        const QRect place = banner_place(screen->availableGeometry());
+        resize(place.size());
+        move(place.topLeft());
+    }
+    show();
+    raise();
+    activateWindow();
+    KeepToast::raise_above(*this);
+}
+
+bool BarbarianKeepOverlay::event(QEvent *event)
+{
+    // The window manager raises what it activates.
+    if (event->type() == QEvent::WindowActivate)
+        KeepToast::raise_above(*this);
+    return QWidget::event(event);
+}
+
+void BarbarianKeepOverlay::mousePressEvent(QMouseEvent *)
+{
+    close();
+}
+
+void BarbarianKeepOverlay::paintEvent(QPaintEvent *)
+{
+    paint_alert(*this);
+}
+
+} // namespace tally::ui

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "ui/items/item_rows.h"
+
+#include <QSet>
+#include <QTableView>
+
+namespace tally::ui {
+
+class ItemRowModel;
+
+/// What a table of reports is called, and how its columns behave.
+struct ItemRowTableLook {
+    QString name;        ///< for those who cannot see it
+    QString export_name; ///< of the file for its rows, without ending
+    QStringList headers;
+    bool has_strips = true; ///< the last column shows loot, and rows are as high as its tiles
+    int stretching = -1;    ///< the column that takes the room left over; below 0 the last one
+    QAbstractItemView::SelectionMode selection = QAbstractItemView::ExtendedSelection;
+};
+
+/// A table of reports, a whole row being one of them. New rows leave the selected ones selected and
+/// the shown ones where they are; only who looks at the top sees new ones come in there.
+class ItemRowTable : public QTableView {
+    Q_OBJECT
+
+public:
+    ItemRowTable(const ItemRowTableLook &look, const QString &icon_dir, QWidget *parent = nullptr);
+
+    /// Only paints anew if the rows are those that are shown: pictures of items may now be others.
+    void set_rows(std::vector<ItemRow> rows);
+
+    const std::vector<ItemRow> &rows() const;
+    /// The key of a row; empty for an index without one.
+    QString key_of(const QModelIndex &index) const;
+    /// Selects this row alone. \return whether there is one
+    bool select_key(const QString &key);
+
+Q_SIGNALS:
+    /// By a double click or by the Enter key.
+    void rowOpened(const QModelIndex &index);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    struct Place {
+        QSet<QString> selected;
+        QString current;
+        QString top; ///< empty if it is the first one
+    };
+    Place place() const;
+    void go_back(const Place &place);
+    QModelIndex index_of(const QString &key) const;
+
+    ItemRowModel *model_;
+};
+
+} // namespace tally::ui

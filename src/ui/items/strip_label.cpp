@@ -1,0 +1,23 @@
+#include "ui/items/strip_label.h"
+
+#include "ui/items/item_rows.h"
+#include "ui/items/loot_strip.h"
+
+#include <QLabel>
+
+namespace tally::ui {
+
+QLabel *new_strip_label(const std::vector<data::LootStripItem> &loot, const QString &icon_dir,
+                        int tile_size)
+{
+    constexpr int gap = 3;
+    auto *label = new QLabel;
+    label->setTextFormat(Qt::PlainText);
+    label->setPixmap(render_loot_strip(loot, icon_dir, tile_size, gap));
+    label->setMinimumWidth(1);
+    label->setToolTip(loot_words(loot, QStringLiteral("\n")));
+    label->setAccessibleName(loot_words(loot, QStringLiteral("; ")));
+    return label;
+}
+
+} // namespace tally::ui

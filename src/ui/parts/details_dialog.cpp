@@ -1,0 +1,30 @@
+#include "ui/parts/details_dialog.h"
+
+#include <QDialogButtonBox>
+#include <QVBoxLayout>
+
+namespace tally::ui {
+
+DetailsDialog::DetailsDialog(const QString &title, QSize size, int margin, int spacing,
+                             QWidget *parent)
+    : QDialog(parent), layout_(new QVBoxLayout(this))
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    setModal(true);
+    setWindowTitle(title);
+    resize(size);
+    layout_->setContentsMargins(margin, margin, margin, margin);
+    layout_->setSpacing(spacing);
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    if (margin == 0)
+        buttons->setContentsMargins(10, 8, 10, 8);
+    layout_->addWidget(buttons);
+}
+
+void DetailsDialog::add(QWidget *widget, int stretch)
+{
+    layout_->insertWidget(filled_++, widget, stretch);
+}
+
+} // namespace tally::ui

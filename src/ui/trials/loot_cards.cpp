@@ -1,0 +1,38 @@
+#include "ui/trials/loot_cards.h"
+
+#include "ui/parts/flow_layout.h"
+#include "ui/trials/loot_card.h"
+
+#include <utility>
+
+namespace tally::ui {
+
+LootCards::LootCards(QString icon_dir, QWidget *parent)
+    : QScrollArea(parent), icon_dir_(std::move(icon_dir))
+{
+    setAccessibleName(QStringLiteral("Total loot"));
+    setFixedHeight(85);
+    setFrameShape(QFrame::StyledPanel);
+    setWidgetResizable(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    auto *cards = new QWidget;
+    new FlowLayout(cards, 4, 6, 6);
+    setWidget(cards);
+}
+
+void LootCards::show_stats(const std::vector<data::LootStat> &stats)
+{
+    while (cards_.size() > stats.size()) {
+        delete cards_.back();
+        cards_.pop_back();
+    }
+    while (cards_.size() < stats.size()) {
+        cards_.push_back(new LootCard);
+        widget()->layout()->addWidget(cards_.back());
+    }
+    for (std::size_t i = 0; i < stats.size(); ++i)
+        cards_[i]->show_stat(stats[i], icon_dir_);
+}
+
+} // namespace tally::ui
