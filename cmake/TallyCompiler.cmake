@@ -6,9 +6,11 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 find_program(TALLY_CCACHE ccache)
 if(TALLY_CCACHE)
-  # Without the sloppiness ccache refuses to share objects that use a precompiled header.
+  # Without the sloppiness ccache refuses to share objects that use a precompiled header; with paths
+  # below the source folder taken as relative, all checkouts of a machine share their objects.
   set(CMAKE_CXX_COMPILER_LAUNCHER
-      ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${TALLY_CCACHE})
+      ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros
+      CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1 ${TALLY_CCACHE})
 endif()
 
 add_library(tally_options INTERFACE)
