@@ -1,6 +1,5 @@
 #include "data/store/chain_rounds.h"
 
-#include "data/master/item_facts.h"
 #include "data/store/chain_conditions.h"
 #include "data/store/loot_sums.h"
 #include "data/store/sql_values.h"
@@ -23,7 +22,8 @@ std::map<int, std::vector<LootEntry>> round_loot(const StoreConnection &store,
     return loot;
 }
 
-std::vector<ChainRound> rounds_of(const StoreConnection &store, const QString &file_name)
+std::vector<ChainRound> rounds_of(const StoreConnection &store, const QString &file_name,
+                                  const ItemLookup &item_of)
 {
     std::map<int, std::vector<LootEntry>> loot = round_loot(store, file_name);
     std::vector<ChainRound> rounds;
@@ -50,14 +50,14 @@ std::vector<ChainRound> rounds_of(const StoreConnection &store, const QString &f
         if (round.is_fort_round && round.level.value_or(0.0) > 0.0)
             round.fort_level = saturated(*round.level);
         for (LootEntry &item : loot[round.round_no])
-            round.loot.push_back(with_item_facts(std::move(item)));
+            round.loot.push_back(with_item_facts(std::move(item), item_of));
         rounds.push_back(std::move(round));
     }
     return rounds;
 }
 
 std::vector<ChainRun> chains_for_pair(const StoreConnection &store, int hero_1, int hero_2,
-                                      const ChainQuestion &question)
+                                      const ChainQuestion &question, const ItemLookup &item_of)
 {
     const ChainSqlFilter filter = question_conditions({}, question);
     const ReadSnapshot snapshot(store);
@@ -81,7 +81,7 @@ std::vector<ChainRun> chains_for_pair(const StoreConnection &store, int hero_1, 
     auto select_fort = store.kept(
         QStringLiteral("SELECT file_name FROM fort_reports WHERE battle_file_name = ? LIMIT 1"));
     for (ChainRun &chain : chains) {
-        chain.rounds = rounds_of(store, chain.file_name);
+        chain.rounds = rounds_of(store, chain.file_name, item_of);
         if (std::none_of(chain.rounds.begin(), chain.rounds.end(),
                          [](const ChainRound &round) { return round.is_fort_round; }))
             continue;

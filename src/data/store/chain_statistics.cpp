@@ -110,12 +110,14 @@ std::optional<double> last_chain(const StoreConnection &store, const ChainQuesti
         store, QStringLiteral("last_chain") + filter.sql, filter.params, compute);
 }
 
-std::vector<LootStat> loot_stats(const StoreConnection &store, const ChainQuestion &question)
+std::vector<LootStat> loot_stats(const StoreConnection &store, const ChainQuestion &question,
+                                 const ItemLookup &item_of)
 {
     const ChainSqlFilter filter = question_conditions(QStringLiteral("r."), question);
     return loot_stats_of(remembered_of_slices<std::vector<LootSum>>(
-        store, QStringLiteral("loot_stats") + filter.sql, filter.params,
-        [&] { return sliced_loot_sums(store, filter); }));
+                             store, QStringLiteral("loot_stats") + filter.sql, filter.params,
+                             [&] { return sliced_loot_sums(store, filter); }),
+                         item_of);
 }
 
 std::array<int, 24> hourly(const StoreConnection &store, const ChainQuestion &question)

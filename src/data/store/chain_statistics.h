@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/master/item_facts.h"
 #include "data/store/chain_records.h"
 #include "data/store/records.h"
 
@@ -17,7 +18,8 @@ class StoreConnection;
 ChainSummary summary(const StoreConnection &store, const ChainQuestion &question);
 std::optional<BestChain> best_chain(const StoreConnection &store, const ChainQuestion &question);
 std::optional<double> last_chain(const StoreConnection &store, const ChainQuestion &question);
-std::vector<LootStat> loot_stats(const StoreConnection &store, const ChainQuestion &question);
+std::vector<LootStat> loot_stats(const StoreConnection &store, const ChainQuestion &question,
+                                 const ItemLookup &item_of);
 std::array<int, 24> hourly(const StoreConnection &store, const ChainQuestion &question);
 std::vector<HeroPair> hero_pairs(const StoreConnection &store, const ChainQuestion &question);
 std::vector<PlayerRow> players(const StoreConnection &store);

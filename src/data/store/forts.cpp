@@ -79,7 +79,8 @@ std::vector<FortRow> fort_list(const StoreConnection &store, std::optional<doubl
 }
 
 std::vector<LootStat> fort_loot_stats(const StoreConnection &store, std::optional<double> from,
-                                      std::optional<double> to, int min_level, int *fights)
+                                      std::optional<double> to, int min_level, int *fights,
+                                      const ItemLookup &item_of)
 {
     const SqlConditions conditions = fort_conditions(QStringLiteral("fr."), from, to, min_level);
     const auto count = QStringLiteral("SELECT COUNT(*) FROM fort_reports fr WHERE %1");
@@ -91,7 +92,7 @@ std::vector<LootStat> fort_loot_stats(const StoreConnection &store, std::optiona
         JOIN fort_reports fr ON fr.file_name = fl.file_name
         WHERE %1
         GROUP BY fl.item_type, fl.item_subtype)sql"),
-                           count, conditions, fights);
+                           count, conditions, fights, item_of);
 }
 
 std::optional<FortBattle> fort_battle(const StoreConnection &store, const QString &file_name)

@@ -15,7 +15,8 @@ class StoreConnection;
 std::vector<FortRow> fort_list(const StoreConnection &store, std::optional<double> from,
                                std::optional<double> to, int min_level, int limit);
 std::vector<LootStat> fort_loot_stats(const StoreConnection &store, std::optional<double> from,
-                                      std::optional<double> to, int min_level, int *fights);
+                                      std::optional<double> to, int min_level, int *fights,
+                                      const ItemLookup &item_of);
 std::optional<FortBattle> fort_battle(const StoreConnection &store, const QString &file_name);
 
 } // namespace tally::data

@@ -1,6 +1,5 @@
 #include "data/store/loot_sums.h"
 
-#include "data/master/item_facts.h"
 #include "data/store/remembered.h"
 #include "data/store/sql_conditions.h"
 #include "data/store/sql_values.h"
@@ -31,7 +30,7 @@ std::vector<LootSum> loot_sums(const StoreConnection &store, const QString &sql,
 
 std::vector<LootStat> remembered_loot(const StoreConnection &store, const QString &sql,
                                       const QString &count, const SqlConditions &conditions,
-                                      int *fights)
+                                      int *fights, const ItemLookup &item_of)
 {
     const QString text = sql.arg(conditions.sql());
     const auto compute = [&] {
@@ -44,10 +43,10 @@ std::vector<LootStat> remembered_loot(const StoreConnection &store, const QStrin
         store, fights ? text + QStringLiteral(" and fights") : text, conditions.params, compute);
     if (fights)
         *fights = loot.fights;
-    return loot_stats_of(loot.sums);
+    return loot_stats_of(loot.sums, item_of);
 }
 
-std::vector<LootStat> loot_stats_of(const std::vector<LootSum> &sums)
+std::vector<LootStat> loot_stats_of(const std::vector<LootSum> &sums, const ItemLookup &item_of)
 {
     std::vector<LootStat> stats;
     stats.reserve(sums.size());
@@ -60,7 +59,7 @@ std::vector<LootStat> loot_stats_of(const std::vector<LootSum> &sums)
         LootStat stat;
         stat.item_type = sum.item_type;
         stat.item_subtype = sum.item_subtype;
-        stat = with_item_facts(std::move(stat));
+        stat = with_item_facts(std::move(stat), item_of);
         stat.pieces = pieces;
         stat.total_value = saturated<qint64>((fits ? pieces : sum.pieces) * stat.unit_value + 0.5);
         stat.battles = saturated(static_cast<double>(sum.battles));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/master/item_facts.h"
 #include "data/store/chain_records.h"
 
 #include <QSqlQuery>
@@ -24,10 +25,10 @@ struct LootSum {
 /// conditions. `fights`, if it is not null, gets what `count` gives on the same state of the store.
 std::vector<LootStat> remembered_loot(const StoreConnection &store, const QString &sql,
                                       const QString &count, const SqlConditions &conditions,
-                                      int *fights);
+                                      int *fights, const ItemLookup &item_of);
 
-/// Adds what the reference tables know about the items at this moment.
-std::vector<LootStat> loot_stats_of(const std::vector<LootSum> &sums);
+/// Adds what is known about the items.
+std::vector<LootStat> loot_stats_of(const std::vector<LootSum> &sums, const ItemLookup &item_of);
 
 /// Reads an item from three columns of a row.
 LootEntry read_loot_entry(const QSqlQuery &row, int first_column = 0);

@@ -18,8 +18,8 @@
 
 namespace tally::data {
 
-TallyDb::TallyDb(QString path, platform::Clock clock)
-    : clock_(std::move(clock)), store_(std::move(path))
+TallyDb::TallyDb(QString path, platform::Clock clock, ItemLookup item_of)
+    : clock_(std::move(clock)), item_of_(std::move(item_of)), store_(std::move(path))
 {}
 
 bool TallyDb::init_schema()
@@ -192,14 +192,14 @@ std::optional<double> TallyDb::last_chain(double btype, std::optional<double> pl
 
 std::vector<LootStat> TallyDb::loot_stats(const ChainQuestion &question) const
 {
-    return data::loot_stats(store_, question);
+    return data::loot_stats(store_, question, item_of_);
 }
 
 std::vector<LootStat> TallyDb::loot_stats(double btype, std::optional<double> from,
                                           std::optional<double> to,
                                           std::optional<double> player) const
 {
-    return data::loot_stats(store_, question(btype, from, to, player));
+    return data::loot_stats(store_, question(btype, from, to, player), item_of_);
 }
 
 std::array<int, 24> TallyDb::hourly(const ChainQuestion &question) const
@@ -228,14 +228,15 @@ std::vector<HeroPair> TallyDb::hero_pairs(double btype, std::optional<double> fr
 std::vector<ChainRun> TallyDb::chains_for_pair(int hero_1, int hero_2,
                                                const ChainQuestion &question) const
 {
-    return data::chains_for_pair(store_, hero_1, hero_2, question);
+    return data::chains_for_pair(store_, hero_1, hero_2, question, item_of_);
 }
 
 std::vector<ChainRun> TallyDb::chains_for_pair(int hero_1, int hero_2, double btype,
                                                std::optional<double> from, std::optional<double> to,
                                                std::optional<double> player) const
 {
-    return data::chains_for_pair(store_, hero_1, hero_2, question(btype, from, to, player));
+    return data::chains_for_pair(store_, hero_1, hero_2, question(btype, from, to, player),
+                                 item_of_);
 }
 
 std::vector<ChainHead> TallyDb::chain_heads_for_pair(int hero_1, int hero_2,
@@ -246,7 +247,7 @@ std::vector<ChainHead> TallyDb::chain_heads_for_pair(int hero_1, int hero_2,
 
 std::vector<ChainRound> TallyDb::rounds_of(const QString &file_name) const
 {
-    return data::rounds_of(store_, file_name);
+    return data::rounds_of(store_, file_name, item_of_);
 }
 
 std::optional<FortOfChain> TallyDb::fort_of_chain(const QString &file_name) const
@@ -326,7 +327,7 @@ std::vector<LootStat> TallyDb::trial_loot_stats(const QStringList &bosses,
                                                 std::optional<double> to, const QString &player,
                                                 int *fights) const
 {
-    return data::trial_loot_stats(store_, bosses, from, to, player, fights);
+    return data::trial_loot_stats(store_, bosses, from, to, player, fights, item_of_);
 }
 
 std::vector<SessionPlayer> TallyDb::session_players(const QStringList &files) const
@@ -368,7 +369,7 @@ std::vector<FortRow> TallyDb::fort_list(std::optional<double> from, std::optiona
 std::vector<LootStat> TallyDb::fort_loot_stats(std::optional<double> from, std::optional<double> to,
                                                int min_level, int *fights) const
 {
-    return data::fort_loot_stats(store_, from, to, min_level, fights);
+    return data::fort_loot_stats(store_, from, to, min_level, fights, item_of_);
 }
 
 std::optional<FortBattle> TallyDb::fort_battle(const QString &file_name) const

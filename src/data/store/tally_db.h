@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/mail/field_report.h"
+#include "data/master/item_facts.h"
 #include "data/store/records.h"
 #include "data/store/store_connection.h"
 #include "platform/clock/clock.h"
@@ -32,7 +33,9 @@ struct TrialReport;
 class TallyDb {
 public:
     /// Opens nothing yet.
-    explicit TallyDb(QString path, platform::Clock clock = platform::system_time);
+    /// \param item_of what statistics of loot know about items
+    explicit TallyDb(QString path, platform::Clock clock = platform::system_time,
+                     ItemLookup item_of = known_item);
 
     /// What the functions of this folder take.
     const StoreConnection &store() const { return store_; }
@@ -204,6 +207,7 @@ public:
 
 private:
     const platform::Clock clock_;
+    const ItemLookup item_of_;
     const StoreConnection store_;
     std::atomic<bool> slices_counted_ = false; ///< against the rows, since the start
 };

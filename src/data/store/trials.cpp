@@ -87,7 +87,8 @@ std::vector<TrialSession> trial_sessions(const StoreConnection &store, const QSt
 
 std::vector<LootStat> trial_loot_stats(const StoreConnection &store, const QStringList &bosses,
                                        std::optional<double> from, std::optional<double> to,
-                                       const QString &player, int *fights)
+                                       const QString &player, int *fights,
+                                       const ItemLookup &item_of)
 {
     SqlConditions conditions = kill_conditions(QStringLiteral("tr."), bosses, from, to);
     if (!player.isEmpty())
@@ -108,7 +109,7 @@ std::vector<LootStat> trial_loot_stats(const StoreConnection &store, const QStri
         JOIN trial_reports tr ON tr.file_name = tp.file_name
         WHERE %1
         GROUP BY tl.item_type, tl.item_subtype)sql"),
-                           count, conditions, fights);
+                           count, conditions, fights, item_of);
 }
 
 std::vector<SessionPlayer> session_players(const StoreConnection &store, const QStringList &files)

@@ -19,7 +19,8 @@ std::vector<TrialSession> trial_sessions(const StoreConnection &store, const QSt
                                          int gap_minutes);
 std::vector<LootStat> trial_loot_stats(const StoreConnection &store, const QStringList &bosses,
                                        std::optional<double> from, std::optional<double> to,
-                                       const QString &player, int *fights);
+                                       const QString &player, int *fights,
+                                       const ItemLookup &item_of);
 std::vector<SessionPlayer> session_players(const StoreConnection &store, const QStringList &files);
 std::vector<PlayerKill> player_kills(const StoreConnection &store, const QStringList &files,
                                      const QString &player);

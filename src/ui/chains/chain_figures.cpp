@@ -15,7 +15,7 @@ namespace {
 
 void complete(data::LootStat &row)
 {
-    row = data::with_item_facts(std::move(row));
+    row = data::with_item_facts(std::move(row), data::known_item);
     if (!row.name.isEmpty())
         row.total_value = data::saturated<qint64>(row.pieces * row.unit_value + 0.5);
 }

@@ -168,7 +168,8 @@ std::vector<data::LootEntry> rewards_of(const data::ChainRound &round, bool is_d
     std::vector<data::LootEntry> rewards;
     for (const data::LootEntry &item : loot_of(round, is_destroyed, fort)) {
         if (has_value(item))
-            rewards.push_back(item.name.isEmpty() ? data::with_item_facts(item) : item);
+            rewards.push_back(item.name.isEmpty() ? data::with_item_facts(item, data::known_item)
+                                                  : item);
     }
     std::ranges::stable_sort(rewards, {}, rank_of);
     return rewards;
