@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/master/item_facts.h"
 #include "data/store/chain_records.h"
 #include "data/store/trial_records.h"
 
