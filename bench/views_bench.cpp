@@ -72,7 +72,7 @@ void load_reference_data(const QString &reference)
     master.set_kind(QStringLiteral("icons_index"), index.toVariantMap());
 }
 
-Refresh refresh(ui::ChainTrackerTab &tab)
+Refresh refresh_page(ui::ChainTrackerTab &tab)
 {
     return refresh(tab, [&tab] { tab.refresh(); });
 }
@@ -103,7 +103,7 @@ public:
         tab_->show();
         std::printf("opened in %.1f ms\n", milliseconds(timer));
         choice(QStringLiteral("Player")).setCurrentIndex(0);
-        refresh(*tab_);
+        refresh_page(*tab_);
     }
 
     ~Page()
@@ -120,7 +120,7 @@ public:
             if (date->accessibleName().startsWith(u"From"))
                 date->setDate(QDate(2000, 1, 1));
         }
-        refresh(*tab_);
+        refresh_page(*tab_);
     }
 
     /// After one more chain, as the watcher brings it.
@@ -138,10 +138,10 @@ public:
             round.npc_btype = barbarians;
         data::TallyDb(path_).insert_report(QStringLiteral("Persistent.Mail.%1").arg(++mails_),
                                            report, last_day);
-        return refresh(*tab_);
+        return refresh_page(*tab_);
     }
 
-    Refresh refresh_again() { return refresh(*tab_); }
+    Refresh refresh_again() { return refresh_page(*tab_); }
 
     /// The query for the rounds of a pair, over a time in which it fought 300 chains.
     double pair_milliseconds() const
