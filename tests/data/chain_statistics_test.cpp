@@ -145,6 +145,27 @@ TEST_P(ChainStatisticsOf, AreWhatTheRowsAddUpToAndWhatTheirDefinitionsGive)
 
 INSTANTIATE_TEST_SUITE_P(RandomStores, ChainStatisticsOf, testing::Range(0u, 13u));
 
+TEST(ChainStatistics, CarriedOnFromReportToReportAreThoseOfANewReader)
+{
+    TempStore store;
+    add_random_chains(store.db, 3, 5);
+    for (int step = 0; step < 24; ++step) {
+        auto chain = battle(3600.0 * (step % 7), {battle_round(1.0, {item(1, 2, step % 2)}),
+                                                  battle_round(1.0, {item(1, 2, step % 3)})});
+        chain.player_id = 5000.0 + step % 4;
+        chain.player_name = step % 5 == 4 ? u"\U0001F409"_s : u"\uFFE0 %1"_s.arg(step % 3);
+        store.db.insert_report(u"later %1"_s.arg(step % 17), chain, 1.0); // some again
+        if (step % 8 == 7)
+            rows_of(store.db.connection(), u"DELETE FROM %1 WHERE file_name = 'later %2'"_s
+                                               .arg(step % 16 == 7 ? u"reports"_s : u"loot"_s)
+                                               .arg(step - 1));
+        const data::TallyDb reader(store.path);
+        EXPECT_EQ(store.db.players(), reader.players()) << step;
+        for (const ChainQuestion &question : questions())
+            EXPECT_EQ(store.db.best_chain(question), reader.best_chain(question)) << step;
+    }
+}
+
 TEST(ChainStatistics, ABarbarianMetAgainMakesALossTacticalAndTheWinFree)
 {
     TempStore store;

@@ -3,8 +3,8 @@
 #include "data/store/chain_conditions.h"
 #include "data/store/loot_sums.h"
 #include "data/store/player_rows.h"
-#include "data/store/remembered.h"
 #include "data/store/round_slicer.h"
+#include "data/store/running.h"
 #include "data/store/sql_values.h"
 
 #include <QDateTime>
@@ -26,6 +26,30 @@ struct ItemIdHash {
     {
         return std::hash<std::optional<double>>()(id.first) * 31 +
                std::hash<std::optional<double>>()(id.second);
+    }
+};
+
+/// The condition for slices that came after one, for a list of conditions.
+struct IdsAfter {
+    IdsAfter(const QString &id, qint64 after)
+    {
+        if (after == 0)
+            return;
+        sql = QStringLiteral(" AND %1 > ?").arg(id);
+        params << after;
+    }
+
+    QString sql;
+    QVariantList params;
+};
+
+struct Contender {
+    BestChain chain;
+    std::optional<double> duration; ///< one that is missing counts as the shortest
+
+    bool beats(const Contender &other) const
+    {
+        return std::pair(-chain.wins, duration) < std::pair(-other.chain.wins, other.duration);
     }
 };
 
@@ -63,12 +87,13 @@ std::vector<LootSum> sliced_loot_sums(const StoreConnection &store, const ChainS
 std::optional<BestChain> best_chain(const StoreConnection &store, const ChainQuestion &question)
 {
     const ChainSqlFilter filter = question_conditions(QStringLiteral("r."), question);
-    const auto compute = [&]() -> std::optional<BestChain> {
+    const auto add = [&](std::optional<Contender> &best, qint64 after) {
+        const IdsAfter ids(QStringLiteral("r.id"), after);
         auto row = store.exec(QStringLiteral(R"sql(
             WITH file_wins AS MATERIALIZED (
               SELECT r.file_name, SUM(r.wins) AS wins
               FROM chain_slices r
-              WHERE %1
+              WHERE %1%2
               GROUP BY r.file_name
             ), file_stats AS (
               SELECT fw.file_name, fw.wins,
@@ -83,15 +108,19 @@ std::optional<BestChain> best_chain(const StoreConnection &store, const ChainQue
             FROM file_stats
             ORDER BY dur ASC
             LIMIT 1)sql")
-                                  .arg(filter.sql),
-                              filter.params);
+                                  .arg(filter.sql, ids.sql),
+                              filter.params + ids.params);
         if (!row.next())
-            return std::nullopt;
-        return BestChain{row.value(0).toString(), row.value(1).toInt(),
-                         number_or_zero(row.value(2)), number_in(row.value(3))};
+            return;
+        const Contender contender{{row.value(0).toString(), row.value(1).toInt(),
+                                   number_or_zero(row.value(2)), number_in(row.value(3))},
+                                  number_in(row.value(2))};
+        if (!best || contender.beats(*best))
+            best = contender;
     };
-    return remembered_of_slices<std::optional<BestChain>>(
-        store, QStringLiteral("best_chain") + filter.sql, filter.params, compute);
+    const auto best = running_over_slices<std::optional<Contender>>(
+        store, QStringLiteral("best_chain") + filter.sql, filter.params, add);
+    return best ? std::optional(best->chain) : std::nullopt;
 }
 
 std::optional<double> last_chain(const StoreConnection &store, const ChainQuestion &question)
@@ -172,9 +201,12 @@ std::vector<HeroPair> hero_pairs(const StoreConnection &store, const ChainQuesti
 
 std::vector<PlayerRow> players(const StoreConnection &store)
 {
-    return remembered_of_slices<std::vector<PlayerRow>>(store, QStringLiteral("players"), {}, [&] {
-        return player_rows(store, QStringLiteral("chain_slices"), chain_id);
-    });
+    const auto add = [&](std::vector<PlayerRow> &players, qint64 after) {
+        const IdsAfter ids(QStringLiteral("id"), after);
+        add_player_rows(players, player_rows(store, QStringLiteral("chain_slices"), chain_id,
+                                             ids.sql, ids.params));
+    };
+    return running_over_slices<std::vector<PlayerRow>>(store, QStringLiteral("players"), {}, add);
 }
 
 int chain_file_count(const StoreConnection &store)

@@ -104,11 +104,16 @@ std::vector<SchemaObject> slice_schema()
     objects.push_back({"TABLE", QStringLiteral("report_changes"),
                        QStringLiteral("CREATE TABLE report_changes (id INTEGER "
                                       "PRIMARY KEY CHECK (id = 1), "
-                                      "count INTEGER NOT NULL)")});
+                                      "count INTEGER NOT NULL, "
+                                      "slices_removed INTEGER NOT NULL)")});
     for (const auto &[name, definition] : slice_indexes)
         objects.push_back({"INDEX", QString::fromLatin1(name),
                            QStringLiteral("CREATE INDEX %1 ON %2")
                                .arg(QLatin1StringView(name), QLatin1StringView(definition))});
+    objects.push_back({"TRIGGER", QStringLiteral("count_slices_removed"),
+                       QStringLiteral("CREATE TRIGGER count_slices_removed AFTER DELETE ON "
+                                      "chain_slices\nBEGIN UPDATE report_changes "
+                                      "SET slices_removed = slices_removed + 1; END")});
     for (const QString &table : {QStringLiteral("reports"), QStringLiteral("loot")}) {
         for (const auto &[name_text, event, chain, condition] : row_changes) {
             const auto with_table = [&table](const char *text) {
@@ -187,7 +192,7 @@ void make_derived_schema(const StoreConnection &store)
     // A table that was dropped took its triggers along, and another build packs differently.
     if (const auto objects = slice_schema(); !is_as_built(stored, objects)) {
         make(store, objects);
-        store.exec(QStringLiteral("INSERT INTO main.report_changes VALUES (1, 0)"));
+        store.exec(QStringLiteral("INSERT INTO main.report_changes VALUES (1, 0, 0)"));
         store.exec(QStringLiteral("INSERT INTO main.stale_chains SELECT DISTINCT file_name "
                                   "FROM reports"));
     }

@@ -11,7 +11,9 @@ class StoreConnection;
 // program that writes them:
 // - `chain_slices` and `chain_slice_loot`: the rounds of chains, added up (round_slicer.h)
 // - `stale_chains`: the chains whose slices were deleted because one of their rows has changed
-// - `report_changes`: a count of changes, for results that are remembered
+// - `report_changes`: a count of changes, for results that are remembered, and one of the slices
+// that
+//   were removed, for those that only grow
 
 /// Whether all of it is there as this build makes it.
 bool has_derived_schema(const StoreConnection &store);

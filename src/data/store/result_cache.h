@@ -35,4 +35,22 @@ private:
     QCache<QString, std::any> results_{max_results};
 };
 
+/// Which slices a running result tells of: those up to `last_id`, as long as none is removed.
+struct SlicesSeen {
+    qint64 schema = 0;
+    qint64 removed = 0;
+    qint64 last_id = 0;
+
+    bool continues(const SlicesSeen &earlier) const
+    {
+        return schema == earlier.schema && removed == earlier.removed;
+    }
+};
+
+/// A result that is brought up to date, not computed anew, when reports come in (running.h).
+struct RunningResult {
+    SlicesSeen seen;
+    std::any result;
+};
+
 } // namespace tally::data

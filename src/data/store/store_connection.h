@@ -76,18 +76,23 @@ public:
 
     /// What the calling thread remembers of this store.
     ResultCache &results() const { return thread_connection().results; }
+    /// By `result_key`.
+    QCache<QString, RunningResult> &running() const { return thread_connection().running; }
     /// The version of the schema whose derived tables the calling thread found to be right.
     std::optional<qint64> &derived_schema() const { return thread_connection().derived_schema; }
     /// The state for which the calling thread's connection has slices of its own.
     std::optional<ChangeStamp> &own_slices() const { return thread_connection().own_slices; }
 
 private:
+    static constexpr qsizetype max_running = 64;
+
     /// Used by its thread alone and freed when that ends.
     struct ThreadConnection {
         QString name; ///< in Qt's registry of connections
         QSqlDatabase db;
         std::unordered_map<QString, QSqlQuery> kept = {}; ///< prepared statements by their text
         ResultCache results = {};
+        QCache<QString, RunningResult> running{max_running};
         std::optional<qint64> derived_schema = {};
         std::optional<ChangeStamp> own_slices = {};
     };
