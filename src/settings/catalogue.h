@@ -20,6 +20,14 @@ inline constexpr Setting<bool> window_maximized{"window_maximized", false};
 inline constexpr Setting<bool> field_fights_beta_notice_shown{"field_fights_beta_notice_shown",
                                                               false};
 
+// The pages of field fights. Columns from left to right, each as "column:width" in pixels.
+inline constexpr Setting<QString> field_fights_columns{"field_fights_columns"};
+inline constexpr Setting<QString> field_rally_columns{"field_rally_columns"};
+inline constexpr Setting<QString> field_garrison_columns{"field_garrison_columns"};
+inline constexpr Setting<QString> field_favorites_columns{"field_favorites_columns"};
+/// "WIDTHxHEIGHT" of the window of one attack, in logical pixels.
+inline constexpr Setting<QString> field_details_size{"field_details_size"};
+
 // The statistics overlay. Positions are in logical pixels, offsets in pixels from the anchor, a
 // corner of the game's window: "tl", "tr", "bl" or "br".
 inline constexpr Setting<bool> overlay_visible{"overlay_visible", false};

@@ -6,10 +6,12 @@
 #include "settings/settings.h"
 #include "ui/about.h"
 #include "ui/chains/chain_tracker_tab.h"
+#include "ui/field/field_fights_tab.h"
 #include "ui/forts/fort_rally_tab.h"
 #include "ui/items/item_pictures.h"
 #include "ui/keep/barbarian_keep_tab.h"
 #include "ui/lost_store_notice.h"
+#include "ui/parts/message_box.h"
 #include "ui/parts/plain_label.h"
 #include "ui/parts/theme.h"
 #include "ui/parts/window_bounds.h"
@@ -93,6 +95,11 @@ void MainWindow::build_tabs()
                QStringLiteral("🏰 Fort Rally"));
     tabs_->add(new BarbarianKeepTab(queries, keep_service_, icons, tabs_),
                QStringLiteral("🗡️ Barbarian Keep"));
+    int mode = 0;
+    for (const char16_t *title :
+         {u"🗡️ Field Fights", u"🏹 Rally", u"🏰 Garrison", u"★ Favorites"})
+        tabs_->add(new FieldFightsTab(around_, mode++, tabs_), QString::fromUtf16(title));
+    connect(tabs_, &QTabWidget::currentChanged, this, &MainWindow::on_tab_changed);
     connect(chain_tab_, &ReportTab::mailFolderWanted, this, &MainWindow::on_import_mailcache);
     setCentralWidget(tabs_);
 }
@@ -105,6 +112,19 @@ std::optional<ChainFilter> MainWindow::current_chain_filter() const
 QString MainWindow::current_tab_title() const
 {
     return tabs_ ? tabs_->tabText(tabs_->currentIndex()) : QString();
+}
+
+void MainWindow::on_tab_changed(int index)
+{
+    if (!tabs_ || !qobject_cast<FieldFightsTab *>(tabs_->widget(index)) ||
+        around_.settings.get(settings::field_fights_beta_notice_shown))
+        return;
+    around_.settings.set(settings::field_fights_beta_notice_shown, true);
+    show_box(QMessageBox::Information, QStringLiteral("Field Fights"),
+             QStringLiteral("Field Fights is a beta module — the layout and columns may still "
+                            "change between releases.\n\nReports are already imported and "
+                            "displayed correctly; only the presentation is subject to polish."),
+             this);
 }
 
 void MainWindow::connect_chain()

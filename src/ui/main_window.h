@@ -72,6 +72,8 @@ private Q_SLOTS:
     void on_open_settings();
     void on_theme_dark();
     void on_theme_light();
+    /// Whoever turns to field fights for the first time is told what to expect.
+    void on_tab_changed(int index);
 
 private:
     void build_menus();
