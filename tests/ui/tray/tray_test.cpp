@@ -58,6 +58,7 @@ TEST(Alerts, ANoticeThatTheBannerMeetsCanStillBeClicked)
     QPointer<KeepToast> met = toasts.at(3);
     const QRect both = met->geometry() & banner->geometry();
     ASSERT_FALSE(both.isEmpty());
+    EXPECT_TRUE(wait_until([&] { return QApplication::topLevelAt(both.center()) == met; }));
     click(both.center());
     EXPECT_TRUE(wait_until([&] { return met.isNull(); }));
     EXPECT_FALSE(banner.isNull());
@@ -76,6 +77,7 @@ protected:
         tray_.start(u"trayer"_s, {u"--edge"_s, u"top"_s});
         ASSERT_TRUE(wait_until([] { return QSystemTrayIcon::isSystemTrayAvailable(); }));
         ui::MainWindow &window = fixture_.open();
+        window.show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
         window.run_post_startup();
         ASSERT_TRUE(wait_until([&] {
