@@ -17,7 +17,7 @@ constexpr int row_spacing = 6;
 
 FilterRow::FilterRow(QWidget *parent) : QWidget(parent), groups_(new QWidget)
 {
-    new FlowLayout(groups_, 0, gap, row_spacing);
+    new FlowLayout(groups_, 0, spacing + gap, row_spacing);
     auto *refresh = new QPushButton(QStringLiteral("Refresh"));
     refresh->setAccessibleName(refresh->text());
     connect(refresh, &QPushButton::clicked, this, &FilterRow::refreshAsked);
