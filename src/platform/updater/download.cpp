@@ -55,7 +55,12 @@ public:
     }
 
     qint64 size() const { return size_; }
-    QString error() const { return file_.errorString(); }
+    QString error() const
+    {
+        return file_.error() == QFileDevice::NoError
+                   ? QStringLiteral("there is no room for all of it")
+                   : file_.errorString();
+    }
     QString sha256() const { return QString::fromLatin1(hash_.result().toHex()); }
 
     bool move_to(const QString &path)
@@ -101,7 +106,10 @@ QString receive(QNetworkReply &reply, PartFile &part, const DownloadProgress &pr
     });
     QObject::connect(&reply, &QNetworkReply::readyRead, &reply, take);
     wait_for(reply, options.time_limit, options.stop);
-    take();
+    if (reply.isOpen())
+        take();
+    if (is_complete(reply) && progress)
+        progress(done, total);
     return trouble;
 }
 

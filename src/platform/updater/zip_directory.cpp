@@ -116,7 +116,7 @@ const char *fault_of(const Entry &entry)
         return "is not its only one";
     if ((entry.flags & encrypted) != 0 || (entry.method != stored && entry.method != deflated))
         return "is that of a file which cannot be unpacked";
-    const QByteArray root = entry.name.left(entry.name.indexOf('/')).split('\\').constFirst();
+    const QByteArray root = entry.name.split('/').constFirst().split('\\').constFirst();
     return root.toLower() == "data" ? "lies in the folder of the user's data" : nullptr;
 }
 

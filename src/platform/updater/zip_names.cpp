@@ -20,7 +20,7 @@ bool is_device(const QByteArray &part)
 {
     constexpr std::array<const char *, 7> devices = {"CON",    "PRN",     "AUX",   "NUL",
                                                      "CONIN$", "CONOUT$", "CLOCK$"};
-    const QByteArray name = part.left(part.indexOf('.')).trimmed().toUpper();
+    const QByteArray name = part.split('.').constFirst().trimmed().toUpper();
     if (name.size() == 4 && (name.startsWith("COM") || name.startsWith("LPT")))
         return name[3] >= '0' && name[3] <= '9';
     return std::any_of(devices.begin(), devices.end(),
