@@ -15,6 +15,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 namespace tally::ui {
 
@@ -101,9 +102,11 @@ void MainWindow::offer_update(const QJsonObject &record, bool manual)
     const bool has_expired = Updater::snooze_expired(&around_.db, latest, around_.clock);
     if (!manual && is_snoozed && !has_expired)
         return;
-    update_dialog_ =
-        new UpdateDialog(record, &around_.db, QCoreApplication::applicationFilePath(), has_expired,
-                         this, {.endpoint = around_.endpoint, .clock = around_.clock});
+    UpdateSetup setup{.endpoint = around_.endpoint, .clock = around_.clock};
+    if (setup_.adjust_update)
+        setup_.adjust_update(setup);
+    update_dialog_ = new UpdateDialog(record, &around_.db, QCoreApplication::applicationFilePath(),
+                                      has_expired, this, std::move(setup));
     // The game keeps the keyboard.
     update_dialog_->setAttribute(Qt::WA_ShowWithoutActivating, !manual && !isActiveWindow());
     connect(update_dialog_, &QDialog::finished, this, &MainWindow::on_update_dialog_finished);
