@@ -19,6 +19,7 @@
 #include "ui/report_tabs.h"
 #include "ui/start_up_chain.h"
 #include "ui/trials/baulur_run_tab.h"
+#include "ui/update/update_dialog.h"
 
 #include <QApplication>
 #include <QEventLoopLocker>
@@ -73,12 +74,14 @@ void MainWindow::request_end()
     cancel_import_ = true;
     around_.queries.request_end();
     chain_->request_end();
+    request_end_of_updates();
 }
 
 bool MainWindow::wait_until(QDeadlineTimer deadline)
 {
     const bool chain_has_ended = chain_->wait_until(deadline);
-    return around_.queries.wait_until(deadline) && chain_has_ended;
+    const bool updates_have_ended = wait_for_updates(deadline);
+    return around_.queries.wait_until(deadline) && chain_has_ended && updates_have_ended;
 }
 
 void MainWindow::build_tabs()
@@ -133,6 +136,7 @@ void MainWindow::connect_chain()
     connect(chain_.get(), &StartUpChain::referenceDataChanged, this, forget_item_pictures);
     connect(chain_.get(), &StartUpChain::shownDataChanged, this, &MainWindow::refresh_all_tabs);
     connect(chain_.get(), &StartUpChain::refreshDone, this, &MainWindow::start_tray);
+    connect(chain_.get(), &StartUpChain::refreshDone, this, &MainWindow::start_update_checks);
 }
 
 void MainWindow::watch_store()

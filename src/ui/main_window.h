@@ -7,6 +7,7 @@
 
 #include <QDeadlineTimer>
 #include <QMainWindow>
+#include <QPointer>
 
 #include <atomic>
 #include <memory>
@@ -14,6 +15,8 @@
 
 class QAction;
 class QEventLoopLocker;
+class QMenu;
+class QTimer;
 class QUrl;
 
 namespace tally::services {
@@ -30,6 +33,7 @@ class ChainTrackerTab;
 class ReportTabs;
 class StartUpChain;
 class TrayManager;
+class UpdateDialog;
 
 /// The program's one main window: menus, status bar, the pages of reports and the ways to import
 /// mails by hand. What runs by itself behind it is the `StartUpChain`.
@@ -47,6 +51,12 @@ public:
     void refresh_all_tabs();
     /// Leaves the program in order, or at the deadline in whatever state it is.
     void request_exit();
+    /// Asks the update server, for at most ten seconds, in which events go on being served. Offers
+    /// what is newer; says that nothing is, or that there was no answer, only if it is `manual`.
+    void check_for_updates(bool manual);
+    /// In the status bar, for the rest of the run.
+    /// \param backup folder of the version before; empty if it is gone
+    void tell_of_unclean_update(const QString &backup);
     /// 0 is dark, 1 is light; applied and stored.
     void apply_theme(int theme);
     /// What the page of chains shows; empty while there is none.
@@ -74,6 +84,7 @@ private Q_SLOTS:
     void on_theme_light();
     /// Whoever turns to field fights for the first time is told what to expect.
     void on_tab_changed(int index);
+    void on_update_tick();
 
 private:
     void build_menus();
@@ -85,6 +96,13 @@ private:
     void connect_chain();
     void start_keep_service();
     void start_tray();
+    void add_update_entry(QMenu &menu);
+    void start_update_checks();
+    void offer_update(const QJsonObject &record, bool manual);
+    void tell_up_to_date(bool manual);
+    void on_update_dialog_finished();
+    void request_end_of_updates();
+    bool wait_for_updates(QDeadlineTimer deadline);
     void connect_tray(TrayManager *tray);
     /// Hides the window; the tray brings it back.
     void go_on_in_tray();
@@ -114,6 +132,11 @@ private:
     TrayManager *tray_ = nullptr; ///< null where the system has no tray
     std::unique_ptr<StartUpChain> chain_;
     std::unique_ptr<QEventLoopLocker> in_tray_; ///< while the window is hidden there
+    QTimer *update_timer_ = nullptr;            ///< null until the first check is due
+    bool update_check_running_ = false;
+    std::shared_ptr<std::atomic<bool>> stop_update_check_ =
+        std::make_shared<std::atomic<bool>>(false);
+    QPointer<UpdateDialog> update_dialog_; ///< null unless one is open
     bool importing_ = false;
     bool wants_restart_ = false;
     std::atomic<bool> cancel_import_ = false;

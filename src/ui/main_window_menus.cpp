@@ -72,7 +72,7 @@ void MainWindow::build_help_menu()
 {
     QMenu *help = menuBar()->addMenu(QStringLiteral("&Help"));
     help->setToolTipsVisible(true);
-    add_coming_entry(*help, QStringLiteral("Check for &updates..."));
+    add_update_entry(*help);
     help->addSeparator();
     help->addAction(QStringLiteral("&About..."), this,
                     [this] { show_about_box(this, around_.endpoint.product_page); });

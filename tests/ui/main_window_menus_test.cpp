@@ -83,7 +83,7 @@ TEST_F(Menus, StandInTheirOrderWithTheirShortcuts)
                   "  Dark *\n"
                   "  Light\n"
                   "&Help\n"
-                  " Check for &updates... off\n"
+                  " Check for &updates...\n"
                   " ----\n"
                   " &About...\n");
 }
