@@ -2,6 +2,7 @@
 
 #include "settings/catalogue.h"
 #include "settings/settings.h"
+#include "ui/overlay/overlay_mode.h"
 #include "ui/parts/theme.h"
 #include "ui/pinning/setting_menus.h"
 
@@ -9,26 +10,11 @@
 #include <QMenu>
 
 namespace tally::ui {
-namespace {
-
-constexpr OverlayMode overlay_modes[] = {
-    {QLatin1StringView("full"), u"Full (vertical)"},
-    {QLatin1StringView("compact1"), u"Compact (1 line)"},
-    {QLatin1StringView("compact2"), u"Compact (2 lines)"},
-};
-
-QString mode_of_setting(const QString &mode)
-{
-    return mode == u"compact" ? QStringLiteral("compact2") : mode; // as earlier versions called it
-}
-
-} // namespace
-
 void add_overlay_options(QMenu &menu, Settings &settings)
 {
     QMenu *options = menu.addMenu(QStringLiteral("Overlay options"));
     add_font_sizes(*options, settings, settings::overlay_font_size);
-    add_modes(*options, settings, settings::overlay_mode, overlay_modes, mode_of_setting);
+    add_modes(*options, settings, settings::overlay_mode, overlay_modes, overlay_menu_key);
     add_pin_switch(*options, settings, settings::overlay_pinned);
     add_click_through_switch(*options, settings, settings::overlay_click_through);
 }

@@ -35,7 +35,7 @@ void add_font_sizes(QMenu &menu, Settings &settings, const Setting<int> &setting
 }
 
 void add_modes(QMenu &menu, Settings &settings, const Setting<QString> &setting,
-               std::span<const OverlayMode> modes, QString (*key_of)(const QString &stored))
+               std::span<const ModeChoice> modes, QString (*key_of)(const QString &stored))
 {
     QMenu *entries = menu.addMenu(QStringLiteral("Mode"));
     auto *group = new QActionGroup(entries);

@@ -33,7 +33,7 @@ void follow_setting(QActionGroup &group, Settings &settings, const Setting<T> &s
 }
 
 /// One way in which an overlay can show itself.
-struct OverlayMode {
+struct ModeChoice {
     QLatin1StringView key; ///< as the setting stores it
     const char16_t *label;
 };
@@ -44,7 +44,7 @@ void add_font_sizes(QMenu &menu, Settings &settings, const Setting<int> &setting
 /// The submenu "Mode".
 /// \param key_of turns what is stored into the key of a mode
 void add_modes(QMenu &menu, Settings &settings, const Setting<QString> &setting,
-               std::span<const OverlayMode> modes, QString (*key_of)(const QString &stored));
+               std::span<const ModeChoice> modes, QString (*key_of)(const QString &stored));
 
 /// A checkable entry that is on while the setting is.
 QAction *add_switch(QMenu &menu, Settings &settings, const Setting<bool> &setting,
