@@ -61,7 +61,7 @@ TEST_F(Menus, StandInTheirOrderWithTheirShortcuts)
                           " E&xit") +
                   (quit.isEmpty() ? "" : " [" + quit.toStdString() + "]") +
                   "\n&View\n"
-                  " Show &Overlay [Ctrl+O] off\n"
+                  " Show &Overlay [Ctrl+O]\n"
                   " Overlay options\n"
                   "  Font size\n" +
                   sizes +
@@ -70,6 +70,8 @@ TEST_F(Menus, StandInTheirOrderWithTheirShortcuts)
                   "   Compact (1 line)\n"
                   "   Compact (2 lines)\n"
                   "  Pin to game window\n"
+                  "  ----\n"
+                  "  Let clicks through\n"
                   " ----\n"
                   " Honor &Tracker [Ctrl+H] off\n"
                   " Tracker options\n"
@@ -78,6 +80,8 @@ TEST_F(Menus, StandInTheirOrderWithTheirShortcuts)
                   "  Mode\n"
                   "   Full (vertical) *\n"
                   "  Pin to game window\n"
+                  "  ----\n"
+                  "  Let clicks through\n"
                   " ----\n"
                   " &Theme\n"
                   "  Dark *\n"
