@@ -25,6 +25,11 @@ endif()
 target_compile_definitions(
   tally_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY
                           QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS)
+if(WIN32)
+  # scripts/check-windows takes them from there too.
+  file(STRINGS "${CMAKE_SOURCE_DIR}/cmake/windows-definitions.txt" windows_definitions)
+  target_compile_definitions(tally_options INTERFACE ${windows_definitions})
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND TALLY_PCH)
   target_compile_options(tally_options INTERFACE -fpch-preprocess)
 endif()

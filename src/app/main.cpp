@@ -1,6 +1,8 @@
 #include "app/console/command_line.h"
 #include "app/console/console_mode.h"
 #include "app/gui/gui_startup.h"
+#include "platform/host/parent_console.h"
+#include "platform/log/error_stream.h"
 
 #include <QCoreApplication>
 
@@ -8,10 +10,25 @@
 
 namespace {
 
+using namespace tally;
 using namespace tally::app;
+
+/// Windows' narrow arguments lack what the code page lacks.
+QString folder_of(const Command &command)
+{
+#ifdef Q_OS_WIN
+    constexpr size_t own_name = 1;
+    return QCoreApplication::arguments().value(
+        static_cast<qsizetype>(command.folder_at + own_name));
+#else
+    return QString::fromLocal8Bit(command.folder);
+#endif
+}
 
 int run_console(const Command &command, int argc, char *argv[])
 {
+    platform::use_console_of_parent();
+    qInstallMessageHandler(platform::print_message);
     const QCoreApplication application(argc, argv);
     switch (command.mode) {
     case Mode::test_db:
@@ -21,9 +38,9 @@ int run_console(const Command &command, int argc, char *argv[])
     case Mode::test_master:
         return test_master();
     case Mode::import_only:
-        return import_only(QString::fromLocal8Bit(command.folder));
+        return import_only(folder_of(command));
     case Mode::import_only_without_folder:
-        std::fputs("--import-only requires a mailcache directory path\n", stderr);
+        platform::print_line(QStringLiteral("--import-only requires a mailcache directory path"));
         return 2;
     case Mode::help:
     case Mode::graphical:

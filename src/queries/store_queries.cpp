@@ -1,6 +1,7 @@
 #include "queries/store_queries.h"
 
 #include "data/store/tally_db.h"
+#include "platform/log/error_stream.h"
 #include "queries/asker.h"
 
 #include <QDeadlineTimer>
@@ -82,7 +83,7 @@ StoreQueries::Placing StoreQueries::answer(const Question &question)
         qCWarning(log_queries) << "a view keeps what it shows:" << failure.what();
         if (!question.fail)
             return {};
-        return [fail = question.fail, text = QString::fromLocal8Bit(failure.what())] {
+        return [fail = question.fail, text = platform::text_of(failure)] {
             fail(text);
         };
     }

@@ -1,6 +1,7 @@
 #include "services/keep_cooldown_service.h"
 
 #include "data/store/tally_db.h"
+#include "platform/log/error_stream.h"
 #include "services/notify_hours.h"
 #include "settings/catalogue.h"
 #include "settings/settings.h"
@@ -103,7 +104,7 @@ void KeepCooldownService::tick()
     try {
         try_to_work_out(last_kill(*db_));
     } catch (const std::exception &failure) {
-        note_failure(QString::fromLocal8Bit(failure.what()));
+        note_failure(platform::text_of(failure));
     }
 }
 
@@ -113,7 +114,7 @@ void KeepCooldownService::try_to_work_out(std::optional<double> kill)
         work_out(kill);
         has_failed_ = false;
     } catch (const std::exception &failure) {
-        note_failure(QString::fromLocal8Bit(failure.what()));
+        note_failure(platform::text_of(failure));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "ui/main_window.h"
 
 #include "platform/identity.h"
+#include "platform/log/error_stream.h"
 #include "queries/store_queries.h"
 #include "settings/catalogue.h"
 #include "settings/settings.h"
@@ -28,14 +29,13 @@
 #include <QStatusBar>
 #include <QTimer>
 
-#include <cstdio>
 #include <cstdlib>
 
 namespace tally::ui {
 
 void exit_hard()
 {
-    std::fputs("[MainWindow] hard-exit deadline hit — _Exit(0)\n", stderr);
+    platform::print_line(QStringLiteral("[MainWindow] hard-exit deadline hit — _Exit(0)"));
     std::_Exit(0);
 }
 

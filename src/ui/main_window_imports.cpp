@@ -2,6 +2,7 @@
 
 #include "data/import/import_pipeline.h"
 #include "platform/files/exact_files.h"
+#include "platform/log/error_stream.h"
 #include "settings/catalogue.h"
 #include "settings/settings.h"
 #include "ui/import_progress.h"
@@ -121,7 +122,7 @@ data::MailImport MainWindow::import_dropped(const QUrl &url)
     try {
         return data::import_mail(local_path(url), around_.raw_dir, around_.db);
     } catch (const std::exception &failure) {
-        return {false, QString::fromLocal8Bit(failure.what())};
+        return {false, platform::text_of(failure)};
     }
 }
 

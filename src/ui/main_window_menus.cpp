@@ -46,8 +46,11 @@ void MainWindow::build_file_menu()
     file->addAction(QStringLiteral("&Settings..."), QKeySequence(QStringLiteral("Ctrl+,")), this,
                     &MainWindow::on_open_settings);
     file->addSeparator();
-    file->addAction(QStringLiteral("E&xit"), QKeySequence(QKeySequence::Quit), this,
-                    &MainWindow::request_exit);
+    // Windows has no keys of its own for leaving.
+    QList<QKeySequence> leave = QKeySequence::keyBindings(QKeySequence::Quit);
+    if (const QKeySequence ours(QStringLiteral("Ctrl+Q")); !leave.contains(ours))
+        leave << ours;
+    file->addAction(QStringLiteral("E&xit"), this, &MainWindow::request_exit)->setShortcuts(leave);
 }
 
 void MainWindow::build_view_menu()

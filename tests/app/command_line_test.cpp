@@ -20,6 +20,9 @@ TEST_P(CommandLine, FirstArgumentThatNamesAModeDecides)
     const Command command = parse_command_line(GetParam().arguments);
     EXPECT_EQ(command.mode, GetParam().mode);
     EXPECT_EQ(command.folder, GetParam().folder);
+    if (command.mode == Mode::import_only) {
+        EXPECT_EQ(command.folder, GetParam().arguments.at(command.folder_at));
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -35,6 +38,7 @@ INSTANTIATE_TEST_SUITE_P(
                     WalkCase{{"--post-update-check", "x", "--test-db"}, Mode::test_db},
                     WalkCase{{"--import-only", "a b"}, Mode::import_only, "a b"},
                     WalkCase{{"--import-only", "--help"}, Mode::import_only, "--help"},
+                    WalkCase{{"word", "--import-only", "x"}, Mode::import_only, "x"},
                     WalkCase{{"word", "--import-only"}, Mode::import_only_without_folder}));
 
 } // namespace

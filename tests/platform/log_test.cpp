@@ -1,3 +1,4 @@
+#include "platform/log/error_stream.h"
 #include "platform/log/process_log.h"
 
 #include <QDir>
@@ -9,6 +10,7 @@
 #include <gmock/gmock.h>
 
 #include <memory>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -18,6 +20,13 @@ namespace {
 using testing::ElementsAre;
 
 Q_LOGGING_CATEGORY(test_log, "tally.test")
+
+TEST(FailureText, KeepsWhatTheProgramThrewWhateverTheCodePage)
+{
+    const QString text = QStringLiteral("cannot open C:/Jörg/王/tally.db");
+    EXPECT_EQ(text_of(std::runtime_error(text.toStdString())), text);
+    EXPECT_TRUE(text_of(std::runtime_error("J\xf6rg")).startsWith(u'J')); // not UTF-8
+}
 
 class Log : public testing::Test {
 protected:

@@ -35,10 +35,10 @@ Command parse_command_line(std::span<const char *const> arguments)
             if (name.argument != arguments[i])
                 continue;
             if (name.mode != Mode::import_only)
-                return {name.mode, {}};
+                return {name.mode, {}, 0};
             if (i + 1 == arguments.size())
-                return {Mode::import_only_without_folder, {}};
-            return {name.mode, arguments[i + 1]};
+                return {Mode::import_only_without_folder, {}, 0};
+            return {name.mode, arguments[i + 1], i + 1};
         }
     }
     return {};

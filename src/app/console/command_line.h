@@ -20,7 +20,8 @@ enum class Mode {
 /// What the command line asks for.
 struct Command {
     Mode mode = Mode::graphical;
-    QByteArray folder; ///< of `import_only`, in the local 8-bit encoding
+    QByteArray folder;    ///< of `import_only`, in the local 8-bit encoding
+    size_t folder_at = 0; ///< among the arguments behind the program's name
 };
 
 /// Walks the arguments behind the program's name: the first one that names a mode decides, and one

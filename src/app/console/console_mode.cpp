@@ -1,5 +1,7 @@
 #include "app/console/console_mode.h"
 
+#include "platform/log/error_stream.h"
+
 #include <exception>
 
 namespace tally::app {
@@ -13,7 +15,7 @@ int run_console_mode(const QString &log_file, const std::function<void(RunLog &)
     } catch (const TestFailure &failure) {
         log.line(QStringLiteral("FAIL: %1").arg(failure.text));
     } catch (const std::exception &failure) {
-        log.line(QStringLiteral("EXCEPTION: %1").arg(QString::fromLocal8Bit(failure.what())));
+        log.line(QStringLiteral("EXCEPTION: %1").arg(platform::text_of(failure)));
     }
     return failed;
 }

@@ -1,22 +1,20 @@
 #include "app/console/run_log.h"
 
 #include "platform/files/whole_file.h"
-
-#include <cstdio>
+#include "platform/log/error_stream.h"
 
 namespace tally::app {
 
 RunLog::~RunLog()
 {
     if (const auto failure = platform::write_whole_file(path_, text_.toUtf8()))
-        std::fprintf(stderr, "%s: %s\n", path_.toLocal8Bit().constData(),
-                     failure->toLocal8Bit().constData());
+        platform::print_line(path_ + QStringLiteral(": ") + *failure);
 }
 
 void RunLog::line(const QString &text)
 {
     text_ += text + u'\n';
-    std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
+    platform::print_line(text);
 }
 
 } // namespace tally::app

@@ -11,6 +11,7 @@
 #include "platform/host/system_host.h"
 #include "platform/host/window_session.h"
 #include "platform/identity.h"
+#include "platform/log/error_stream.h"
 #include "platform/log/process_log.h"
 #include "platform/paths/data_folders.h"
 #include "platform/updater/backups.h"
@@ -57,7 +58,7 @@ bool open_store(data::TallyDb &db)
         return true;
     } catch (const std::exception &failure) {
         platform::ProcessLog::line(
-            QStringLiteral("init_schema failed: %1").arg(QString::fromLocal8Bit(failure.what())));
+            QStringLiteral("init_schema failed: %1").arg(platform::text_of(failure)));
         return false;
     }
 }
@@ -120,6 +121,7 @@ int run_graphical(int argc, char *argv[])
 
     platform::prefer_x11_platform();
     QApplication application(argc, argv);
+    QApplication::setStyle(ui::base_style());
     name_application();
     const InterruptWatch interrupts(nullptr);
     QApplication::setWindowIcon(ui::logo());

@@ -13,6 +13,7 @@
 #include "data/mail/trial_report.h"
 #include "data/store/tally_db.h"
 #include "platform/files/exact_files.h"
+#include "platform/log/error_stream.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -126,7 +127,7 @@ Examination examine(MailFile &mail, ReportKinds known, TallyDb &db)
         } catch (const OversizedMail &refusal) {
             log_refusal(mail.name(), refusal); // and it will not shrink: no failure to try again
         } catch (const std::exception &failure) {
-            result.failure = QString::fromLocal8Bit(failure.what());
+            result.failure = platform::text_of(failure);
         }
     }
     return result;
@@ -221,7 +222,7 @@ ImportStats import_dir(const QString &dir, const QString &raw_dir, TallyDb &db,
                 stats.trouble.add(name, *mail.failure);
         } catch (const std::exception &failure) {
             ++stats.errors;
-            stats.trouble.add(name, QString::fromLocal8Bit(failure.what()));
+            stats.trouble.add(name, platform::text_of(failure));
         } catch (...) {
             ++stats.errors;
             stats.trouble.add(name, QStringLiteral("unknown failure"));

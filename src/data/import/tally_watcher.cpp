@@ -3,6 +3,7 @@
 #include "data/import/import_pipeline.h"
 #include "data/import/mail_folder.h"
 #include "platform/files/exact_files.h"
+#include "platform/log/error_stream.h"
 
 #include <QDir>
 
@@ -75,7 +76,7 @@ int TallyWatcher::import_all(const QStringList &names, ImportTrouble &trouble)
             if (mail.failure)
                 trouble.add(name, *mail.failure);
         } catch (const std::exception &failure) {
-            const QString reason = QString::fromLocal8Bit(failure.what());
+            const QString reason = platform::text_of(failure);
             trouble.add(name, reason);
             Q_EMIT errorOccurred(QStringLiteral("%1: %2").arg(name, reason));
         }

@@ -35,7 +35,7 @@ FolderListing list_folder(const QString &dir)
         return {{}, qt_error_string()};
     if (search != INVALID_HANDLE_VALUE)
         FindClose(search);
-    return {QDir(dir).entryList(QDir::Files | QDir::NoSymLinks, QDir::Name), {}};
+    return {QDir(dir).entryList(QDir::Files | QDir::Hidden | QDir::NoSymLinks, QDir::Name), {}};
 }
 
 std::optional<FileStamp> file_stamp(const QString &path)

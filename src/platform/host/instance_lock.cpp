@@ -1,6 +1,6 @@
 #include "platform/host/instance_lock.h"
 
-#include <cstdio>
+#include "platform/log/error_stream.h"
 
 namespace tally::platform {
 
@@ -14,15 +14,16 @@ InstanceClaim claim_single_instance(Host &host)
         case LockOutcome::Taken:
             return InstanceClaim::Only;
         case LockOutcome::Failed:
-            std::fprintf(stderr, "[main] %s failed (err=%lu) — allowing launch\n",
-                         attempt.mechanism, attempt.error);
+            print_line(QStringLiteral("[main] %1 failed (err=%2) — allowing launch")
+                           .arg(QLatin1StringView(attempt.mechanism))
+                           .arg(attempt.error));
             return InstanceClaim::Unguarded;
         case LockOutcome::HeldElsewhere:
             host.pause(between_tries);
             break;
         }
     }
-    std::fputs("[main] another live instance holds the singleton mutex — exiting\n", stderr);
+    print_line(QStringLiteral("[main] another live instance holds the singleton mutex — exiting"));
     return InstanceClaim::Refused;
 }
 

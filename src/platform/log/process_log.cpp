@@ -1,6 +1,7 @@
 #include "platform/log/process_log.h"
 
 #include "platform/identity.h"
+#include "platform/log/error_stream.h"
 #include "platform/paths/data_folders.h"
 
 #include <QDateTime>
@@ -43,11 +44,6 @@ QString dated(QString text)
            text.replace(u'\n', QStringLiteral("\n    "));
 }
 
-void echo_line(std::FILE *stream, const QString &text)
-{
-    static_cast<void>(std::fputs((text + u'\n').toLocal8Bit().constData(), stream));
-}
-
 } // namespace
 
 ProcessLog::ProcessLog(const ProcessLogOptions &options)
@@ -82,13 +78,13 @@ void ProcessLog::on_message(QtMsgType type, const QMessageLogContext &context, c
 void ProcessLog::write(const QString &echoed, const QString &filed)
 {
     if (is_writing)
-        return echo_line(stderr, echoed);
+        return print_line(echoed);
 
     const std::scoped_lock lock(mutex);
     if (living == nullptr)
-        return echo_line(stderr, echoed);
+        return print_line(echoed);
     is_writing = true;
-    echo_line(living->echo_, echoed);
+    print_line(echoed, living->echo_);
     living->file_.append((dated(filed) + u'\n').toUtf8());
     is_writing = false;
 }

@@ -1,5 +1,7 @@
 #include "ui/parts/emoji_style.h"
 
+#include "ui/parts/theme.h"
+
 #include <QFontDatabase>
 #include <QPainter>
 #include <QTextLayout>
@@ -14,8 +16,13 @@ constexpr QChar as_emoji(0xfe0f);
 QString emoji_family()
 {
     const QStringList installed = QFontDatabase::families();
+#ifdef Q_OS_WIN
+    // What draws text there cannot draw the pictures that Noto's characters are.
+    const QStringList known = {QStringLiteral("Segoe UI Emoji")};
+#else
     const QStringList known = {QStringLiteral("Noto Color Emoji"),
                                QStringLiteral("Segoe UI Emoji")};
+#endif
     const auto found =
         std::find_if(known.begin(), known.end(),
                      [&installed](const QString &family) { return installed.contains(family); });
@@ -37,7 +44,7 @@ QList<QTextLayout::FormatRange> emoji_ranges(const QString &text, const QString 
 
 } // namespace
 
-EmojiStyle::EmojiStyle() : family_(emoji_family()) {}
+EmojiStyle::EmojiStyle() : QProxyStyle(base_style()), family_(emoji_family()) {}
 
 void EmojiStyle::drawItemText(QPainter *painter, const QRect &rect, int flags,
                               const QPalette &palette, bool enabled, const QString &text,

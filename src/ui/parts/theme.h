@@ -14,6 +14,11 @@ int theme_from_name(const QString &name);
 /// "light" for 1, "dark" for everything else.
 QString theme_name(int theme);
 QString theme_stylesheet(int theme);
+/// The style beneath the sheet, the same on every system, so that there is one look to look after.
+inline QString base_style()
+{
+    return QStringLiteral("fusion");
+}
 /// Sets the theme's sheet and, after it, what `theme_additions` adds. Does nothing without an
 /// application.
 void apply_to_app(QApplication *app, int theme);
