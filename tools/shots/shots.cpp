@@ -87,7 +87,8 @@ QPixmap modal(const std::function<void()> &show)
 void take_pages(const Album &album, ui::MainWindow &window)
 {
     ui::ReportTabs &pages = window.tabs();
-    constexpr std::array names = {"chains", "trials", "forts", "keep"};
+    constexpr std::array names = {"chains", "trials",      "forts",          "keep",
+                                  "field",  "field-rally", "field-garrison", "field-favorites"};
     for (int page = 0; page < pages.count(); ++page) {
         pages.setCurrentIndex(page);
         QEventLoop answers;
@@ -101,6 +102,7 @@ void take_all(const Album &album, tools::SampleStore &store)
 {
     queries::StoreQueries queries(store.db());
     Settings settings(store.db());
+    settings.set(settings::field_fights_beta_notice_shown, true); // it would stand over the pages
     platform::FakeHost host;
     ui::MainWindow window({.db = store.db(),
                            .queries = queries,

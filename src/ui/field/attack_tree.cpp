@@ -92,6 +92,9 @@ AttackTree::AttackTree(const QString &export_name, QWidget *parent) : QTreeWidge
     header()->setSectionResizeMode(QHeaderView::Interactive);
     header()->setStretchLastSection(true);
     header()->setSectionsMovable(true);
+    // The narrow columns have no room for the theme's padding beside their titles.
+    setStyleSheet(QStringLiteral("QTreeWidget::item { padding: 2px 0; } "
+                                 "QHeaderView::section { padding: 6px 2px; }"));
     setAlternatingRowColors(true);
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::ExtendedSelection);

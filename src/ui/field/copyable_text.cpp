@@ -4,6 +4,7 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QLabel>
+#include <QMimeData>
 #include <QTextDocument>
 #include <QWheelEvent>
 
@@ -15,12 +16,22 @@ namespace {
 constexpr Qt::TextInteractionFlags copyable =
     Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard;
 
+constexpr QChar break_here(0x200b);
+constexpr QChar no_break_here(0x2060);
+
+QString with_breaks(QString text)
+{
+    text.replace(u':', QString(u':') + no_break_here);
+    return text.replace(u';', QString(u';') + break_here);
+}
+
 } // namespace
 
 QLabel *copyable_label(const QString &text, const QString &style)
 {
     QLabel *label = plain_label(text, style);
     label->setTextInteractionFlags(copyable);
+    label->setIndent(0); // a margin in the style would make one
     return label;
 }
 
@@ -39,9 +50,20 @@ CopyableText::CopyableText(const QString &text, const QString &style, QWidget *p
     setReadOnly(true);
     setTextInteractionFlags(copyable);
     document()->setDocumentMargin(0);
-    setPlainText(text);
+    setPlainText(with_breaks(text));
     connect(document()->documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged, this,
             &CopyableText::fit_height);
+}
+
+QMimeData *CopyableText::createMimeDataFromSelection() const
+{
+    auto *copied = new QMimeData;
+    copied->setText(textCursor()
+                        .selectedText()
+                        .replace(QChar::ParagraphSeparator, u'\n')
+                        .remove(break_here)
+                        .remove(no_break_here));
+    return copied;
 }
 
 void CopyableText::resizeEvent(QResizeEvent *event)

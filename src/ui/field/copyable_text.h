@@ -3,14 +3,15 @@
 #include <QTextEdit>
 
 class QLabel;
+class QMimeData;
 
 namespace tally::ui {
 
 /// A label whose text can be selected and copied; without a parent.
 QLabel *copyable_label(const QString &text, const QString &style);
 
-/// A longer text that can be selected and copied, as high as it needs to be. It wraps wherever it
-/// must: a label breaks between words only, and equipment comes as one word.
+/// A longer text that can be selected and copied, as high as it needs to be. It wraps behind
+/// semicolons and wherever it must: a label breaks between words only, and equipment comes as one.
 class CopyableText : public QTextEdit {
     Q_OBJECT
 
@@ -19,6 +20,7 @@ public:
     CopyableText(const QString &text, const QString &style, QWidget *parent = nullptr);
 
 protected:
+    QMimeData *createMimeDataFromSelection() const override;
     void resizeEvent(QResizeEvent *event) override;
     /// What it stands in is what scrolls.
     void wheelEvent(QWheelEvent *event) override;
