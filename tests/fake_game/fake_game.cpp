@@ -77,6 +77,8 @@ void obey_input(FakeWindow &window, char *roll, std::size_t size)
     while (std::getline(std::cin, command)) {
         if (command == "close")
             window.close();
+        else if (command == "full" || command == "window")
+            window.set_full_screen(command == "full");
         else if (command == "hole")
             punch_hole(roll, size);
         std::cout << "done" << std::endl;
