@@ -53,6 +53,7 @@ constexpr Definition slice_tables[] = {
 constexpr Definition slice_indexes[] = {
     {"idx_slices_file", "chain_slices(file_name, chain_start_time, chain_end_time)"},
     {"idx_slices_time", "chain_slices(COALESCE(chain_start_time, file_mtime))"},
+    {"idx_slices_mail", "chain_slices(COALESCE(file_mtime, chain_end_time, chain_start_time))"},
 };
 
 /// Deletes what is known of a chain the first time that one of its rows changes. `chain` is its
@@ -105,10 +106,6 @@ std::vector<SchemaObject> slice_schema()
                        QStringLiteral("CREATE TABLE report_changes (id INTEGER "
                                       "PRIMARY KEY CHECK (id = 1), "
                                       "count INTEGER NOT NULL)")});
-    for (const auto &[name, definition] : slice_indexes)
-        objects.push_back({"INDEX", QString::fromLatin1(name),
-                           QStringLiteral("CREATE INDEX %1 ON %2")
-                               .arg(QLatin1StringView(name), QLatin1StringView(definition))});
     for (const QString &table : {QStringLiteral("reports"), QStringLiteral("loot")}) {
         for (const auto &[name_text, event, chain, condition] : row_changes) {
             const auto with_table = [&table](const char *text) {
@@ -122,6 +119,16 @@ std::vector<SchemaObject> slice_schema()
                                    stale_trigger_body(with_table(chain), with_table(condition))});
         }
     }
+    return objects;
+}
+
+std::vector<SchemaObject> slice_index_schema()
+{
+    std::vector<SchemaObject> objects;
+    for (const auto &[name, definition] : slice_indexes)
+        objects.push_back({"INDEX", QString::fromLatin1(name),
+                           QStringLiteral("CREATE INDEX %1 ON %2")
+                               .arg(QLatin1StringView(name), QLatin1StringView(definition))});
     return objects;
 }
 
@@ -178,19 +185,23 @@ void make(const StoreConnection &store, const std::vector<SchemaObject> &objects
 bool has_derived_schema(const StoreConnection &store)
 {
     const StoredSchema stored = stored_schema(store);
-    return is_as_built(stored, slice_schema()) && is_as_built(stored, counting_schema());
+    return is_as_built(stored, slice_schema()) && is_as_built(stored, slice_index_schema()) &&
+           is_as_built(stored, counting_schema());
 }
 
 void make_derived_schema(const StoreConnection &store)
 {
-    const StoredSchema stored = stored_schema(store);
+    StoredSchema stored = stored_schema(store);
     // A table that was dropped took its triggers along, and another build packs differently.
     if (const auto objects = slice_schema(); !is_as_built(stored, objects)) {
         make(store, objects);
         store.exec(QStringLiteral("INSERT INTO main.report_changes VALUES (1, 0)"));
         store.exec(QStringLiteral("INSERT INTO main.stale_chains SELECT DISTINCT file_name "
                                   "FROM reports"));
+        stored = stored_schema(store); // the indexes went with their table
     }
+    if (const auto objects = slice_index_schema(); !is_as_built(stored, objects))
+        make(store, objects);
     if (const auto objects = counting_schema(); !is_as_built(stored, objects))
         make(store, objects);
 }
