@@ -32,6 +32,8 @@ inline constexpr Setting<int> overlay_pin_off_y{"overlay_pin_off_y", 80, leftmos
 inline constexpr Setting<QString> overlay_pin_target_exe{"overlay_pin_target_exe"};
 inline constexpr Setting<int> overlay_x{"overlay_x", 80, leftmost, rightmost};
 inline constexpr Setting<int> overlay_y{"overlay_y", 80, leftmost, rightmost};
+/// Whether the mouse reaches what lies below the overlay.
+inline constexpr Setting<bool> overlay_click_through{"overlay_click_through", false};
 
 // The honor tracker's overlay, likewise.
 inline constexpr Setting<bool> honor_tracker_visible{"honor_tracker_visible", true};
@@ -45,6 +47,7 @@ inline constexpr Setting<int> honor_tracker_pin_off_y{"honor_tracker_pin_off_y",
 inline constexpr Setting<QString> honor_tracker_pin_target_exe{"honor_tracker_pin_target_exe"};
 inline constexpr Setting<int> honor_tracker_x{"honor_tracker_x", 200, leftmost, rightmost};
 inline constexpr Setting<int> honor_tracker_y{"honor_tracker_y", 150, leftmost, rightmost};
+inline constexpr Setting<bool> honor_tracker_click_through{"honor_tracker_click_through", false};
 /// Executable of the game whose memory is read. The program never writes it.
 inline constexpr Setting<QString> honor_tracker_target_exe{"honor_tracker_target_exe"};
 

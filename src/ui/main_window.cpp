@@ -10,6 +10,7 @@
 #include "ui/items/item_pictures.h"
 #include "ui/keep/barbarian_keep_tab.h"
 #include "ui/lost_store_notice.h"
+#include "ui/overlay/overlay_window.h"
 #include "ui/parts/plain_label.h"
 #include "ui/parts/theme.h"
 #include "ui/parts/window_bounds.h"
@@ -58,6 +59,7 @@ MainWindow::MainWindow(const Surroundings &around, QWidget *parent, const Window
 
 MainWindow::~MainWindow()
 {
+    delete overlay_;
     request_end();
     if (wait_until(leaving_.value_or(QDeadlineTimer(setup_.exit_deadline))))
         return;
@@ -81,9 +83,8 @@ bool MainWindow::wait_until(QDeadlineTimer deadline)
 
 void MainWindow::build_tabs()
 {
-    constexpr double barbarians = 1.0;
     tabs_ = new ReportTabs(this);
-    chain_tab_ = new ChainTrackerTab(around_, barbarians, tabs_);
+    chain_tab_ = new ChainTrackerTab(around_, barbarian_btype, tabs_);
     tabs_->add(chain_tab_, QStringLiteral("⚔️ Chain Tracker"));
     auto *queries = &around_.queries;
     const QString &icons = around_.icon_dir;
@@ -113,6 +114,8 @@ void MainWindow::connect_chain()
     connect(chain_.get(), &StartUpChain::referenceDataChanged, this, forget_item_pictures);
     connect(chain_.get(), &StartUpChain::shownDataChanged, this, &MainWindow::refresh_all_tabs);
     connect(chain_.get(), &StartUpChain::refreshDone, this, &MainWindow::start_tray);
+    connect(chain_.get(), &StartUpChain::refreshDone, this, &MainWindow::open_remembered_overlays);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::keep_overlays_remembered);
 }
 
 void MainWindow::watch_store()
@@ -184,6 +187,7 @@ void MainWindow::request_exit()
         QTimer::singleShot(setup_.exit_deadline, qApp, setup_.hard_exit);
     }
     request_end();
+    keep_overlays_remembered();
     // What is modal keeps the window from closing.
     for (QWidget *modal = QApplication::activeModalWidget(); modal && modal != this;) {
         modal->close();

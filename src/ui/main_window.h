@@ -1,12 +1,13 @@
 #pragma once
 
 #include "queries/asker.h"
-#include "ui/chains/chain_filter.h"
+#include "ui/overlay/overlay_source.h"
 #include "ui/parts/surroundings.h"
 #include "ui/window_setup.h"
 
 #include <QDeadlineTimer>
 #include <QMainWindow>
+#include <QPointer>
 
 #include <atomic>
 #include <memory>
@@ -27,13 +28,17 @@ struct MailImport;
 namespace tally::ui {
 
 class ChainTrackerTab;
+class OverlayWindow;
 class ReportTabs;
 class StartUpChain;
 class TrayManager;
 
+/// The npc base type whose chains are shown.
+inline constexpr double barbarian_btype = 1.0;
+
 /// The program's one main window: menus, status bar, the pages of reports and the ways to import
 /// mails by hand. What runs by itself behind it is the `StartUpChain`.
-class MainWindow : public QMainWindow {
+class MainWindow : public QMainWindow, private OverlaySource {
     Q_OBJECT
 
 public:
@@ -50,8 +55,8 @@ public:
     /// 0 is dark, 1 is light; applied and stored.
     void apply_theme(int theme);
     /// What the page of chains shows; empty while there is none.
-    std::optional<ChainFilter> current_chain_filter() const;
-    QString current_tab_title() const;
+    std::optional<ChainFilter> current_chain_filter() const override;
+    QString current_tab_title() const override;
     /// In front of other windows, with the keyboard.
     void bring_to_front();
 
@@ -72,6 +77,8 @@ private Q_SLOTS:
     void on_open_settings();
     void on_theme_dark();
     void on_theme_light();
+    void on_toggle_overlay(bool show);
+    void on_overlay_closed();
 
 private:
     void build_menus();
@@ -86,6 +93,9 @@ private:
     void connect_tray(TrayManager *tray);
     /// Hides the window; the tray brings it back.
     void go_on_in_tray();
+    void open_remembered_overlays();
+    /// Those that stand open now come back at the next start, whatever closes them.
+    void keep_overlays_remembered();
     void watch_store();
     /// Asks all threads behind the window to end; does not wait.
     void request_end();
@@ -109,7 +119,8 @@ private:
     ChainTrackerTab *chain_tab_ = nullptr;
     services::KeepCooldownService *keep_service_ = nullptr;
     QAction *overlay_action_ = nullptr;
-    TrayManager *tray_ = nullptr; ///< null where the system has no tray
+    QPointer<OverlayWindow> overlay_; ///< null while there is none
+    TrayManager *tray_ = nullptr;     ///< null where the system has no tray
     std::unique_ptr<StartUpChain> chain_;
     std::unique_ptr<QEventLoopLocker> in_tray_; ///< while the window is hidden there
     bool importing_ = false;

@@ -54,9 +54,10 @@ void MainWindow::build_view_menu()
 {
     QMenu *view = menuBar()->addMenu(QStringLiteral("&View"));
     view->setToolTipsVisible(true);
-    overlay_action_ = add_coming_entry(*view, QStringLiteral("Show &Overlay"),
-                                       QKeySequence(QStringLiteral("Ctrl+O")));
+    overlay_action_ = view->addAction(QStringLiteral("Show &Overlay"));
+    overlay_action_->setShortcut(QKeySequence(QStringLiteral("Ctrl+O")));
     overlay_action_->setCheckable(true);
+    connect(overlay_action_, &QAction::toggled, this, &MainWindow::on_toggle_overlay);
     add_overlay_options(*view, around_.settings);
     view->addSeparator();
     add_coming_entry(*view, QStringLiteral("Honor &Tracker"),

@@ -2,6 +2,7 @@
 
 #include "album.h"
 #include "platform/host/fake/fake_host.h"
+#include "overlay_shots.h"
 #include "platform/identity.h"
 #include "queries/store_queries.h"
 #include "report_shots.h"
@@ -215,5 +216,6 @@ int main(int argc, char *argv[])
         tools::take_first_start(album);
         tools::take_selector(album);
         album.add(QStringLiteral("rounds"), round_overview_shot());
+        tools::take_overlays(album, store);
     }
 }

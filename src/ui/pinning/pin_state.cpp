@@ -27,7 +27,7 @@ PinState::PinState(platform::Host &host, const PinPolicy &policy, Settings &sett
 
 WindowHandle PinState::find_target()
 {
-    const auto windows = platform::find_game_windows(host_);
+    const auto windows = game_windows();
     const platform::GameWindowInfo *found = platform::pick_game_window(windows, target_exe_);
     return found != nullptr ? found->hwnd : platform::no_window;
 }
@@ -91,7 +91,7 @@ QList<platform::GameWindowInfo> PinState::windows_to_choose_from()
 {
     if (!target_exe_.isEmpty())
         return {};
-    const auto windows = platform::find_game_windows(host_);
+    const auto windows = game_windows();
     return windows.size() > 1 ? windows : QList<platform::GameWindowInfo>{};
 }
 

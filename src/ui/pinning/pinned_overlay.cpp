@@ -1,7 +1,10 @@
 #include "ui/pinning/pinned_overlay.h"
 
 #include "ui/pinning/game_window_selector.h"
+#include "ui/pinning/setting_menus.h"
 
+#include <QAction>
+#include <QMenu>
 #include <QPointer>
 #include <QScreen>
 #include <QTimer>
@@ -9,6 +12,30 @@
 #include <QWindow>
 
 namespace tally::ui {
+namespace {
+
+/// Widget and window are told apart: the widget itself would be hidden and made anew.
+void set_click_through(QWidget &overlay, bool on)
+{
+    overlay.overrideWindowFlags(overlay.windowFlags().setFlag(Qt::WindowTransparentForInput, on));
+    if (QWindow *native = overlay.windowHandle())
+        native->setFlag(Qt::WindowTransparentForInput, on);
+}
+
+} // namespace
+
+void make_overlay(QWidget &overlay, double opacity)
+{
+    overlay.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    overlay.setAttribute(Qt::WA_ShowWithoutActivating);
+    overlay.setWindowOpacity(opacity);
+}
+
+void follow_click_through(QWidget &overlay, Settings &settings, const Setting<bool> &setting)
+{
+    set_click_through(overlay, settings.get(setting));
+    settings.on_change(setting, &overlay, [&overlay](bool on) { set_click_through(overlay, on); });
+}
 
 OverlayView overlay_view(const QWidget &overlay)
 {
@@ -22,10 +49,8 @@ void apply_pin_step(const PinStep &step, QWidget &overlay)
 {
     if (step.visibility == PinStep::Visibility::Hide)
         overlay.hide();
-    if (step.visibility == PinStep::Visibility::Show) {
-        overlay.setAttribute(Qt::WA_ShowWithoutActivating);
+    if (step.visibility == PinStep::Visibility::Show)
         overlay.show();
-    }
     if (step.move_to)
         overlay.move(step.move_to->x, step.move_to->y);
 }
@@ -58,6 +83,16 @@ void set_overlay_pinned(PinState &pin, bool pinned, QWidget &overlay, QTimer &pi
         return;
     pin.anchor_here(overlay_view(overlay));
     pin_timer.start(pin_interval_ms);
+}
+
+void add_pin_actions(QMenu &menu, PinState &pin, Settings &settings, QWidget &overlay)
+{
+    add_pin_switch(menu, settings, pin.keys().pinned);
+    QAction *select = menu.addAction(QStringLiteral("Select game window..."));
+    const auto windows = pin.game_windows();
+    select->setEnabled(windows.size() > 1);
+    QObject::connect(select, &QAction::triggered, &overlay,
+                     [&pin, windows, &overlay] { select_game_window(pin, windows, overlay); });
 }
 
 } // namespace tally::ui
