@@ -17,7 +17,7 @@
 namespace tally::tools {
 namespace {
 
-class WholeDay : public ui::OverlaySource {
+class WholeDay final : public ui::OverlaySource {
 public:
     std::optional<ui::ChainFilter> current_chain_filter() const override
     {

@@ -94,7 +94,7 @@ QBoxLayout *OverlayContent::add_line(int spacing)
 
 void OverlayContent::add_row(const QString &key, const QString &label, const QString &colour)
 {
-    QBoxLayout *row = add_line(-1);
+    QBoxLayout *row = add_line(8);
     row->addWidget(plain_label(label + u':', look_.row_caption(colour)));
     row->addStretch();
     row->addWidget(new_value(key, QStringLiteral("—")));
@@ -102,7 +102,9 @@ void OverlayContent::add_row(const QString &key, const QString &label, const QSt
 
 void OverlayContent::add_section(const QString &title)
 {
-    lines_->addWidget(plain_label(title, look_.section()));
+    QLabel *header = plain_label(title, look_.section());
+    header->setIndent(0); // a padding in the style would bring one along
+    lines_->addWidget(header);
 }
 
 void OverlayContent::add_icon_tile(QBoxLayout &line, const QString &key, const QString &icon)

@@ -125,6 +125,7 @@ void OverlayWindow::rebuild()
     }
     content_ = new OverlayContent(mode_, look_, around_.icon_dir);
     layout()->addWidget(content_);
+    content_->show(); // in a window that is shown a layout would do so too late for its size
     show_answer();
     for (QWidget *widget : {static_cast<QWidget *>(content_), static_cast<QWidget *>(this)}) {
         widget->setMinimumSize(0, 0);
@@ -145,7 +146,7 @@ void OverlayWindow::refresh_data()
     const ChainFilter filter = present_filter();
     content_->show_filter(
         overlay_filter_text(filter, source_ ? source_->current_tab_title() : QString()));
-    grow_to_content();
+    fit_height();
     try {
         const Question question{
             around_.db.question(filter.btype, filter.from, filter.to, filter.player),
@@ -170,7 +171,7 @@ void OverlayWindow::ask(const Question &question)
         [this](Answer answer) {
             answer_ = std::move(answer);
             show_answer();
-            grow_to_content();
+            fit_height();
         },
         [this](const QString &) { asked_.reset(); });
 }
@@ -184,14 +185,13 @@ void OverlayWindow::show_answer()
             }));
 }
 
-void OverlayWindow::grow_to_content()
+void OverlayWindow::fit_height()
 {
+    content_->layout()->activate(); // which tells the layout around it
     if (!layout()->hasHeightForWidth())
         return;
     layout()->activate();
-    const int wanted = layout()->totalHeightForWidth(width());
-    if (height() < wanted)
-        resize(width(), wanted);
+    resize(width(), layout()->totalHeightForWidth(width()));
 }
 
 void OverlayWindow::pin_tick()

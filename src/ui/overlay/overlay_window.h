@@ -76,8 +76,8 @@ private:
     ChainFilter present_filter() const;
     void ask(const Question &question);
     void show_answer();
-    /// A label that wraps asks for its height only when its width is known.
-    void grow_to_content();
+    /// A text that wraps is as high as the width leaves it.
+    void fit_height();
 
     Surroundings around_;
     const OverlaySource *source_;
