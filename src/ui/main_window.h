@@ -17,6 +17,11 @@ class QAction;
 class QEventLoopLocker;
 class QUrl;
 
+namespace tally::honor {
+class HonorSummaryOverlay;
+class HonorSummaryService;
+} // namespace tally::honor
+
 namespace tally::services {
 class KeepCooldownService;
 }
@@ -79,6 +84,8 @@ private Q_SLOTS:
     void on_theme_light();
     void on_toggle_overlay(bool show);
     void on_overlay_closed();
+    void on_toggle_honor_tracker(bool show);
+    void on_honor_overlay_closed();
 
 private:
     void build_menus();
@@ -88,6 +95,9 @@ private:
     void build_status_bar();
     void build_tabs();
     void connect_chain();
+    void make_honor_service();
+    /// A tracker that found too few reports looks again.
+    void let_honor_tracker_begin();
     void start_keep_service();
     void start_tray();
     void connect_tray(TrayManager *tray);
@@ -117,10 +127,13 @@ private:
     WindowSetup setup_;
     ReportTabs *tabs_ = nullptr;
     ChainTrackerTab *chain_tab_ = nullptr;
+    honor::HonorSummaryService *honor_service_ = nullptr;
     services::KeepCooldownService *keep_service_ = nullptr;
     QAction *overlay_action_ = nullptr;
     QPointer<OverlayWindow> overlay_; ///< null while there is none
-    TrayManager *tray_ = nullptr;     ///< null where the system has no tray
+    QAction *honor_action_ = nullptr;
+    QPointer<honor::HonorSummaryOverlay> honor_overlay_; ///< null while there is none
+    TrayManager *tray_ = nullptr;                        ///< null where the system has no tray
     std::unique_ptr<StartUpChain> chain_;
     std::unique_ptr<QEventLoopLocker> in_tray_; ///< while the window is hidden there
     bool importing_ = false;

@@ -30,6 +30,8 @@ protected:
     {
         if (!session->running())
             GTEST_SKIP() << "Xvfb cannot be started";
+        platform::X11Host host{display()};
+        ASSERT_TRUE(game_has_left(host)) << "that of the test before";
     }
 
     static honor::GameMemoryReader reader_on(platform::Host &host)
