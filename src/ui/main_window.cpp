@@ -1,5 +1,6 @@
 #include "ui/main_window.h"
 
+#include "honor/honor_summary_service.h"
 #include "platform/identity.h"
 #include "platform/log/error_stream.h"
 #include "queries/store_queries.h"
@@ -9,6 +10,7 @@
 #include "ui/chains/chain_tracker_tab.h"
 #include "ui/field/field_fights_tab.h"
 #include "ui/forts/fort_rally_tab.h"
+#include "ui/honor/honor_summary_overlay.h"
 #include "ui/items/item_pictures.h"
 #include "ui/keep/barbarian_keep_tab.h"
 #include "ui/lost_store_notice.h"
@@ -47,6 +49,7 @@ MainWindow::MainWindow(const Surroundings &around, QWidget *parent, const Window
         QStringLiteral("%1 %2").arg(platform::application_name, platform::application_version));
     resize(1400, 900);
     setAcceptDrops(true);
+    make_honor_service();
     start_keep_service();
     new WindowBounds(this);
     build_menus();
@@ -63,6 +66,7 @@ MainWindow::MainWindow(const Surroundings &around, QWidget *parent, const Window
 MainWindow::~MainWindow()
 {
     delete overlay_;
+    delete honor_overlay_;
     request_end();
     if (wait_until(leaving_.value_or(QDeadlineTimer(setup_.exit_deadline))))
         return;
@@ -75,6 +79,7 @@ void MainWindow::request_end()
 {
     cancel_import_ = true;
     around_.queries.request_end();
+    honor_service_->request_end();
     chain_->request_end();
     request_end_of_updates();
 }
@@ -83,7 +88,9 @@ bool MainWindow::wait_until(QDeadlineTimer deadline)
 {
     const bool chain_has_ended = chain_->wait_until(deadline);
     const bool updates_have_ended = wait_for_updates(deadline);
-    return around_.queries.wait_until(deadline) && chain_has_ended && updates_have_ended;
+    const bool honor_has_ended = honor_service_->wait_until(deadline);
+    return around_.queries.wait_until(deadline) && chain_has_ended && updates_have_ended &&
+           honor_has_ended;
 }
 
 void MainWindow::build_tabs()
@@ -159,6 +166,7 @@ void MainWindow::run_post_startup()
 void MainWindow::refresh_all_tabs()
 {
     tabs_->refresh_all();
+    let_honor_tracker_begin();
 }
 
 void MainWindow::build_status_bar()

@@ -19,6 +19,11 @@ class QMenu;
 class QTimer;
 class QUrl;
 
+namespace tally::honor {
+class HonorSummaryOverlay;
+class HonorSummaryService;
+} // namespace tally::honor
+
 namespace tally::services {
 class KeepCooldownService;
 }
@@ -91,6 +96,8 @@ private Q_SLOTS:
     void on_update_tick();
     void on_toggle_overlay(bool show);
     void on_overlay_closed();
+    void on_toggle_honor_tracker(bool show);
+    void on_honor_overlay_closed();
 
 private:
     void build_menus();
@@ -100,6 +107,9 @@ private:
     void build_status_bar();
     void build_tabs();
     void connect_chain();
+    void make_honor_service();
+    /// A tracker that found too few reports looks again.
+    void let_honor_tracker_begin();
     void start_keep_service();
     void start_tray();
     void add_update_entry(QMenu &menu);
@@ -136,10 +146,13 @@ private:
     WindowSetup setup_;
     ReportTabs *tabs_ = nullptr;
     ChainTrackerTab *chain_tab_ = nullptr;
+    honor::HonorSummaryService *honor_service_ = nullptr;
     services::KeepCooldownService *keep_service_ = nullptr;
     QAction *overlay_action_ = nullptr;
     QPointer<OverlayWindow> overlay_; ///< null while there is none
-    TrayManager *tray_ = nullptr;     ///< null where the system has no tray
+    QAction *honor_action_ = nullptr;
+    QPointer<honor::HonorSummaryOverlay> honor_overlay_; ///< null while there is none
+    TrayManager *tray_ = nullptr;                        ///< null where the system has no tray
     std::unique_ptr<StartUpChain> chain_;
     std::unique_ptr<QEventLoopLocker> in_tray_; ///< while the window is hidden there
     QTimer *update_timer_ = nullptr;            ///< null until the first check is due

@@ -63,9 +63,10 @@ void MainWindow::build_view_menu()
     connect(overlay_action_, &QAction::toggled, this, &MainWindow::on_toggle_overlay);
     add_overlay_options(*view, around_.settings);
     view->addSeparator();
-    add_coming_entry(*view, QStringLiteral("Honor &Tracker"),
-                     QKeySequence(QStringLiteral("Ctrl+H")))
-        ->setCheckable(true);
+    honor_action_ = view->addAction(QStringLiteral("Honor &Tracker"));
+    honor_action_->setShortcut(QKeySequence(QStringLiteral("Ctrl+H")));
+    honor_action_->setCheckable(true);
+    connect(honor_action_, &QAction::toggled, this, &MainWindow::on_toggle_honor_tracker);
     add_tracker_options(*view, around_.settings);
     view->addSeparator();
     connect(add_theme_menu(*view, around_.settings), &QMenu::triggered, this,

@@ -11,13 +11,10 @@
 #include "ui/pinning/pinned_overlay.h"
 
 #include <QContextMenuEvent>
-#include <QGuiApplication>
 #include <QMenu>
 #include <QMouseEvent>
-#include <QScreen>
 #include <QVBoxLayout>
 
-#include <algorithm>
 #include <utility>
 
 namespace tally::ui {
@@ -53,7 +50,7 @@ OverlayWindow::OverlayWindow(const Surroundings &around, const OverlaySource *so
     asker_.set_sight(queries::Sight::Seen); // the first figures are asked for before it is shown
     rebuild();
     move(pin_.free_position().x, pin_.free_position().y);
-    come_to_a_screen();
+    come_to_a_screen(*this);
     connect(&refresh_timer_, &QTimer::timeout, this, &OverlayWindow::refresh_data);
     connect(&pin_timer_, &QTimer::timeout, this, &OverlayWindow::pin_tick);
     refresh_timer_.start(refresh_interval_ms);
@@ -61,17 +58,6 @@ OverlayWindow::OverlayWindow(const Surroundings &around, const OverlaySource *so
         pin_timer_.start(pin_interval_ms);
     follow_settings();
     refresh_data();
-}
-
-/// The screen that it stood on may be gone.
-void OverlayWindow::come_to_a_screen()
-{
-    const auto screens = QGuiApplication::screens();
-    const bool is_on_one = std::ranges::any_of(screens, [this](const QScreen *screen) {
-        return screen->geometry().intersects(geometry());
-    });
-    if (!is_on_one && !screens.isEmpty())
-        move(QGuiApplication::primaryScreen()->availableGeometry().topLeft());
 }
 
 void OverlayWindow::follow_settings()

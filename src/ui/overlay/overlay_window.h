@@ -70,7 +70,6 @@ private:
         std::vector<data::LootStat> loot;
     };
 
-    void come_to_a_screen();
     void follow_settings();
     void rebuild();
     ChainFilter present_filter() const;

@@ -4,12 +4,15 @@
 #include "ui/pinning/setting_menus.h"
 
 #include <QAction>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QPointer>
 #include <QScreen>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
+
+#include <algorithm>
 
 namespace tally::ui {
 namespace {
@@ -35,6 +38,16 @@ void follow_click_through(QWidget &overlay, Settings &settings, const Setting<bo
 {
     set_click_through(overlay, settings.get(setting));
     settings.on_change(setting, &overlay, [&overlay](bool on) { set_click_through(overlay, on); });
+}
+
+void come_to_a_screen(QWidget &overlay)
+{
+    const auto screens = QGuiApplication::screens();
+    const bool is_on_one = std::ranges::any_of(screens, [&overlay](const QScreen *screen) {
+        return screen->geometry().intersects(overlay.geometry());
+    });
+    if (!is_on_one && !screens.isEmpty())
+        overlay.move(QGuiApplication::primaryScreen()->availableGeometry().topLeft());
 }
 
 OverlayView overlay_view(const QWidget &overlay)

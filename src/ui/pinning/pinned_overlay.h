@@ -22,6 +22,9 @@ void make_overlay(QWidget &overlay, double opacity);
 /// change. The window stays where it is, shown or hidden.
 void follow_click_through(QWidget &overlay, Settings &settings, const Setting<bool> &setting);
 
+/// Moves the overlay to where it can be seen if the screen that it stood on is gone.
+void come_to_a_screen(QWidget &overlay);
+
 OverlayView overlay_view(const QWidget &overlay);
 
 /// Shows, hides and moves the overlay as told. It never takes the focus.
