@@ -11,19 +11,6 @@
 #include <QUrl>
 
 namespace tally::ui {
-namespace {
-
-/// An entry whose window is still to be built: it says so instead of doing nothing.
-QAction *add_coming_entry(QMenu &menu, const QString &text, const QKeySequence &shortcut = {})
-{
-    QAction *action = menu.addAction(text);
-    action->setShortcut(shortcut);
-    action->setEnabled(false);
-    action->setToolTip(QStringLiteral("Not part of this version yet."));
-    return action;
-}
-
-} // namespace
 
 void MainWindow::build_menus()
 {
