@@ -18,6 +18,7 @@
 #include "ui/main_window.h"
 #include "ui/parts/theme.h"
 #include "ui/report_tabs.h"
+#include "update_shots.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -217,6 +218,7 @@ int main(int argc, char *argv[])
         take_all(album, store);
         tools::take_first_start(album);
         tools::take_selector(album);
+        tools::take_updates(album);
         album.add(QStringLiteral("rounds"), round_overview_shot());
         tools::take_overlays(album, store);
     }
