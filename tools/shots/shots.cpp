@@ -1,8 +1,8 @@
 // Pictures of every window in both themes. The scale is that of QT_SCALE_FACTOR.
 
 #include "album.h"
-#include "platform/host/fake/fake_host.h"
 #include "overlay_shots.h"
+#include "platform/host/fake/fake_host.h"
 #include "platform/identity.h"
 #include "queries/store_queries.h"
 #include "report_shots.h"
