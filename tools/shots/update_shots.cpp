@@ -4,7 +4,6 @@
 #include "data/store/tally_db.h"
 #include "ui/update/update_dialog.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QJsonObject>
@@ -48,7 +47,7 @@ public:
     }
     void take(const QString &name)
     {
-        QCoreApplication::sendPostedEvents();
+        // No events: the download would fail.
         album_.add(QStringLiteral("update-") + name, dialog_->grab());
     }
     /// Of the box over the dialog, which it closes.

@@ -1,9 +1,10 @@
 #include "platform/updater/download.h"
 
+#include "platform/files/whole_file.h"
+#include "platform/updater/sha256.h"
 #include "platform/updater/update_log.h"
 #include "platform/updater/version_record.h"
 
-#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -50,18 +51,13 @@ public:
     bool add(const QByteArray &bytes)
     {
         size_ += bytes.size();
-        hash_.addData(bytes);
+        hash_.add(bytes);
         return file_.write(bytes) == bytes.size();
     }
 
     qint64 size() const { return size_; }
-    QString error() const
-    {
-        return file_.error() == QFileDevice::NoError
-                   ? QStringLiteral("there is no room for all of it")
-                   : file_.errorString();
-    }
-    QString sha256() const { return QString::fromLatin1(hash_.result().toHex()); }
+    QString error() const { return write_trouble(file_); }
+    QString sha256() const { return hash_.hex(); }
 
     bool move_to(const QString &path)
     {
@@ -73,7 +69,7 @@ public:
 
 private:
     QFile file_;
-    QCryptographicHash hash_{QCryptographicHash::Sha256};
+    Sha256 hash_;
     qint64 size_ = 0;
     bool is_open_ = false;
     bool is_kept_ = false;
@@ -183,16 +179,16 @@ DownloadResult check_file(const QString &path, const QString &sha256, const Stop
 {
     constexpr qint64 piece = 1 << 20;
     QFile file(path);
-    QCryptographicHash hash(QCryptographicHash::Sha256);
+    Sha256 hash;
     if (!file.open(QIODevice::ReadOnly))
         return failure(QStringLiteral("The downloaded file is gone: %1").arg(file.errorString()));
     while (!file.atEnd() && !is_set(stop)) {
         const QByteArray bytes = file.read(piece);
         if (bytes.isEmpty())
             break;
-        hash.addData(bytes);
+        hash.add(bytes);
     }
-    if (QString::fromLatin1(hash.result().toHex()) != sha256.toLower())
+    if (hash.hex() != sha256.toLower())
         return failure(QStringLiteral("The downloaded file has changed since it came"));
     qCInfo(log_update).noquote() << "checked once more:" << path;
     return {.ok = true, .error = {}, .sha256 = sha256};

@@ -70,15 +70,27 @@ struct Run {
     QString spawn_error;
 };
 
+/// Not through a file that is flushed to the disk: behind a large download that takes its time, and
+/// the window waits. \return why it could not be written; empty if all of it was.
+QString write_script(const QString &path, const QByteArray &text)
+{
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered) &&
+        file.write(text) == text.size())
+        return {};
+    const QString trouble = write_trouble(file);
+    file.remove(); // half of it would be run as far as it goes
+    return trouble;
+}
+
 DownloadResult start(const Run &run, const InstallTools &tools)
 {
-    // Half a script would be run as far as it goes.
-    if (const auto trouble = write_whole_file(run.path, run.text)) {
-        qCWarning(log_update).noquote() << run.path << *trouble;
+    if (const QString trouble = write_script(run.path, run.text); !trouble.isEmpty()) {
+        qCWarning(log_update).noquote() << run.path << trouble;
         return failure(QStringLiteral("Cannot write bat: %1").arg(run.path));
     }
     if (!run.copy.isEmpty())
-        (void)write_whole_file(run.copy, run.text);
+        write_script(run.copy, run.text);
     qCInfo(log_update).noquote() << "install: starting" << run.path;
     if (!tools.start(run.path))
         return failure(run.spawn_error);

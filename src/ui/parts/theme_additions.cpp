@@ -12,6 +12,7 @@ QPushButton:default:hover { color: {fg}; }
 QPushButton:default:hover:pressed { background-color: {accent}; color: {accent_fg}; }
 QPushButton:default:focus { border: 1px solid {fg}; }
 QPushButton:disabled { color: {muted}; }
+QPushButton:default:disabled { background-color: {panel}; border: 1px solid {border}; }
 QPushButton[pending="true"] { background-color: {accent}; color: {accent_fg};
     border: 1px solid {accent}; }
 QPushButton[pending="true"]:hover { background-color: {select_bg}; color: {fg}; }
