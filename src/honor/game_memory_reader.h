@@ -1,7 +1,7 @@
 #pragma once
 
 #include "honor/marker_scan.h"
-#include "honor/read_result.h"
+#include "honor/roll_reader.h"
 #include "platform/clock/clock.h"
 #include "platform/host/host.h"
 
@@ -17,29 +17,20 @@
 
 namespace tally::honor {
 
-/// The outcome of the last attempt to attach to the game.
-enum class ReaderState : std::int32_t {
-    Ok = 0,
-    GameNotFound = 1, ///< no game window, hence no process
-    NeedsAdmin = 2,   ///< reading was refused, and the program doesn't run as administrator
-    OpenFailed = 3,   ///< the process could not be opened for another reason
-};
-
 /// Reads the honor roll out of the running game, which it never writes to. One read at a time; a
 /// caller may end it early through the stop token.
-class GameMemoryReader {
+class GameMemoryReader : public RollReader {
 public:
     /// \param target_exe image path of the game to read; may be empty
     GameMemoryReader(platform::Host &host, QString target_exe,
                      platform::Clock clock = platform::system_time);
 
-    /// The names that lead to the roll: the player's and those of two enemies.
-    void set_markers(const QString &player, const QString &enemy1, const QString &enemy2);
+    void set_markers(const QString &player, const QString &enemy1, const QString &enemy2) override;
 
     /// Opens the game's process, unless it is open already. \return whether it can be read.
     bool attach();
-    void detach();
-    ReaderState state() const { return state_; }
+    void detach() override;
+    ReaderState state() const override { return state_; }
 
     /// What the platform delivers of `size` bytes at `address`; nothing without a process.
     QByteArray read_memory(std::uint64_t address, std::uint64_t size);
@@ -55,7 +46,7 @@ public:
     /// The whole of one read. Nothing without the game, the markers or a roll, and after a stop;
     /// the first of these shows in `state`.
     std::optional<ReadResult> read_honor_roll(const QString &player_name,
-                                              std::stop_token stop = {});
+                                              std::stop_token stop = {}) override;
 
     /// Recently successful addresses, newest first, at most 10.
     const std::vector<std::uint64_t> &address_cache() const { return address_cache_; }

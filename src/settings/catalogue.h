@@ -20,6 +20,14 @@ inline constexpr Setting<bool> window_maximized{"window_maximized", false};
 inline constexpr Setting<bool> field_fights_beta_notice_shown{"field_fights_beta_notice_shown",
                                                               false};
 
+// The pages of field fights. Columns from left to right, each as "column:width" in pixels.
+inline constexpr Setting<QString> field_fights_columns{"field_fights_columns"};
+inline constexpr Setting<QString> field_rally_columns{"field_rally_columns"};
+inline constexpr Setting<QString> field_garrison_columns{"field_garrison_columns"};
+inline constexpr Setting<QString> field_favorites_columns{"field_favorites_columns"};
+/// "WIDTHxHEIGHT" of the window of one attack, in logical pixels.
+inline constexpr Setting<QString> field_details_size{"field_details_size"};
+
 // The statistics overlay. Positions are in logical pixels, offsets in pixels from the anchor, a
 // corner of the game's window: "tl", "tr", "bl" or "br".
 inline constexpr Setting<bool> overlay_visible{"overlay_visible", false};
@@ -32,6 +40,8 @@ inline constexpr Setting<int> overlay_pin_off_y{"overlay_pin_off_y", 80, leftmos
 inline constexpr Setting<QString> overlay_pin_target_exe{"overlay_pin_target_exe"};
 inline constexpr Setting<int> overlay_x{"overlay_x", 80, leftmost, rightmost};
 inline constexpr Setting<int> overlay_y{"overlay_y", 80, leftmost, rightmost};
+/// Whether the mouse reaches what lies below the overlay.
+inline constexpr Setting<bool> overlay_click_through{"overlay_click_through", false};
 
 // The honor tracker's overlay, likewise.
 inline constexpr Setting<bool> honor_tracker_visible{"honor_tracker_visible", true};
@@ -45,6 +55,7 @@ inline constexpr Setting<int> honor_tracker_pin_off_y{"honor_tracker_pin_off_y",
 inline constexpr Setting<QString> honor_tracker_pin_target_exe{"honor_tracker_pin_target_exe"};
 inline constexpr Setting<int> honor_tracker_x{"honor_tracker_x", 200, leftmost, rightmost};
 inline constexpr Setting<int> honor_tracker_y{"honor_tracker_y", 150, leftmost, rightmost};
+inline constexpr Setting<bool> honor_tracker_click_through{"honor_tracker_click_through", false};
 /// Executable of the game whose memory is read. The program never writes it.
 inline constexpr Setting<QString> honor_tracker_target_exe{"honor_tracker_target_exe"};
 

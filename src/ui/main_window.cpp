@@ -1,5 +1,6 @@
 #include "ui/main_window.h"
 
+#include "honor/honor_summary_service.h"
 #include "platform/identity.h"
 #include "platform/log/error_stream.h"
 #include "queries/store_queries.h"
@@ -7,10 +8,14 @@
 #include "settings/settings.h"
 #include "ui/about.h"
 #include "ui/chains/chain_tracker_tab.h"
+#include "ui/field/field_fights_tab.h"
 #include "ui/forts/fort_rally_tab.h"
+#include "ui/honor/honor_summary_overlay.h"
 #include "ui/items/item_pictures.h"
 #include "ui/keep/barbarian_keep_tab.h"
 #include "ui/lost_store_notice.h"
+#include "ui/overlay/overlay_window.h"
+#include "ui/parts/message_box.h"
 #include "ui/parts/plain_label.h"
 #include "ui/parts/theme.h"
 #include "ui/parts/window_bounds.h"
@@ -18,6 +23,7 @@
 #include "ui/report_tabs.h"
 #include "ui/start_up_chain.h"
 #include "ui/trials/baulur_run_tab.h"
+#include "ui/update/update_dialog.h"
 
 #include <QApplication>
 #include <QEventLoopLocker>
@@ -43,6 +49,7 @@ MainWindow::MainWindow(const Surroundings &around, QWidget *parent, const Window
         QStringLiteral("%1 %2").arg(platform::application_name, platform::application_version));
     resize(1400, 900);
     setAcceptDrops(true);
+    make_honor_service();
     start_keep_service();
     new WindowBounds(this);
     build_menus();
@@ -58,6 +65,8 @@ MainWindow::MainWindow(const Surroundings &around, QWidget *parent, const Window
 
 MainWindow::~MainWindow()
 {
+    delete overlay_;
+    delete honor_overlay_;
     request_end();
     if (wait_until(leaving_.value_or(QDeadlineTimer(setup_.exit_deadline))))
         return;
@@ -70,20 +79,24 @@ void MainWindow::request_end()
 {
     cancel_import_ = true;
     around_.queries.request_end();
+    honor_service_->request_end();
     chain_->request_end();
+    request_end_of_updates();
 }
 
 bool MainWindow::wait_until(QDeadlineTimer deadline)
 {
     const bool chain_has_ended = chain_->wait_until(deadline);
-    return around_.queries.wait_until(deadline) && chain_has_ended;
+    const bool updates_have_ended = wait_for_updates(deadline);
+    const bool honor_has_ended = honor_service_->wait_until(deadline);
+    return around_.queries.wait_until(deadline) && chain_has_ended && updates_have_ended &&
+           honor_has_ended;
 }
 
 void MainWindow::build_tabs()
 {
-    constexpr double barbarians = 1.0;
     tabs_ = new ReportTabs(this);
-    chain_tab_ = new ChainTrackerTab(around_, barbarians, tabs_);
+    chain_tab_ = new ChainTrackerTab(around_, barbarian_btype, tabs_);
     tabs_->add(chain_tab_, QStringLiteral("⚔️ Chain Tracker"));
     auto *queries = &around_.queries;
     const QString &icons = around_.icon_dir;
@@ -93,6 +106,11 @@ void MainWindow::build_tabs()
                QStringLiteral("🏰 Fort Rally"));
     tabs_->add(new BarbarianKeepTab(queries, keep_service_, icons, tabs_),
                QStringLiteral("🗡️ Barbarian Keep"));
+    int mode = 0;
+    for (const char16_t *title :
+         {u"🗡️ Field Fights", u"🏹 Rally", u"🏰 Garrison", u"★ Favorites"})
+        tabs_->add(new FieldFightsTab(around_, mode++, tabs_), QString::fromUtf16(title));
+    connect(tabs_, &QTabWidget::currentChanged, this, &MainWindow::on_tab_changed);
     connect(chain_tab_, &ReportTab::mailFolderWanted, this, &MainWindow::on_import_mailcache);
     setCentralWidget(tabs_);
 }
@@ -107,12 +125,28 @@ QString MainWindow::current_tab_title() const
     return tabs_ ? tabs_->tabText(tabs_->currentIndex()) : QString();
 }
 
+void MainWindow::on_tab_changed(int index)
+{
+    if (!tabs_ || !qobject_cast<FieldFightsTab *>(tabs_->widget(index)) ||
+        around_.settings.get(settings::field_fights_beta_notice_shown))
+        return;
+    around_.settings.set(settings::field_fights_beta_notice_shown, true);
+    show_box(QMessageBox::Information, QStringLiteral("Field Fights"),
+             QStringLiteral("Field Fights is a beta module — the layout and columns may still "
+                            "change between releases.\n\nReports are already imported and "
+                            "displayed correctly; only the presentation is subject to polish."),
+             this);
+}
+
 void MainWindow::connect_chain()
 {
     connect(chain_.get(), &StartUpChain::message, this, &MainWindow::show_message);
     connect(chain_.get(), &StartUpChain::referenceDataChanged, this, forget_item_pictures);
     connect(chain_.get(), &StartUpChain::shownDataChanged, this, &MainWindow::refresh_all_tabs);
     connect(chain_.get(), &StartUpChain::refreshDone, this, &MainWindow::start_tray);
+    connect(chain_.get(), &StartUpChain::refreshDone, this, &MainWindow::start_update_checks);
+    connect(chain_.get(), &StartUpChain::refreshDone, this, &MainWindow::open_remembered_overlays);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::keep_overlays_remembered);
 }
 
 void MainWindow::watch_store()
@@ -132,6 +166,7 @@ void MainWindow::run_post_startup()
 void MainWindow::refresh_all_tabs()
 {
     tabs_->refresh_all();
+    let_honor_tracker_begin();
 }
 
 void MainWindow::build_status_bar()
@@ -184,6 +219,7 @@ void MainWindow::request_exit()
         QTimer::singleShot(setup_.exit_deadline, qApp, setup_.hard_exit);
     }
     request_end();
+    keep_overlays_remembered();
     // What is modal keeps the window from closing.
     for (QWidget *modal = QApplication::activeModalWidget(); modal && modal != this;) {
         modal->close();

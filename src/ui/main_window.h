@@ -1,12 +1,13 @@
 #pragma once
 
 #include "queries/asker.h"
-#include "ui/chains/chain_filter.h"
+#include "ui/overlay/overlay_source.h"
 #include "ui/parts/surroundings.h"
 #include "ui/window_setup.h"
 
 #include <QDeadlineTimer>
 #include <QMainWindow>
+#include <QPointer>
 
 #include <atomic>
 #include <memory>
@@ -14,7 +15,14 @@
 
 class QAction;
 class QEventLoopLocker;
+class QMenu;
+class QTimer;
 class QUrl;
+
+namespace tally::honor {
+class HonorSummaryOverlay;
+class HonorSummaryService;
+} // namespace tally::honor
 
 namespace tally::services {
 class KeepCooldownService;
@@ -27,13 +35,18 @@ struct MailImport;
 namespace tally::ui {
 
 class ChainTrackerTab;
+class OverlayWindow;
 class ReportTabs;
 class StartUpChain;
 class TrayManager;
+class UpdateDialog;
+
+/// The npc base type whose chains are shown.
+inline constexpr double barbarian_btype = 1.0;
 
 /// The program's one main window: menus, status bar, the pages of reports and the ways to import
 /// mails by hand. What runs by itself behind it is the `StartUpChain`.
-class MainWindow : public QMainWindow {
+class MainWindow : public QMainWindow, private OverlaySource {
     Q_OBJECT
 
 public:
@@ -47,11 +60,17 @@ public:
     void refresh_all_tabs();
     /// Leaves the program in order, or at the deadline in whatever state it is.
     void request_exit();
+    /// Asks the update server, for at most ten seconds, in which events go on being served. Offers
+    /// what is newer; says that nothing is, or that there was no answer, only if it is `manual`.
+    void check_for_updates(bool manual);
+    /// In the status bar, for the rest of the run.
+    /// \param backup folder of the version before; empty if it is gone
+    void tell_of_unclean_update(const QString &backup);
     /// 0 is dark, 1 is light; applied and stored.
     void apply_theme(int theme);
     /// What the page of chains shows; empty while there is none.
-    std::optional<ChainFilter> current_chain_filter() const;
-    QString current_tab_title() const;
+    std::optional<ChainFilter> current_chain_filter() const override;
+    QString current_tab_title() const override;
     /// In front of other windows, with the keyboard.
     void bring_to_front();
 
@@ -72,6 +91,13 @@ private Q_SLOTS:
     void on_open_settings();
     void on_theme_dark();
     void on_theme_light();
+    /// Whoever turns to field fights for the first time is told what to expect.
+    void on_tab_changed(int index);
+    void on_update_tick();
+    void on_toggle_overlay(bool show);
+    void on_overlay_closed();
+    void on_toggle_honor_tracker(bool show);
+    void on_honor_overlay_closed();
 
 private:
     void build_menus();
@@ -81,11 +107,24 @@ private:
     void build_status_bar();
     void build_tabs();
     void connect_chain();
+    void make_honor_service();
+    /// A tracker that found too few reports looks again.
+    void let_honor_tracker_begin();
     void start_keep_service();
     void start_tray();
+    void add_update_entry(QMenu &menu);
+    void start_update_checks();
+    void offer_update(const QJsonObject &record, bool manual);
+    void tell_up_to_date(bool manual);
+    void on_update_dialog_finished();
+    void request_end_of_updates();
+    bool wait_for_updates(QDeadlineTimer deadline);
     void connect_tray(TrayManager *tray);
     /// Hides the window; the tray brings it back.
     void go_on_in_tray();
+    void open_remembered_overlays();
+    /// Those that stand open now come back at the next start, whatever closes them.
+    void keep_overlays_remembered();
     void watch_store();
     /// Asks all threads behind the window to end; does not wait.
     void request_end();
@@ -107,11 +146,20 @@ private:
     WindowSetup setup_;
     ReportTabs *tabs_ = nullptr;
     ChainTrackerTab *chain_tab_ = nullptr;
+    honor::HonorSummaryService *honor_service_ = nullptr;
     services::KeepCooldownService *keep_service_ = nullptr;
     QAction *overlay_action_ = nullptr;
-    TrayManager *tray_ = nullptr; ///< null where the system has no tray
+    QPointer<OverlayWindow> overlay_; ///< null while there is none
+    QAction *honor_action_ = nullptr;
+    QPointer<honor::HonorSummaryOverlay> honor_overlay_; ///< null while there is none
+    TrayManager *tray_ = nullptr;                        ///< null where the system has no tray
     std::unique_ptr<StartUpChain> chain_;
     std::unique_ptr<QEventLoopLocker> in_tray_; ///< while the window is hidden there
+    QTimer *update_timer_ = nullptr;            ///< null until the first check is due
+    bool update_check_running_ = false;
+    std::shared_ptr<std::atomic<bool>> stop_update_check_ =
+        std::make_shared<std::atomic<bool>>(false);
+    QPointer<UpdateDialog> update_dialog_; ///< null unless one is open
     bool importing_ = false;
     bool wants_restart_ = false;
     std::atomic<bool> cancel_import_ = false;

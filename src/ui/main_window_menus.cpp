@@ -11,19 +11,6 @@
 #include <QUrl>
 
 namespace tally::ui {
-namespace {
-
-/// An entry whose window is still to be built: it says so instead of doing nothing.
-QAction *add_coming_entry(QMenu &menu, const QString &text, const QKeySequence &shortcut = {})
-{
-    QAction *action = menu.addAction(text);
-    action->setShortcut(shortcut);
-    action->setEnabled(false);
-    action->setToolTip(QStringLiteral("Not part of this version yet."));
-    return action;
-}
-
-} // namespace
 
 void MainWindow::build_menus()
 {
@@ -57,14 +44,16 @@ void MainWindow::build_view_menu()
 {
     QMenu *view = menuBar()->addMenu(QStringLiteral("&View"));
     view->setToolTipsVisible(true);
-    overlay_action_ = add_coming_entry(*view, QStringLiteral("Show &Overlay"),
-                                       QKeySequence(QStringLiteral("Ctrl+O")));
+    overlay_action_ = view->addAction(QStringLiteral("Show &Overlay"));
+    overlay_action_->setShortcut(QKeySequence(QStringLiteral("Ctrl+O")));
     overlay_action_->setCheckable(true);
+    connect(overlay_action_, &QAction::toggled, this, &MainWindow::on_toggle_overlay);
     add_overlay_options(*view, around_.settings);
     view->addSeparator();
-    add_coming_entry(*view, QStringLiteral("Honor &Tracker"),
-                     QKeySequence(QStringLiteral("Ctrl+H")))
-        ->setCheckable(true);
+    honor_action_ = view->addAction(QStringLiteral("Honor &Tracker"));
+    honor_action_->setShortcut(QKeySequence(QStringLiteral("Ctrl+H")));
+    honor_action_->setCheckable(true);
+    connect(honor_action_, &QAction::toggled, this, &MainWindow::on_toggle_honor_tracker);
     add_tracker_options(*view, around_.settings);
     view->addSeparator();
     connect(add_theme_menu(*view, around_.settings), &QMenu::triggered, this,
@@ -75,7 +64,7 @@ void MainWindow::build_help_menu()
 {
     QMenu *help = menuBar()->addMenu(QStringLiteral("&Help"));
     help->setToolTipsVisible(true);
-    add_coming_entry(*help, QStringLiteral("Check for &updates..."));
+    add_update_entry(*help);
     help->addSeparator();
     help->addAction(QStringLiteral("&About..."), this,
                     [this] { show_about_box(this, around_.endpoint.product_page); });

@@ -52,7 +52,6 @@ void MainWindow::start_tray()
 void MainWindow::connect_tray(TrayManager *tray)
 {
     tray_ = tray;
-    tray->set_overlay_available(overlay_action_->isEnabled());
     connect(tray, &TrayManager::showRequested, this, &MainWindow::bring_to_front);
     connect(tray, &TrayManager::overlayToggle, overlay_action_, &QAction::toggle);
     connect(tray, &TrayManager::exitRequested, this, &MainWindow::request_exit);

@@ -1,3 +1,4 @@
+#include "data/store/chain_statistics.h"
 #include "support/chain_reference.h"
 #include "support/plain_connection.h"
 #include "support/print_records.h"
@@ -5,7 +6,7 @@
 #include "support/report_builders.h"
 #include "support/temp_store.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <QThread>
 
@@ -45,6 +46,20 @@ struct SlicedStore : TempStore {
 };
 
 } // namespace
+
+TEST(HonorSince, ReadsARangeOfItsIndexWhichComesToAnOldStoreWithoutCountingAnew)
+{
+    SlicedStore store;
+    PlainConnection(store.path).rows(u"DROP INDEX idx_slices_mail"_s);
+    PlainConnection(store.path).rows(u"UPDATE chain_slices SET honor = 1000"_s);
+    store.db.init_schema();
+    EXPECT_EQ(stale(store.plain()), u"");
+    EXPECT_GT(store.db.honor_since(0.0), 1000) << "the slices were made anew";
+    EXPECT_THAT(text_of(store.plain(),
+                        u"EXPLAIN QUERY PLAN"_s + data::honor_since_statement().replace(u'?', u'1'))
+                    .toStdString(),
+                testing::HasSubstr("SEARCH chain_slices USING INDEX idx_slices_mail"));
+}
 
 class ChainSlicesAfter : public testing::TestWithParam<const char *> {};
 

@@ -80,7 +80,7 @@ TEST(StoreSchema, ANewFileHasItsKeysAndIndexesAndTheSameColumnsForBothArmies)
               u"field_box field_email field_enemy field_file field_npc field_player field_time "
               "field_tour fort_battle fort_level fort_loot_file fort_time honor_log_time loot_file "
               "loot_item reports_btype reports_chain_time reports_ctid reports_forts reports_heros "
-              "reports_mtime reports_unmarked_forts slices_file slices_time trial_boss "
+              "reports_mtime reports_unmarked_forts slices_file slices_mail slices_time trial_boss "
               "trial_loot_part trial_part_file trial_part_name trial_part_player trial_time");
 }
 

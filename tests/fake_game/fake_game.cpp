@@ -70,15 +70,28 @@ void punch_hole(char *roll, std::size_t size)
     mprotect(reinterpret_cast<void *>(middle / page * page), page, PROT_NONE);
 }
 
+/// Writes the roll anew with more honor for everybody, as when the player opens it again.
+void add_honor(char *roll, std::vector<RollPerson> &people, std::size_t stride, std::uint64_t more)
+{
+    for (RollPerson &person : people)
+        person.honor += more;
+    const std::string image = roll_image(people, stride);
+    std::memcpy(roll, image.data(), image.size());
+}
+
 /// Reopens a window after each close, until the input ends.
-void obey_input(FakeWindow &window, char *roll, std::size_t size)
+void obey_input(FakeWindow &window, char *roll, std::vector<RollPerson> people, std::size_t stride)
 {
     std::string command;
     while (std::getline(std::cin, command)) {
         if (command == "close")
             window.close();
+        else if (command == "full" || command == "window")
+            window.set_full_screen(command == "full");
         else if (command == "hole")
-            punch_hole(roll, size);
+            punch_hole(roll, people.size() * stride);
+        else if (command.starts_with("add "))
+            add_honor(roll, people, stride, std::stoull(command.substr(4)));
         std::cout << "done" << std::endl;
     }
 }
@@ -100,6 +113,6 @@ int main(int argc, char **argv)
     if (options.count("undumpable") != 0)
         prctl(PR_SET_DUMPABLE, 0);
     std::cout << "ready " << reinterpret_cast<std::uintptr_t>(roll) << std::endl;
-    obey_input(window, roll, people.size() * stride);
+    obey_input(window, roll, people, stride);
     return 0;
 }

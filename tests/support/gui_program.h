@@ -56,20 +56,27 @@ public:
         return QStringLiteral("print_suppressions=0:suppressions=" TALLY_LEAKS_OF_OTHERS);
     }
 
-    void start(QProcess &process, QProcessEnvironment environment) const
+    /// What a program that is started here needs beside a screen.
+    QProcessEnvironment with_session(QProcessEnvironment environment) const
     {
         environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), session_dir());
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
         environment.insert(QStringLiteral("LSAN_OPTIONS"), leak_options());
-        process.setProcessEnvironment(environment);
+        return environment;
+    }
+
+    void start(QProcess &process, const QProcessEnvironment &environment) const
+    {
+        process.setProcessEnvironment(with_session(environment));
         process.setProcessChannelMode(QProcess::SeparateChannels);
         process.setWorkingDirectory(folder_.path());
         process.start(program(), QStringList());
         process.waitForStarted();
     }
 
-private:
     QString program() const { return file(QStringLiteral("ledgerline-tallyhand")); }
+
+private:
     QString session_dir() const { return file(QStringLiteral("session")); }
 
     QTemporaryDir folder_;

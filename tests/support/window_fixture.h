@@ -57,6 +57,7 @@ public:
     {
         setup.splash_minimum = std::chrono::milliseconds(0);
         setup.poll_interval = std::chrono::milliseconds(1);
+        setup.update_delay = std::chrono::hours(1);
         setup.refresh = [](ui::StartUpChain &chain) {
             chain.start_refresh(new QuickRefresh(true));
         };

@@ -59,7 +59,7 @@ TEST_F(Menus, StandInTheirOrderWithTheirShortcuts)
                           " ----\n"
                           " E&xit [Ctrl+Q]\n"
                           "&View\n"
-                          " Show &Overlay [Ctrl+O] off\n"
+                          " Show &Overlay [Ctrl+O]\n"
                           " Overlay options\n"
                           "  Font size\n") +
                   sizes +
@@ -68,20 +68,24 @@ TEST_F(Menus, StandInTheirOrderWithTheirShortcuts)
                   "   Compact (1 line)\n"
                   "   Compact (2 lines)\n"
                   "  Pin to game window\n"
+                  "  ----\n"
+                  "  Let clicks through\n"
                   " ----\n"
-                  " Honor &Tracker [Ctrl+H] off\n"
+                  " Honor &Tracker [Ctrl+H]\n"
                   " Tracker options\n"
                   "  Font size\n" +
                   sizes +
                   "  Mode\n"
                   "   Full (vertical) *\n"
                   "  Pin to game window\n"
+                  "  ----\n"
+                  "  Let clicks through\n"
                   " ----\n"
                   " &Theme\n"
                   "  Dark *\n"
                   "  Light\n"
                   "&Help\n"
-                  " Check for &updates... off\n"
+                  " Check for &updates...\n"
                   " ----\n"
                   " &About...\n");
 }

@@ -34,8 +34,10 @@ TEST(MainWindowPages, StandInTheirOrderAndAreRefreshedTogether)
     QStringList titles;
     for (int page = 0; page < window.tabs().count(); ++page)
         titles << window.tabs().tabText(page);
-    EXPECT_EQ(titles, (QStringList{u"⚔️ Chain Tracker"_s, u"🛡️ Baulur Run"_s,
-                                   u"🏰 Fort Rally"_s, u"🗡️ Barbarian Keep"_s}));
+    EXPECT_EQ(titles,
+              (QStringList{u"⚔️ Chain Tracker"_s, u"🛡️ Baulur Run"_s, u"🏰 Fort Rally"_s,
+                           u"🗡️ Barbarian Keep"_s, u"🗡️ Field Fights"_s, u"🏹 Rally"_s,
+                           u"🏰 Garrison"_s, u"★ Favorites"_s}));
     QSignalSpy ticks(&window.keep_service(), &services::KeepCooldownService::countdownTick);
     ASSERT_TRUE(wait_until([&] { return ticks.count() == 1; })); // of the start
     window.refresh_all_tabs();

@@ -12,6 +12,9 @@ std::optional<Fault> parse_fault(QStringView text)
         {QStringLiteral("status"), Fault::Kind::Status},
         {QStringLiteral("cut"), Fault::Kind::Cut},
         {QStringLiteral("redirect"), Fault::Kind::Redirect},
+        {QStringLiteral("short"), Fault::Kind::Short},
+        {QStringLiteral("garbled"), Fault::Kind::Garbled},
+        {QStringLiteral("endless"), Fault::Kind::Endless},
     };
     const qsizetype at = text.indexOf(u'@');
     const QStringView what = at < 0 ? text : text.first(at);

@@ -15,6 +15,9 @@ struct Fault {
         Status,   ///< answers with the status `number` and a JSON body
         Cut,      ///< ends the connection in the middle of the body
         Redirect, ///< points to `target`
+        Short,    ///< sends half of the body and says that it is all
+        Garbled,  ///< sends as many other bytes
+        Endless,  ///< never comes to the end of the body
     };
     Kind kind = Kind::Silent;
     QString path;
@@ -22,8 +25,9 @@ struct Fault {
     QString target;
 };
 
-/// Reads "slow=3000", "silent", "status=500", "cut" or "redirect=URL", each with "@" and a path
-/// behind it if not every request is meant: "status=500@/api/master/heroes".
+/// Reads "slow=3000", "silent", "status=500", "cut", "redirect=URL", "short", "garbled" or
+/// "endless", each with "@" and a path behind it if not every request is meant:
+/// "status=500@/api/master/heroes".
 std::optional<Fault> parse_fault(QStringView text);
 
 } // namespace tally::reference

@@ -26,8 +26,9 @@ int main(int argc, char *argv[])
                                  QStringLiteral("name"), QStringLiteral("server"));
     const QCommandLineOption fault(
         QStringLiteral("fault"),
-        QStringLiteral("slow=MS, silent, status=CODE, cut or redirect=URL, with @PATH behind it "
-                       "if not every request is meant. May be repeated."),
+        QStringLiteral(
+            "slow=MS, silent, status=CODE, cut, redirect=URL, short, garbled or endless, "
+            "with @PATH behind it if not every request is meant. May be repeated."),
         QStringLiteral("fault"));
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Serves reference data to this machine."));

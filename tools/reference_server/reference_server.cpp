@@ -11,6 +11,7 @@
 #include <QUrl>
 
 #include <memory>
+#include <utility>
 
 namespace tally::reference {
 namespace {
@@ -38,7 +39,8 @@ QSslConfiguration tls_of(const QDir &keys, const QString &name)
 std::optional<QString> file_of(const QString &path)
 {
     static const QRegularExpression served(
-        QStringLiteral("^/api/(?:(version)/cpp|master/(?:icon/([A-Za-z0-9_-]+)|([a-z_]+)))$"));
+        QStringLiteral("^/(?:api/(?:(version)/cpp|master/(?:icon/([A-Za-z0-9_-]+)|([a-z_]+)))|"
+                       "updates/([A-Za-z0-9_-][A-Za-z0-9._-]*))$"));
     const QRegularExpressionMatch match = served.match(path);
     if (!match.hasMatch())
         return std::nullopt;
@@ -46,7 +48,9 @@ std::optional<QString> file_of(const QString &path)
         return QStringLiteral("version.json");
     if (match.hasCaptured(2))
         return QStringLiteral("icon/%1.webp").arg(match.captured(2));
-    return QStringLiteral("master/%1.json").arg(match.captured(3));
+    if (match.hasCaptured(3))
+        return QStringLiteral("master/%1.json").arg(match.captured(3));
+    return QStringLiteral("updates/%1").arg(match.captured(4));
 }
 
 QByteArray http_answer(int status, const QByteArray &body, const QByteArray &further_head = {})
@@ -61,10 +65,29 @@ QByteArray json_error(int status)
     return http_answer(status, R"({"error":"server"})", "Content-Type: application/json\r\n");
 }
 
-void send(QTcpSocket &socket, const QByteArray &bytes)
+/// An answer with what a file holds, bent by a fault.
+Pieces file_answer(QByteArray body, const std::optional<Fault> &fault)
 {
-    socket.write(bytes);
-    socket.disconnectFromHost();
+    if (!fault)
+        return pieces_of(http_answer(200, body));
+    switch (fault->kind) {
+    case Fault::Kind::Endless: {
+        const auto head =
+            std::make_shared<QByteArray>("HTTP/1.1 200 .\r\nConnection: close\r\n\r\n");
+        return [head, rest = endless()] {
+            return head->isEmpty() ? rest() : std::exchange(*head, {});
+        };
+    }
+    case Fault::Kind::Cut:
+        return pieces_of(http_answer(200, body).chopped((body.size() + 1) / 2));
+    case Fault::Kind::Short:
+        return pieces_of(http_answer(200, body.first(body.size() / 2)));
+    case Fault::Kind::Garbled:
+        body.prepend('~').chop(1);
+        return pieces_of(http_answer(200, body));
+    default:
+        return pieces_of(http_answer(200, body));
+    }
 }
 
 } // namespace
@@ -98,7 +121,7 @@ void ReferenceServer::on_connection()
             if (is_whole && words.size() == 3)
                 on_request(*socket, QUrl::fromPercentEncoding(words[1]));
             else
-                send(*socket, json_error(400));
+                send(*socket, pieces_of(json_error(400)));
         };
         QObject::connect(socket, &QTcpSocket::readyRead, socket, on_data);
         on_data();
@@ -111,28 +134,25 @@ void ReferenceServer::on_request(QTcpSocket &socket, const QString &path)
     const std::optional<Fault> fault = fault_of(path);
     if (fault && fault->kind == Fault::Kind::Silent)
         return;
-    const QByteArray answer = answer_to(path, fault);
+    const Pieces answer = answer_to(path, fault);
     if (fault && fault->kind == Fault::Kind::Slow)
         QTimer::singleShot(fault->number, &socket, [&socket, answer] { send(socket, answer); });
     else
         send(socket, answer);
 }
 
-QByteArray ReferenceServer::answer_to(const QString &path, const std::optional<Fault> &fault) const
+Pieces ReferenceServer::answer_to(const QString &path, const std::optional<Fault> &fault) const
 {
     if (fault && fault->kind == Fault::Kind::Status)
-        return json_error(fault->number);
+        return pieces_of(json_error(fault->number));
     if (fault && fault->kind == Fault::Kind::Redirect)
-        return http_answer(302, {}, "Location: " + fault->target.toUtf8() + "\r\n");
+        return pieces_of(http_answer(302, {}, "Location: " + fault->target.toUtf8() + "\r\n"));
 
     const std::optional<QString> name = file_of(path);
     const QDir folder(folder_);
     if (!name || !folder.exists(*name))
-        return json_error(404);
-    const QByteArray body = content_of(folder.filePath(*name));
-    const QByteArray answer = http_answer(200, body);
-    return fault && fault->kind == Fault::Kind::Cut ? answer.chopped((body.size() + 1) / 2)
-                                                    : answer;
+        return pieces_of(json_error(404));
+    return file_answer(content_of(folder.filePath(*name)), fault);
 }
 
 std::optional<Fault> ReferenceServer::fault_of(const QString &path) const

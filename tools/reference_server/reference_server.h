@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fault.h"
+#include "pieces.h"
 
 #include <QByteArray>
 #include <QList>
@@ -13,8 +14,8 @@
 namespace tally::reference {
 
 /// Serves a folder of reference data to this machine over HTTPS:
-/// /api/master/KIND is master/KIND.json, /api/master/icon/HASH is icon/HASH.webp, and
-/// /api/version/cpp is version.json. Runs on the event loop of its thread.
+/// /api/master/KIND is master/KIND.json, /api/master/icon/HASH is icon/HASH.webp, /updates/NAME is
+/// updates/NAME, and /api/version/cpp is version.json. Runs on the event loop of its thread.
 class ReferenceServer {
 public:
     /// Presents NAME.pem and NAME.key of the folder `keys`.
@@ -35,7 +36,7 @@ public:
 private:
     void on_connection();
     void on_request(QTcpSocket &socket, const QString &path);
-    QByteArray answer_to(const QString &path, const std::optional<Fault> &fault) const;
+    Pieces answer_to(const QString &path, const std::optional<Fault> &fault) const;
     std::optional<Fault> fault_of(const QString &path) const;
 
     QString folder_;

@@ -13,6 +13,8 @@
 #include <QEventLoop>
 #include <QLineEdit>
 #include <QTimer>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 
 namespace {
 
@@ -48,6 +50,20 @@ QPixmap behind_first_row(const ui::MainWindow &window, const QString &table_name
     return {};
 }
 
+/// The window of the first attack on a page of field fights.
+QPixmap first_attack(ui::MainWindow &window, int page)
+{
+    window.tabs().setCurrentIndex(page);
+    settle();
+    auto *tree = window.tabs().currentWidget()->findChild<QTreeWidget *>();
+    for (QTreeWidgetItemIterator item(tree, QTreeWidgetItemIterator::NoChildren); *item; ++item) {
+        Q_EMIT tree->itemDoubleClicked(*item, 0);
+        settle();
+        return taken(QApplication::activeModalWidget());
+    }
+    return {};
+}
+
 QPixmap settings_dialog(const ui::MainWindow &window)
 {
     for (QAction *action : window.findChildren<QAction *>()) {
@@ -74,6 +90,9 @@ std::vector<std::pair<QString, QPixmap>> report_shots(ui::MainWindow &window)
         shots.emplace_back(QLatin1StringView(name),
                            behind_first_row(window, QLatin1StringView(table)));
     }
+    constexpr int favorites = 7;
+    shots.emplace_back(QStringLiteral("attack"), first_attack(window, ++page));
+    shots.emplace_back(QStringLiteral("attack-favorite"), first_attack(window, favorites));
     shots.emplace_back(QStringLiteral("settings"), settings_dialog(window));
     auto *toast = new ui::KeepToast(QStringLiteral("🏰 Barbarian Keep"),
                                     QStringLiteral("Keep ready in ~3 hours — click to dismiss"));

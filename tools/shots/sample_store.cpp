@@ -16,6 +16,7 @@ SampleStore::SampleStore() : db_(folder_.filePath(QStringLiteral("tally.db")))
     db_.init_schema();
     load_reference_data();
     import_mails();
+    keep_favorites();
 }
 
 QString SampleStore::icon_dir() const
@@ -42,6 +43,13 @@ void SampleStore::import_mails()
     sample::write_mail_folder({.days = 3, .players = 2, .count = 600, .end = end}, mails);
     QDir().mkpath(raw);
     data::import_dir(mails, raw, db_, {}, nullptr);
+}
+
+void SampleStore::keep_favorites()
+{
+    constexpr int mode_of_rallies = 1;
+    for (const QVariant &attack : db_.field_attacks({}, {}, {}, 12, mode_of_rallies))
+        db_.set_field_favorite(attack.toMap().value(QStringLiteral("file_name")).toString(), true);
 }
 
 } // namespace tally::tools

@@ -23,6 +23,7 @@ public:
 private:
     void load_reference_data();
     void import_mails();
+    void keep_favorites();
 
     QTemporaryDir folder_;
     data::TallyDb db_;

@@ -1,6 +1,7 @@
 // Pictures of every window in both themes. The scale is that of QT_SCALE_FACTOR.
 
 #include "album.h"
+#include "overlay_shots.h"
 #include "platform/host/fake/fake_host.h"
 #include "platform/identity.h"
 #include "queries/store_queries.h"
@@ -17,6 +18,7 @@
 #include "ui/main_window.h"
 #include "ui/parts/theme.h"
 #include "ui/report_tabs.h"
+#include "update_shots.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -86,7 +88,8 @@ QPixmap modal(const std::function<void()> &show)
 void take_pages(const Album &album, ui::MainWindow &window)
 {
     ui::ReportTabs &pages = window.tabs();
-    constexpr std::array names = {"chains", "trials", "forts", "keep"};
+    constexpr std::array names = {"chains", "trials",      "forts",          "keep",
+                                  "field",  "field-rally", "field-garrison", "field-favorites"};
     for (int page = 0; page < pages.count(); ++page) {
         pages.setCurrentIndex(page);
         QEventLoop answers;
@@ -100,6 +103,7 @@ void take_all(const Album &album, tools::SampleStore &store)
 {
     queries::StoreQueries queries(store.db());
     Settings settings(store.db());
+    settings.set(settings::field_fights_beta_notice_shown, true); // it would stand over the pages
     platform::FakeHost host;
     ui::MainWindow window({.db = store.db(),
                            .queries = queries,
@@ -214,6 +218,8 @@ int main(int argc, char *argv[])
         take_all(album, store);
         tools::take_first_start(album);
         tools::take_selector(album);
+        tools::take_updates(album);
         album.add(QStringLiteral("rounds"), round_overview_shot());
+        tools::take_overlays(album, store);
     }
 }

@@ -14,6 +14,8 @@
 #include "platform/log/error_stream.h"
 #include "platform/log/process_log.h"
 #include "platform/paths/data_folders.h"
+#include "platform/updater/backups.h"
+#include "platform/updater/rollback_notes.h"
 #include "queries/store_queries.h"
 #include "settings/catalogue.h"
 #include "settings/settings.h"
@@ -22,6 +24,7 @@
 #include "ui/parts/theme.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QImageReader>
 #include <QStatusBar>
 #include <QTimer>
@@ -100,6 +103,8 @@ RunEnd run_window(QApplication &application, const InterruptWatch &interrupts, p
     greet(window, db);
     warn_without_webp(QImageReader::supportedImageFormats());
     QTimer::singleShot(0, &window, &ui::MainWindow::run_post_startup);
+    if (platform::Updater::note_start(rollback_marker_path()))
+        window.tell_of_unclean_update(platform::Updater::newest_backup(QDir::tempPath()));
     clear_rollback_marker_when_healthy(rollback_marker_path(), &application);
     const int exit_code = QApplication::exec();
     end_process_within(ui::WindowSetup().exit_deadline);

@@ -1,6 +1,7 @@
 #include "data/master/https_client.h"
 
 #include "data/master/key_pin.h"
+#include "platform/net/tls.h"
 
 #include <QEventLoop>
 #include <QNetworkAccessManager>
@@ -18,14 +19,6 @@ namespace {
 
 constexpr int first_error_status = 300;
 
-QSslConfiguration tls_of(const platform::Endpoint &endpoint)
-{
-    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    if (!endpoint.authority_file.isEmpty())
-        configuration.setCaCertificates(QSslCertificate::fromPath(endpoint.authority_file));
-    return configuration;
-}
-
 QNetworkRequest network_request(const platform::Endpoint &endpoint, const HttpRequest &request)
 {
     QUrl url;
@@ -35,7 +28,7 @@ QNetworkRequest network_request(const platform::Endpoint &endpoint, const HttpRe
     url.setPath(request.path, QUrl::DecodedMode);
 
     QNetworkRequest result(url);
-    result.setSslConfiguration(tls_of(endpoint));
+    result.setSslConfiguration(platform::tls_of(endpoint));
     result.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                         QNetworkRequest::SameOriginRedirectPolicy);
     result.setHeader(QNetworkRequest::UserAgentHeader, QStringLiteral("Tallyhand-Client/1.0"));

@@ -1,25 +1,16 @@
 #include "data/master/key_pin.h"
 
+#include "platform/net/openssl_handle.h"
+
 #include <QCryptographicHash>
 
 #include <openssl/x509.h>
 
-#include <memory>
-
 namespace tally::data {
 namespace {
 
-template <auto release>
-struct Release {
-    template <typename T>
-    void operator()(T *owned) const
-    {
-        release(owned);
-    }
-};
-
-using Certificate = std::unique_ptr<X509, Release<X509_free>>;
-using PublicKey = std::unique_ptr<EVP_PKEY, Release<EVP_PKEY_free>>;
+using Certificate = platform::OpensslHandle<X509, X509_free>;
+using PublicKey = platform::OpensslHandle<EVP_PKEY, EVP_PKEY_free>;
 
 QByteArray der_of(const PublicKey &key)
 {

@@ -46,12 +46,14 @@ void MasterCache::set_kind(const QString &kind, const QVariantMap &document)
 {
     const QWriteLocker locker(&lock_);
     kinds_.insert(kind, document);
+    ++generation_;
 }
 
 void MasterCache::clear()
 {
     const QWriteLocker locker(&lock_);
     kinds_.clear();
+    ++generation_;
 }
 
 QVariantMap MasterCache::section(const QString &kind, const QString &name) const

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QVariantMap>
 
+#include <atomic>
 #include <optional>
 
 namespace tally::data {
@@ -42,6 +43,8 @@ public:
     bool load_json(const QString &kind, const QByteArray &json);
     void set_kind(const QString &kind, const QVariantMap &document);
     void clear();
+    /// Rises with every change of a document.
+    quint64 generation() const { return generation_; }
 
     /// Both fields empty for an unknown hero.
     HeroInfo hero(std::optional<double> id) const;
@@ -66,6 +69,7 @@ private:
 
     mutable QReadWriteLock lock_;
     QVariantMap kinds_;
+    std::atomic<quint64> generation_ = 0;
 };
 
 } // namespace tally::data

@@ -24,6 +24,8 @@ std::array<int, 24> hourly(const StoreConnection &store, const ChainQuestion &qu
 std::vector<HeroPair> hero_pairs(const StoreConnection &store, const ChainQuestion &question);
 std::vector<PlayerRow> players(const StoreConnection &store);
 int honor_since(const StoreConnection &store, double since);
+/// What it runs, for those who ask for its plan.
+QString honor_since_statement();
 int chain_file_count(const StoreConnection &store);
 int report_count(const StoreConnection &store, std::optional<double> btype);
 

@@ -19,11 +19,6 @@ const QString durations = QStringLiteral(R"sql(
       GROUP BY file_name
     ))sql");
 
-const QString honor_of_slices = QStringLiteral(R"sql(
-    SELECT IFNULL(SUM(r.honor), 0) AS honor
-    FROM chain_slices r
-    WHERE %1)sql");
-
 void add_counts(const StoreConnection &store, const ChainSqlFilter &filter, ChainSummary &summary)
 {
     auto row = store.exec(QStringLiteral(R"sql(
@@ -100,13 +95,18 @@ ChainSummary summary(const StoreConnection &store, const ChainQuestion &question
                                               filter.params, compute);
 }
 
+QString honor_since_statement()
+{
+    return QStringLiteral(R"sql(
+    SELECT IFNULL(SUM(honor), 0)
+    FROM chain_slices
+    WHERE COALESCE(file_mtime, chain_end_time, chain_start_time) > ?)sql");
+}
+
 int honor_since(const StoreConnection &store, double since)
 {
     const auto compute = [&] {
-        return store.single_int(
-            honor_of_slices.arg(QStringLiteral("COALESCE(r.file_mtime, r.chain_end_time, "
-                                               "r.chain_start_time) > ?")),
-            {since});
+        return store.single_int(honor_since_statement(), {since});
     };
     return remembered_of_slices<int>(store, QStringLiteral("honor_since"), {since}, compute);
 }

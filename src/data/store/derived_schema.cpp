@@ -53,6 +53,7 @@ constexpr Definition slice_tables[] = {
 constexpr Definition slice_indexes[] = {
     {"idx_slices_file", "chain_slices(file_name, chain_start_time, chain_end_time)"},
     {"idx_slices_time", "chain_slices(COALESCE(chain_start_time, file_mtime))"},
+    {"idx_slices_mail", "chain_slices(COALESCE(file_mtime, chain_end_time, chain_start_time))"},
 };
 
 /// Deletes what is known of a chain the first time that one of its rows changes. `chain` is its
@@ -106,10 +107,6 @@ std::vector<SchemaObject> slice_schema()
                                       "PRIMARY KEY CHECK (id = 1), "
                                       "count INTEGER NOT NULL, "
                                       "slices_removed INTEGER NOT NULL)")});
-    for (const auto &[name, definition] : slice_indexes)
-        objects.push_back({"INDEX", QString::fromLatin1(name),
-                           QStringLiteral("CREATE INDEX %1 ON %2")
-                               .arg(QLatin1StringView(name), QLatin1StringView(definition))});
     objects.push_back({"TRIGGER", QStringLiteral("count_slices_removed"),
                        QStringLiteral("CREATE TRIGGER count_slices_removed AFTER DELETE ON "
                                       "chain_slices\nBEGIN UPDATE report_changes "
@@ -127,6 +124,16 @@ std::vector<SchemaObject> slice_schema()
                                    stale_trigger_body(with_table(chain), with_table(condition))});
         }
     }
+    return objects;
+}
+
+std::vector<SchemaObject> slice_index_schema()
+{
+    std::vector<SchemaObject> objects;
+    for (const auto &[name, definition] : slice_indexes)
+        objects.push_back({"INDEX", QString::fromLatin1(name),
+                           QStringLiteral("CREATE INDEX %1 ON %2")
+                               .arg(QLatin1StringView(name), QLatin1StringView(definition))});
     return objects;
 }
 
@@ -183,19 +190,23 @@ void make(const StoreConnection &store, const std::vector<SchemaObject> &objects
 bool has_derived_schema(const StoreConnection &store)
 {
     const StoredSchema stored = stored_schema(store);
-    return is_as_built(stored, slice_schema()) && is_as_built(stored, counting_schema());
+    return is_as_built(stored, slice_schema()) && is_as_built(stored, slice_index_schema()) &&
+           is_as_built(stored, counting_schema());
 }
 
 void make_derived_schema(const StoreConnection &store)
 {
-    const StoredSchema stored = stored_schema(store);
+    StoredSchema stored = stored_schema(store);
     // A table that was dropped took its triggers along, and another build packs differently.
     if (const auto objects = slice_schema(); !is_as_built(stored, objects)) {
         make(store, objects);
         store.exec(QStringLiteral("INSERT INTO main.report_changes VALUES (1, 0, 0)"));
         store.exec(QStringLiteral("INSERT INTO main.stale_chains SELECT DISTINCT file_name "
                                   "FROM reports"));
+        stored = stored_schema(store); // the indexes went with their table
     }
+    if (const auto objects = slice_index_schema(); !is_as_built(stored, objects))
+        make(store, objects);
     if (const auto objects = counting_schema(); !is_as_built(stored, objects))
         make(store, objects);
 }

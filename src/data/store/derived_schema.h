@@ -18,8 +18,8 @@ class StoreConnection;
 /// Whether all of it is there as this build makes it.
 bool has_derived_schema(const StoreConnection &store);
 
-/// Makes anew what is not as this build makes it; all chains are stale then, unless it was only the
-/// counting of the reports of other kinds. To be called in a write transaction.
+/// Makes anew what is not as this build makes it; all chains are stale then, unless it was only an
+/// index or the counting of the reports of other kinds. To be called in a write transaction.
 void make_derived_schema(const StoreConnection &store);
 
 /// The statements that make the slices' tables, with their indexes, in the database `schema`.

@@ -13,6 +13,8 @@ Endpoint shipped_endpoint()
         QStringLiteral(TALLY_SERVER_AUTHORITY_FILE),
         QStringLiteral(TALLY_UPDATE_HOST),
         QStringLiteral(TALLY_PRODUCT_PAGE),
+        QByteArrayLiteral(TALLY_UPDATE_KEY),
+        QStringLiteral(TALLY_UPDATED_BY),
     };
 }
 

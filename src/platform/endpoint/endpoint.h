@@ -14,6 +14,8 @@ struct Endpoint {
     QString authority_file; ///< PEM file of the authorities to trust; empty: those of the system
     QString update_host;    ///< of the version record; a port may follow a colon
     QString product_page;   ///< address for the user's browser
+    QByteArray update_key;  ///< base64 of the Ed25519 key that signs version records; empty: none
+    QString updated_by;     ///< who updates the program; empty: it does so itself
 };
 
 /// The endpoint that this build was configured for.

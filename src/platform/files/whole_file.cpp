@@ -12,6 +12,11 @@ std::optional<QString> write_whole_file(const QString &path, const QByteArray &c
     if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush() &&
         file.commit())
         return std::nullopt;
+    return write_trouble(file);
+}
+
+QString write_trouble(const QFileDevice &file)
+{
     return file.error() == QFileDevice::NoError ? QStringLiteral("there is no room for all of it")
                                                 : file.errorString();
 }

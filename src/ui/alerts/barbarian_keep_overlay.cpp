@@ -12,6 +12,14 @@
 #include <algorithm>
 
 namespace tally::ui {
+namespace {
+
+constexpr int largest_title = 28; ///< points
+constexpr int smallest_title = 12;
+const QString title_style = QStringLiteral("color: #ffcf40; font-size: %1pt; font-weight: "
+                                           "800;letter-spacing: 2px;");
+
+} // namespace
 
 QRect banner_place(const QRect &available)
 {
@@ -21,7 +29,8 @@ QRect banner_place(const QRect &available)
 }
 
 BarbarianKeepOverlay::BarbarianKeepOverlay(QWidget *parent)
-    : QWidget(parent),
+    : QWidget(parent), title_(alert_label(QStringLiteral("🏰  BARBARIAN KEEP AVAILABLE"),
+                                          title_style.arg(largest_title))),
       body_(alert_label(QStringLiteral("please go kill — don't waste time!"),
                         QStringLiteral("color: #ffffff; font-size: 15pt; font-weight: 500;")))
 {
@@ -30,16 +39,14 @@ BarbarianKeepOverlay::BarbarianKeepOverlay(QWidget *parent)
         QStringLiteral("tally--ui--BarbarianKeepOverlay {  background: qlineargradient(x1:0, y1:0, "
                        "x2:1, y2:1,     stop:0 #601818, stop:1 #300808);  border: 3px "
                        "solid #ffcf40;}"));
-    QLabel *title = alert_label(QStringLiteral("🏰  BARBARIAN KEEP AVAILABLE"),
-                                QStringLiteral("color: #ffcf40; font-size: 28pt; font-weight: "
-                                               "800;letter-spacing: 2px;"));
     QLabel *hint = alert_label(QStringLiteral("(click anywhere to dismiss)"),
                                QStringLiteral("color: rgba(255,255,255,0.75); font-size: 9pt;"));
-    setAccessibleName(title->text());
+    setAccessibleName(title_->text());
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(24, 20, 24, 20);
     layout->setSpacing(10);
-    for (QLabel *label : {title, body_, hint}) {
+    layout->setSizeConstraint(QLayout::SetNoConstraint); // a small screen bounds the banner
+    for (QLabel *label : {title_, body_, hint}) {
         label->setAlignment(Qt::AlignCenter);
         layout->addWidget(label);
     }
@@ -49,6 +56,7 @@ void BarbarianKeepOverlay::show_centered()
 {
     if (const QScreen *screen = QGuiApplication::primaryScreen()) {
         const QRect place = banner_place(screen->availableGeometry());
+        fit_title(place.width());
         resize(place.size());
         move(place.topLeft());
     }
@@ -58,12 +66,22 @@ void BarbarianKeepOverlay::show_centered()
     KeepToast::raise_above(*this);
 }
 
+/// Some fonts are too wide for it.
+void BarbarianKeepOverlay::fit_title(int width)
+{
+    const QMargins margins = layout()->contentsMargins();
+    const int room = width - margins.left() - margins.right();
+    for (int points = largest_title; title_->sizeHint().width() > room && points > smallest_title;)
+        title_->setStyleSheet(title_style.arg(--points));
+}
+
 bool BarbarianKeepOverlay::event(QEvent *event)
 {
-    // The window manager raises what it activates.
-    if (event->type() == QEvent::WindowActivate)
+    const bool is_taken = QWidget::event(event);
+    // The window manager raises what it activates, and may tell only then where it has put it.
+    if (event->type() == QEvent::WindowActivate || event->type() == QEvent::Move)
         KeepToast::raise_above(*this);
-    return QWidget::event(event);
+    return is_taken;
 }
 
 void BarbarianKeepOverlay::mousePressEvent(QMouseEvent *)

@@ -21,6 +21,9 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void fit_title(int width);
+
+    QLabel *title_;
     QLabel *body_;
 };
 

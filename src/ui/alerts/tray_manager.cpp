@@ -33,8 +33,7 @@ TrayManager::TrayManager(const QString &icon_dir, QObject *parent) : QObject(par
     tray_icon_->setToolTip(QStringLiteral("LEDGERLINE - TALLYHAND"));
     menu_ = std::make_unique<QMenu>();
     menu_->addAction(QStringLiteral("Show window"), this, &TrayManager::showRequested);
-    overlay_entry_ =
-        menu_->addAction(QStringLiteral("Toggle overlay"), this, &TrayManager::overlayToggle);
+    menu_->addAction(QStringLiteral("Toggle overlay"), this, &TrayManager::overlayToggle);
     menu_->addSeparator();
     menu_->addAction(QStringLiteral("Exit"), this, &TrayManager::exitRequested);
     tray_icon_->setContextMenu(menu_.get());
@@ -52,12 +51,6 @@ void TrayManager::hide_tray()
 {
     if (tray_icon_)
         tray_icon_->hide();
-}
-
-void TrayManager::set_overlay_available(bool available)
-{
-    if (overlay_entry_)
-        overlay_entry_->setEnabled(available);
 }
 
 void TrayManager::tell(const QString &text)

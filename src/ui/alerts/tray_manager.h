@@ -4,7 +4,6 @@
 
 #include <memory>
 
-class QAction;
 class QMenu;
 class QSystemTrayIcon;
 
@@ -21,8 +20,6 @@ public:
 
     bool has_tray() const { return tray_icon_ != nullptr; }
     void hide_tray();
-    /// Whether there is an overlay to toggle.
-    void set_overlay_available(bool available);
     /// A balloon at the icon.
     void tell(const QString &text);
 
@@ -33,7 +30,6 @@ Q_SIGNALS:
 
 private:
     QSystemTrayIcon *tray_icon_ = nullptr;
-    QAction *overlay_entry_ = nullptr;
     std::unique_ptr<QMenu> menu_; ///< the icon shows it but does not own it
 };
 

@@ -3,6 +3,7 @@
 #include "data/master/item_facts.h"
 #include "data/store/sql_values.h"
 #include "data/store/tally_db.h"
+#include "ui/parts/part_queries.h"
 
 #include <QFileInfo>
 
@@ -27,27 +28,6 @@ ChainGap chain_gap(const data::TallyDb &db, const ChainFilter &filter)
             db.last_chain(filter.btype, filter.player)};
 }
 
-/// Runs the queries of one refresh, each for itself.
-class Asking {
-public:
-    explicit Asking(const std::function<bool()> &is_outdated) : is_outdated_(is_outdated) {}
-
-    template <typename Part, typename Query>
-    void ask(std::optional<Part> &part, Query query) const
-    {
-        if (is_outdated_())
-            return;
-        try {
-            part = query();
-        } catch (const std::exception &) {
-            // The store has logged it; the others may still answer.
-        }
-    }
-
-private:
-    const std::function<bool()> &is_outdated_;
-};
-
 } // namespace
 
 std::vector<data::LootStat> loot_rows(std::vector<data::LootStat> rows)
@@ -69,7 +49,7 @@ ChainFigures chain_figures(const data::TallyDb &db, const ChainQuestion &questio
 {
     ChainFigures figures;
     figures.filter = question.filter;
-    const Asking asking(is_outdated);
+    const PartQueries asking(is_outdated);
     asking.ask(figures.players, [&] { return player_entries(db.players()); });
     if (figures.players) {
         figures.chosen_player =

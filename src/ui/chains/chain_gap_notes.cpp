@@ -1,9 +1,8 @@
 #include "ui/chains/chain_gap_notes.h"
 
-#include "data/store/sql_values.h"
 #include "ui/parts/page_note.h"
+#include "ui/parts/utc_time.h"
 
-#include <QDateTime>
 #include <QVBoxLayout>
 
 namespace tally::ui {
@@ -13,7 +12,7 @@ QDate day_of(std::optional<double> seconds)
 {
     if (!seconds)
         return {};
-    return QDateTime::fromSecsSinceEpoch(data::saturated<qint64>(*seconds), Qt::UTC).date();
+    return utc_date(*seconds);
 }
 
 QString period_text(QDate last_day)

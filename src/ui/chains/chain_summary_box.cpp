@@ -1,28 +1,16 @@
 #include "ui/chains/chain_summary_box.h"
 
-#include "ui/parts/card_layout.h"
+#include "ui/chains/chain_cards.h"
 #include "ui/parts/flow_layout.h"
 #include "ui/parts/plain_label.h"
-#include "ui/parts/summary_card.h"
 
 #include <QLabel>
 #include <QVBoxLayout>
 
 namespace tally::ui {
 
-ChainSummaryBox::ChainSummaryBox(QWidget *parent) : QGroupBox(parent)
+ChainSummaryBox::ChainSummaryBox(QWidget *parent) : SummaryBox(chain_card_row, parent)
 {
-    set_counting(false);
-    auto *layout = new QVBoxLayout(this);
-    layout->setSpacing(4);
-    auto *cards = new CardLayout(6);
-    for (std::size_t i = 0; i < cards_.size(); ++i) {
-        cards_.at(i) = new SummaryCard(QString::fromUtf16(chain_card_row.at(i).title));
-        cards_.at(i)->setObjectName(chain_card_row.at(i).key);
-        cards->addWidget(cards_.at(i));
-    }
-    layout->addLayout(cards);
-
     constexpr int gap = 20;
     auto *best = new FlowLayout(nullptr, 0, gap, 0);
     best->setAlignment(Qt::AlignHCenter);
@@ -30,7 +18,7 @@ ChainSummaryBox::ChainSummaryBox(QWidget *parent) : QGroupBox(parent)
     best->addWidget(
         plain_label(QStringLiteral("|"), QStringLiteral("color: #555; font-size: 9pt;")));
     best_overall_ = add_best_chain(*best, QStringLiteral("Best chain of all"));
-    layout->addLayout(best);
+    rows()->addLayout(best);
 }
 
 QLabel *ChainSummaryBox::add_best_chain(QLayout &row, const QString &name)
@@ -41,12 +29,6 @@ QLabel *ChainSummaryBox::add_best_chain(QLayout &row, const QString &name)
     return label;
 }
 
-void ChainSummaryBox::set_cards(const ChainCardTexts &texts)
-{
-    for (std::size_t i = 0; i < cards_.size(); ++i)
-        cards_.at(i)->set_text(texts.at(i));
-}
-
 void ChainSummaryBox::set_best_in_filter(const QString &line)
 {
     best_in_filter_->setText(line);
@@ -55,12 +37,6 @@ void ChainSummaryBox::set_best_in_filter(const QString &line)
 void ChainSummaryBox::set_best_overall(const QString &line)
 {
     best_overall_->setText(line);
-}
-
-void ChainSummaryBox::set_counting(bool counting)
-{
-    setTitle(counting ? QStringLiteral("Summary (counting…)") : QStringLiteral("Summary"));
-    setAccessibleName(title());
 }
 
 } // namespace tally::ui

@@ -1,6 +1,7 @@
 #include "ui/chains/chain_tracker_tab.h"
 
 #include "data/store/tally_db.h"
+#include "ui/chains/chain_cards.h"
 #include "ui/chains/chain_filter_bar.h"
 #include "ui/chains/chain_gap_notes.h"
 #include "ui/chains/chain_summary_box.h"
@@ -44,15 +45,7 @@ ChainTrackerTab::ChainTrackerTab(const Surroundings &around, double npc_btype, Q
     connect(&day_watch_, &DayWatch::dayChanged, this, &ChainTrackerTab::follow_day);
     connect(hero_pairs_, &QListWidget::itemClicked, this, &ChainTrackerTab::on_hero_pair_clicked);
 
-    counting_sign_.setSingleShot(true);
-    counting_sign_.setInterval(setup_.counting_sign_after);
-    connect(&counting_sign_, &QTimer::timeout, summary_, [this] { summary_->set_counting(true); });
-    connect(&figures_, &ViewAsker::busyChanged, this, [this](bool busy) {
-        if (busy)
-            return counting_sign_.start();
-        counting_sign_.stop();
-        summary_->set_counting(false);
-    });
+    summary_->show_counting_of(figures_, setup_.counting_sign_after);
     refresh();
 }
 

@@ -7,8 +7,6 @@
 #include "ui/parts/surroundings.h"
 #include "ui/parts/view_asker.h"
 
-#include <QTimer>
-
 #include <chrono>
 #include <functional>
 
@@ -65,8 +63,7 @@ private:
     ChainGapNotes *gap_notes_;
     HeroPairList *hero_pairs_ = nullptr;
     LootTable *loot_table_ = nullptr;
-    int kills_ = 0; ///< what the drop rates are shares of
-    QTimer counting_sign_;
+    int kills_ = 0;           ///< what the drop rates are shares of
     queries::Asker accounts_; ///< for the filter, which others ask for whether it is seen or not
     ViewAsker figures_;
     ViewAsker chosen_pair_;

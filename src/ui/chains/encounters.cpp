@@ -30,6 +30,10 @@ std::vector<size_t> by_start_time(const std::vector<data::ChainHead> &chains)
 
 Encounters::Encounters(const std::vector<data::ChainHead> &chains) : order_(chains.size())
 {
+    size_t fights = 0;
+    for (const data::ChainHead &chain : chains)
+        fights += chain.fights.size();
+    met_.reserve(fights);
     size_t order = 0;
     for (const size_t chain : by_start_time(chains)) {
         for (const data::ChainFight &fight : chains[chain].fights) {

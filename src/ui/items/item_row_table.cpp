@@ -47,12 +47,12 @@ ItemRowTable::ItemRowTable(const ItemRowTableLook &look, const QString &icon_dir
 
 void ItemRowTable::keyPressEvent(QKeyEvent *event)
 {
-    // Not by `activated`, which on some desktops is a single click.
     const bool is_enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (is_enter && currentIndex().isValid())
-        Q_EMIT rowOpened(currentIndex());
-    else
-        QTableView::keyPressEvent(event);
+    if (!is_enter || !currentIndex().isValid())
+        return QTableView::keyPressEvent(event);
+    // Which the table would hand on, and a dialog around it would close.
+    Q_EMIT activated(currentIndex());
+    Q_EMIT rowOpened(currentIndex());
 }
 
 const std::vector<ItemRow> &ItemRowTable::rows() const

@@ -37,7 +37,7 @@ public:
     bool select_key(const QString &key);
 
 Q_SIGNALS:
-    /// By a double click or by the Enter key.
+    /// By a double click or by the Enter key; `activated` on some desktops is a single click.
     void rowOpened(const QModelIndex &index);
 
 protected:

@@ -51,7 +51,7 @@ BarbarianKeepTab::BarbarianKeepTab(queries::StoreQueries *queries,
 
     using Service = services::KeepCooldownService;
     connect(service_, &Service::countdownTick, this, &BarbarianKeepTab::on_countdown);
-    connect(view_, &ItemRowTable::rowOpened, this, &BarbarianKeepTab::on_row_activated);
+    connect(view_, &QTableView::activated, this, &BarbarianKeepTab::on_row_activated);
     connect(refresh_button, &QPushButton::clicked, this, [this] {
         service_->tick();
         load_table();

@@ -1,23 +1,13 @@
 #include "ui/parts/day_watch.h"
 
-#include "data/store/sql_values.h"
-
-#include <QDateTime>
+#include "ui/parts/utc_time.h"
 
 #include <utility>
 
 namespace tally::ui {
-namespace {
-
-QDate day_of(double seconds)
-{
-    return QDateTime::fromSecsSinceEpoch(data::saturated<qint64>(seconds), Qt::UTC).date();
-}
-
-} // namespace
 
 DayWatch::DayWatch(platform::Clock clock, QObject *parent, std::chrono::milliseconds interval)
-    : QObject(parent), clock_(std::move(clock)), today_(day_of(clock_()))
+    : QObject(parent), clock_(std::move(clock)), today_(utc_date(clock_()))
 {
     timer_.setTimerType(Qt::VeryCoarseTimer);
     connect(&timer_, &QTimer::timeout, this, &DayWatch::look);
@@ -26,7 +16,7 @@ DayWatch::DayWatch(platform::Clock clock, QObject *parent, std::chrono::millisec
 
 void DayWatch::look()
 {
-    const QDate now = day_of(clock_());
+    const QDate now = utc_date(clock_());
     if (now == today_)
         return;
     const QDate before = std::exchange(today_, now);

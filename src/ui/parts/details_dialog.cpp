@@ -10,7 +10,8 @@ DetailsDialog::DetailsDialog(const QString &title, QSize size, int margin, int s
     : QDialog(parent), layout_(new QVBoxLayout(this))
 {
     setAttribute(Qt::WA_DeleteOnClose);
-    setModal(true);
+    // An alert over the game can still be clicked.
+    setWindowModality(Qt::WindowModal);
     setWindowTitle(title);
     resize(size);
     layout_->setContentsMargins(margin, margin, margin, margin);

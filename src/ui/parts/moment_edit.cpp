@@ -1,12 +1,7 @@
 #include "ui/parts/moment_edit.h"
 
-#include "ui/parts/day_buttons.h"
-
 #include <QCalendarWidget>
 #include <QDateEdit>
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QPushButton>
 #include <QTimeEdit>
 
 namespace tally::ui {
@@ -34,32 +29,18 @@ QDateEdit *new_date_edit(const QString &accessible_name)
 }
 
 MomentEdit::MomentEdit(const QString &label, QTime time_of_new_date, QWidget *parent)
-    : QWidget(parent)
+    : MomentRow(parent), date_(new_date_edit({})), time_(new QTimeEdit)
 {
-    const QString name = label.section(u' ', 0, 0);
-    auto *text = new QLabel(label);
-    const auto [previous, next] = new_day_buttons(name);
-    date_ = new_date_edit(QStringLiteral("%1 date (UTC)").arg(name));
-    time_ = new QTimeEdit;
     time_->setTimeSpec(Qt::UTC);
     time_->setDisplayFormat(QStringLiteral("HH:mm"));
-    time_->setAccessibleName(QStringLiteral("%1 time (UTC)").arg(name));
-
     constexpr int spacing = 6;
-    auto *row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(spacing);
-    for (QWidget *part : std::initializer_list<QWidget *>{text, previous, date_, next, time_})
-        row->addWidget(part);
-    text->setBuddy(date_);
+    lay_out(label, date_, time_, spacing);
 
     connect(date_, &QDateEdit::dateChanged, this, [this, time_of_new_date] {
         time_->setTime(time_of_new_date);
         Q_EMIT changed();
     });
     connect(time_, &QTimeEdit::timeChanged, this, &MomentEdit::changed);
-    connect(previous, &QPushButton::clicked, this, [this] { Q_EMIT dayStepped(-1); });
-    connect(next, &QPushButton::clicked, this, [this] { Q_EMIT dayStepped(1); });
 }
 
 QDate MomentEdit::date() const

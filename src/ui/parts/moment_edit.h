@@ -1,9 +1,10 @@
 #pragma once
 
+#include "ui/parts/moment_row.h"
+
 #include <QDate>
 #include <QString>
 #include <QTime>
-#include <QWidget>
 
 class QDateEdit;
 class QTimeEdit;
@@ -13,13 +14,11 @@ namespace tally::ui {
 /// A field for a day (UTC) with a calendar; without a parent.
 QDateEdit *new_date_edit(const QString &accessible_name);
 
-/// A label, a day between its two buttons, and a time of that day, all in UTC. A new day sets its
-/// time.
-class MomentEdit : public QWidget {
+/// A moment that is always one. A new day sets its time.
+class MomentEdit : public MomentRow {
     Q_OBJECT
 
 public:
-    /// \param label its first word names the controls
     MomentEdit(const QString &label, QTime time_of_new_date, QWidget *parent = nullptr);
 
     QDate date() const;
@@ -30,7 +29,6 @@ public:
 
 Q_SIGNALS:
     void changed(); ///< by the user or by a call
-    void dayStepped(int days);
 
 private:
     QDateEdit *date_;

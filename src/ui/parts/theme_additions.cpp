@@ -12,12 +12,14 @@ QPushButton:default:hover { color: {fg}; }
 QPushButton:default:hover:pressed { background-color: {accent}; color: {accent_fg}; }
 QPushButton:default:focus { border: 1px solid {fg}; }
 QPushButton:disabled { color: {muted}; }
+QPushButton:default:disabled { background-color: {panel}; border: 1px solid {border}; }
 QPushButton[pending="true"] { background-color: {accent}; color: {accent_fg};
     border: 1px solid {accent}; }
 QPushButton[pending="true"]:hover { background-color: {select_bg}; color: {fg}; }
 QPushButton[pending="true"]:focus { border: 1px solid {fg}; }
 QLineEdit:focus, QTextEdit:focus, QDateEdit:focus, QTimeEdit:focus, QComboBox:focus,
 QTableView:focus, QTreeWidget:focus, QListWidget:focus { border: 1px solid {accent}; }
+QLineEdit[unreadable="true"] { border: 1px solid {drop_low}; }
 QListWidget::item { background-color: transparent; }
 QListWidget::item:selected { background-color: {accent}; color: {accent_fg}; }
 QComboBox::drop-down, QDateEdit::drop-down { subcontrol-origin: border;

@@ -33,6 +33,7 @@ extern const PinPolicy honor_pin;
 struct OverlayView {
     OverlayBox box;
     double pixel_ratio = 1.0; ///< of its screen
+    PinPoint screen = {};     ///< where that begins
 };
 
 /// What an overlay is to do with itself.
@@ -50,6 +51,7 @@ public:
     PinState(platform::Host &host, const PinPolicy &policy, Settings &settings);
 
     bool pinned() const { return pinned_; }
+    const settings::OverlayPlace &keys() const { return policy_.keys; }
     const PinPlace &place() const { return place_; }
     const QString &target_exe() const { return target_exe_; }
     PinPoint free_position() const { return free_position_; }
@@ -63,6 +65,7 @@ public:
     /// The windows among which the user must choose before anything can be pinned; empty if the
     /// choice is plain.
     QList<platform::GameWindowInfo> windows_to_choose_from();
+    QList<platform::GameWindowInfo> game_windows() { return platform::find_game_windows(host_); }
     void choose_target(const QString &exe_path);
     /// Takes the overlay's present position as the place to keep, if the game can be found.
     void anchor_here(const OverlayView &overlay);
@@ -75,7 +78,7 @@ public:
 
 private:
     platform::WindowHandle find_target();
-    platform::WindowRect game_rect(double pixel_ratio);
+    platform::WindowRect game_rect(const OverlayView &overlay);
     bool game_in_front();
     void store_place(const OverlayBox &overlay, const platform::WindowRect &game);
 

@@ -49,7 +49,8 @@ QString hours_note(const QString &typed)
 
 QString browse_start(const QString &typed, const QString &default_dir)
 {
-    const QString folder = typed.trimmed().isEmpty() ? default_dir : typed.trimmed();
+    const QString folder =
+        QDir::cleanPath(typed.trimmed().isEmpty() ? default_dir : typed.trimmed());
     if (QFileInfo(folder).isDir())
         return folder;
     const QString parent = QFileInfo(folder).path();

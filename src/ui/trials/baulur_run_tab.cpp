@@ -102,8 +102,8 @@ void BaulurRunTab::refresh()
 
 void BaulurRunTab::show_figures(const TrialFigures &figures)
 {
-    if (figures.players)
-        filter_->set_players(*figures.players);
+    // Where they could not be read, nobody can be chosen, and the loot is that of all.
+    filter_->set_players(figures.players.value_or(std::vector<data::TrialPlayerRow>()));
     if (figures.loot)
         loot_cards_->show_stats(*figures.loot);
     if (!figures.sessions)

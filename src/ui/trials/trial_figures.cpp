@@ -28,7 +28,7 @@ TrialFigures trial_figures(const data::TallyDb &db, const TrialQuestion &questio
     const auto is_asked = [&](const data::TrialPlayerRow &row) {
         return row.name == asked_player;
     };
-    if (figures.players && std::ranges::none_of(*figures.players, is_asked))
+    if (!figures.players || std::ranges::none_of(*figures.players, is_asked))
         player.clear();
     queries.ask(figures.sessions, [&] { return db.trial_sessions(bosses, from, to, gap); });
     queries.ask(figures.loot, [&] {

@@ -5,9 +5,9 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QLabel>
 #include <QPointer>
 #include <QProcess>
-#include <QScreen>
 #include <QStandardPaths>
 #include <QSystemTrayIcon>
 #include <QTimer>
@@ -26,6 +26,16 @@ void click(QPoint at)
                                      QString::number(at.y()), u"click"_s, u"1"_s});
 }
 
+/// On a screen of its own with a window manager; the main program has made it.
+class Alerts : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (QGuiApplication::platformName() != u"xcb"_s)
+            GTEST_SKIP() << "Xvfb and openbox are needed";
+    }
+};
+
 QPointer<KeepToast> new_toast()
 {
     auto *toast = new KeepToast(u"🏰 Barbarian Keep"_s, u"Keep ready in ~1 hour"_s);
@@ -34,7 +44,7 @@ QPointer<KeepToast> new_toast()
     return toast;
 }
 
-TEST(Alerts, NoticesLeaveTheKeyboardToTheGame)
+TEST_F(Alerts, NoticesLeaveTheKeyboardToTheGame)
 {
     QWidget game;
     game.setGeometry(0, 0, 1000, 700);
@@ -47,7 +57,7 @@ TEST(Alerts, NoticesLeaveTheKeyboardToTheGame)
     EXPECT_TRUE(game.isActiveWindow());
 }
 
-TEST(Alerts, ANoticeThatTheBannerMeetsCanStillBeClicked)
+TEST_F(Alerts, ANoticeThatTheBannerMeetsCanStillBeClicked)
 {
     QList<QPointer<KeepToast>> toasts;
     for (int i = 0; i < 5; ++i)
@@ -58,6 +68,7 @@ TEST(Alerts, ANoticeThatTheBannerMeetsCanStillBeClicked)
     QPointer<KeepToast> met = toasts.at(3);
     const QRect both = met->geometry() & banner->geometry();
     ASSERT_FALSE(both.isEmpty());
+    EXPECT_TRUE(wait_until([&] { return QApplication::topLevelAt(both.center()) == met; }));
     click(both.center());
     EXPECT_TRUE(wait_until([&] { return met.isNull(); }));
     EXPECT_FALSE(banner.isNull());
@@ -66,31 +77,81 @@ TEST(Alerts, ANoticeThatTheBannerMeetsCanStillBeClicked)
     qDeleteAll(toasts);
 }
 
-/// A main window beside a tray that runs on the same screen.
-class WindowWithTray : public testing::Test {
+/// A main window whose start is over.
+class WindowWithoutTray : public Alerts {
 protected:
     void SetUp() override
     {
-        if (QStandardPaths::findExecutable(u"trayer"_s).isEmpty())
-            GTEST_SKIP() << "trayer is needed";
-        tray_.start(u"trayer"_s, {u"--edge"_s, u"top"_s});
-        ASSERT_TRUE(wait_until([] { return QSystemTrayIcon::isSystemTrayAvailable(); }));
+        Alerts::SetUp();
+        if (!IsSkipped())
+            open();
+    }
+    void TearDown() override { fixture_.destroy(); }
+
+    void open()
+    {
         ui::MainWindow &window = fixture_.open();
+        window.show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
         window.run_post_startup();
         ASSERT_TRUE(wait_until([&] {
-            return window.findChild<TrayManager *>() && fixture_.open_chain().watching() &&
-                   !QApplication::activeModalWidget();
+            return fixture_.open_chain().watching() && !QApplication::activeModalWidget();
         }));
+    }
+    /// What the program ends with, or what it is ended with after a time in which it should have.
+    static int run()
+    {
+        QTimer::singleShot(20'000, qApp, [] { QCoreApplication::exit(still_running); });
+        return QApplication::exec();
+    }
+
+    static constexpr int still_running = 7;
+    WindowFixture fixture_;
+};
+
+TEST_F(WindowWithoutTray, EndsTheProgramWithItsCloseButton)
+{
+    EXPECT_EQ(fixture_.window()->findChild<QSystemTrayIcon *>(), nullptr);
+    QTimer::singleShot(0, fixture_.window(), &QWidget::close);
+    EXPECT_EQ(run(), 0);
+    EXPECT_FALSE(fixture_.open_chain().watching());
+    EXPECT_EQ(fixture_.setting(u"tray_notice_shown"_s), "<none>");
+}
+
+/// The same beside a tray that runs on this screen.
+class WindowWithTray : public WindowWithoutTray {
+protected:
+    void SetUp() override
+    {
+        Alerts::SetUp();
+        if (!IsSkipped() && QStandardPaths::findExecutable(u"trayer"_s).isEmpty())
+            GTEST_SKIP() << "trayer is needed";
+        if (IsSkipped())
+            return;
+        tray_.start(u"trayer"_s, {u"--edge"_s, u"top"_s});
+        ASSERT_TRUE(wait_until([] { return QSystemTrayIcon::isSystemTrayAvailable(); }));
+        open();
+        ASSERT_NE(manager(), nullptr);
     }
     void TearDown() override
     {
-        fixture_.destroy();
+        WindowWithoutTray::TearDown();
         tray_.terminate();
         tray_.waitForFinished();
     }
 
-    WindowFixture fixture_;
+    TrayManager *manager() const { return fixture_.window()->findChild<TrayManager *>(); }
+    static bool says_that_it_goes_on()
+    {
+        for (const QWidget *window : QApplication::topLevelWidgets()) {
+            for (const QLabel *label : window->findChildren<QLabel *>()) {
+                if (label->isVisible() && label->text() == u"Tallyhand goes on in the tray."_s)
+                    return true;
+            }
+        }
+        return false;
+    }
+
     QProcess tray_;
 };
 
@@ -100,9 +161,7 @@ TEST_F(WindowWithTray, GoesOnBehindItWhateverCloses)
     window.close();
     EXPECT_FALSE(window.isVisible());
     EXPECT_TRUE(window.chain().watching());
-    EXPECT_EQ(fixture_.setting(u"tray_notice_shown"_s), "1");
 
-    constexpr int still_running = 7;
     QTimer::singleShot(0, qApp, [] {
         QDialog dialog;
         dialog.show();
@@ -115,17 +174,32 @@ TEST_F(WindowWithTray, GoesOnBehindItWhateverCloses)
         banner->close();
         QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(still_running); });
     });
-    EXPECT_EQ(QApplication::exec(), still_running);
+    EXPECT_EQ(run(), still_running);
 
-    Q_EMIT window.findChild<TrayManager *>()->showRequested();
-    EXPECT_TRUE(window.isVisible());
-    window.close();
-    EXPECT_FALSE(window.isVisible());
-    QTimer::singleShot(0, &window,
-                       [&window] { Q_EMIT window.findChild<TrayManager *>()->exitRequested(); });
-    QTimer::singleShot(20'000, &window, [] { QCoreApplication::exit(still_running); });
-    EXPECT_EQ(QApplication::exec(), 0);
+    QTimer::singleShot(0, manager(), &TrayManager::exitRequested);
+    EXPECT_EQ(run(), 0);
     EXPECT_EQ(fixture_.hard_exits(), 0);
+}
+
+TEST_F(WindowWithTray, ComesBackByADoubleClickAndIsAnnouncedOnce)
+{
+    ui::MainWindow &window = *fixture_.window();
+    auto &icon = *window.findChild<QSystemTrayIcon *>();
+    ASSERT_TRUE(wait_until([&] { return icon.geometry().isValid(); }));
+    QSignalSpy clicks(&icon, &QSystemTrayIcon::activated);
+    window.close();
+    EXPECT_TRUE(wait_until(says_that_it_goes_on));
+    EXPECT_EQ(fixture_.setting(u"tray_notice_shown"_s), "1");
+
+    click(icon.geometry().center());
+    ASSERT_TRUE(wait_until([&] { return clicks.count() == 1; }));
+    EXPECT_FALSE(window.isVisible());
+    click(icon.geometry().center());
+    EXPECT_TRUE(wait_until([&] { return window.isVisible(); }));
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    EXPECT_TRUE(wait_until([] { return !says_that_it_goes_on(); }));
+    window.close();
+    EXPECT_FALSE(says_that_it_goes_on());
 }
 
 } // namespace
