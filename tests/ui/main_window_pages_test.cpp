@@ -5,6 +5,7 @@
 
 #include <QFontDatabase>
 #include <QImage>
+#include <QMessageBox>
 #include <QPainter>
 
 #include <gtest/gtest.h>
@@ -67,6 +68,23 @@ TEST(MainWindowPages, TheKeepShowsItsBannerAndItsNotices)
         if (widget->windowFlags().testFlag(Qt::Tool))
             widget->close();
     }
+}
+
+TEST(MainWindowPages, WhoTurnsToFieldFightsForTheFirstTimeIsToldThatTheyAreNew)
+{
+    WindowFixture fixture;
+    ui::MainWindow &window = fixture.open();
+    window.tabs().setCurrentIndex(3);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    window.tabs().setCurrentIndex(7);
+    auto *notice = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+    ASSERT_NE(notice, nullptr);
+    EXPECT_EQ(notice->windowTitle(), u"Field Fights"_s);
+    EXPECT_TRUE(notice->text().startsWith(u"Field Fights is a beta module — the layout"));
+    EXPECT_EQ(fixture.setting(u"field_fights_beta_notice_shown"_s), "1");
+    notice->accept();
+    window.tabs().setCurrentIndex(5);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
 TEST(MainWindowPages, PicturesAreReadAnewWhenReferenceDataArrives)
