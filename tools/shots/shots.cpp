@@ -1,8 +1,9 @@
 // Pictures of every window in both themes. The scale is that of QT_SCALE_FACTOR.
 
 #include "album.h"
-#include "platform/host/fake/fake_host.h"
+#include "honor_shots.h"
 #include "overlay_shots.h"
+#include "platform/host/fake/fake_host.h"
 #include "platform/identity.h"
 #include "queries/store_queries.h"
 #include "report_shots.h"
@@ -217,5 +218,6 @@ int main(int argc, char *argv[])
         tools::take_selector(album);
         album.add(QStringLiteral("rounds"), round_overview_shot());
         tools::take_overlays(album, store);
+        tools::take_honor_tracker(album, store);
     }
 }
