@@ -86,6 +86,8 @@ void obey_input(FakeWindow &window, char *roll, std::vector<RollPerson> people, 
     while (std::getline(std::cin, command)) {
         if (command == "close")
             window.close();
+        else if (command == "full" || command == "window")
+            window.set_full_screen(command == "full");
         else if (command == "hole")
             punch_hole(roll, people.size() * stride);
         else if (command.starts_with("add "))

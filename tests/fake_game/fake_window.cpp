@@ -42,6 +42,22 @@ void FakeWindow::close()
     xcb_flush(connection_);
 }
 
+void FakeWindow::set_full_screen(bool on)
+{
+    xcb_client_message_event_t wish{};
+    wish.response_type = XCB_CLIENT_MESSAGE;
+    wish.format = 32;
+    wish.window = window_;
+    wish.type = atom("_NET_WM_STATE");
+    wish.data.data32[0] = on ? 1 : 0;
+    wish.data.data32[1] = atom("_NET_WM_STATE_FULLSCREEN");
+    const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
+    xcb_send_event(connection_, 0, screen->root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char *>(&wish));
+    xcb_flush(connection_);
+}
+
 void FakeWindow::set_text(const char *property, const std::string &text)
 {
     xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, atom(property),

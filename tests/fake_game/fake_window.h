@@ -15,6 +15,8 @@ public:
     FakeWindow &operator=(const FakeWindow &) = delete;
 
     void close();
+    /// Asks the window manager.
+    void set_full_screen(bool on);
 
 private:
     void set_text(const char *property, const std::string &text);

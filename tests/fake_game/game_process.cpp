@@ -9,8 +9,12 @@ constexpr int answer_ms = 60'000;
 } // namespace
 
 GameProcess::GameProcess(const XSession &session, const QStringList &options)
+    : GameProcess(session.environment(), options)
+{}
+
+GameProcess::GameProcess(const QProcessEnvironment &environment, const QStringList &options)
 {
-    process_.setProcessEnvironment(session.environment());
+    process_.setProcessEnvironment(environment);
     process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process_.start(QStringLiteral(TALLY_FAKE_GAME), options);
     const QList<QByteArray> words = answer().trimmed().split(' ');

@@ -14,6 +14,7 @@ class GameProcess {
 public:
     /// Starts it and waits until it stands ready.
     GameProcess(const XSession &session, const QStringList &options);
+    GameProcess(const QProcessEnvironment &environment, const QStringList &options);
     ~GameProcess();
     GameProcess(const GameProcess &) = delete;
     GameProcess &operator=(const GameProcess &) = delete;

@@ -61,7 +61,7 @@ TEST_F(Menus, StandInTheirOrderWithTheirShortcuts)
                           " E&xit") +
                   (quit.isEmpty() ? "" : " [" + quit.toStdString() + "]") +
                   "\n&View\n"
-                  " Show &Overlay [Ctrl+O] off\n"
+                  " Show &Overlay [Ctrl+O]\n"
                   " Overlay options\n"
                   "  Font size\n" +
                   sizes +

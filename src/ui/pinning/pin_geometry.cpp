@@ -39,9 +39,9 @@ int saturated(qint64 value)
                                                std::numeric_limits<int>::max()));
 }
 
-int scaled(int value, double ratio)
+int scaled(qint64 value, double ratio)
 {
-    return static_cast<int>(std::clamp(std::round(value / ratio),
+    return static_cast<int>(std::clamp(std::round(static_cast<double>(value) / ratio),
                                        double{std::numeric_limits<int>::min()},
                                        double{std::numeric_limits<int>::max()}));
 }
@@ -82,10 +82,13 @@ PinAnchor anchor_of_text(const QString &text)
     return found != anchors.end() ? found->anchor : PinAnchor::TopLeft;
 }
 
-WindowRect in_logical_pixels(const WindowRect &rect, double pixel_ratio)
+WindowRect in_logical_pixels(const WindowRect &rect, double pixel_ratio, const PinPoint &screen)
 {
     const double ratio = pixel_ratio > 0 ? pixel_ratio : 1.0;
-    return {scaled(rect.x, ratio), scaled(rect.y, ratio), scaled(rect.w, ratio),
+    const auto place = [ratio](int value, int origin) {
+        return saturated(qint64{scaled(qint64{value} - origin, ratio)} + origin);
+    };
+    return {place(rect.x, screen.x), place(rect.y, screen.y), scaled(rect.w, ratio),
             scaled(rect.h, ratio), rect.valid};
 }
 

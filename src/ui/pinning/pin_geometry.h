@@ -35,7 +35,9 @@ struct OverlayBox {
 
 /// A rectangle of the window system in the pixels that Qt counts. A ratio that isn't above 0 counts
 /// as 1.
-platform::WindowRect in_logical_pixels(const platform::WindowRect &rect, double pixel_ratio);
+/// \param screen the top left corner of the screen that the ratio is of, which is the same in both
+platform::WindowRect in_logical_pixels(const platform::WindowRect &rect, double pixel_ratio,
+                                       const PinPoint &screen = {});
 
 /// The rule of the statistics overlay: the anchor is the quarter of the game that holds the
 /// overlay's centre, offsets run between the sides, and the overlay stays inside the game.

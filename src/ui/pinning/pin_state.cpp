@@ -33,13 +33,14 @@ WindowHandle PinState::find_target()
 }
 
 /// The remembered window's rectangle in the pixels of the policy.
-WindowRect PinState::game_rect(double pixel_ratio)
+WindowRect PinState::game_rect(const OverlayView &overlay)
 {
     if (game_window_ == platform::no_window)
         return {};
     const WindowRect rect = host_.window_rect(game_window_);
-    return policy_.pixels == PinPolicy::Pixels::Logical ? in_logical_pixels(rect, pixel_ratio)
-                                                        : rect;
+    return policy_.pixels == PinPolicy::Pixels::Logical
+               ? in_logical_pixels(rect, overlay.pixel_ratio, overlay.screen)
+               : rect;
 }
 
 /// A dialog of this program in front leaves the overlay where it is, too.
@@ -60,7 +61,7 @@ PinStep PinState::tick(const OverlayView &overlay)
         usable = platform::window_usable(host_, game_window_);
     }
     const bool hides = policy_.when_away == PinPolicy::WhenAway::Hide;
-    const WindowRect game = usable || !hides ? game_rect(overlay.pixel_ratio) : WindowRect{};
+    const WindowRect game = usable || !hides ? game_rect(overlay) : WindowRect{};
     PinStep step;
     if (hides && (!game.valid || !game_in_front())) {
         if (!std::exchange(hidden_by_pin_, true))
@@ -107,7 +108,7 @@ void PinState::anchor_here(const OverlayView &overlay)
     game_window_ = find_target();
     if (!platform::window_usable(host_, game_window_))
         return;
-    const WindowRect game = game_rect(overlay.pixel_ratio);
+    const WindowRect game = game_rect(overlay);
     if (game.valid)
         store_place(overlay.box, game);
 }
@@ -125,7 +126,7 @@ void PinState::end_drag(const OverlayView &overlay)
     const bool needs_usable = policy_.when_away == PinPolicy::WhenAway::Hide;
     if (needs_usable && !platform::window_usable(host_, game_window_))
         return;
-    const WindowRect game = game_rect(overlay.pixel_ratio);
+    const WindowRect game = game_rect(overlay);
     if (game.valid)
         store_place(overlay.box, game);
 }

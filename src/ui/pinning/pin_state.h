@@ -33,6 +33,7 @@ extern const PinPolicy honor_pin;
 struct OverlayView {
     OverlayBox box;
     double pixel_ratio = 1.0; ///< of its screen
+    PinPoint screen = {};     ///< where that begins
 };
 
 /// What an overlay is to do with itself.
@@ -77,7 +78,7 @@ public:
 
 private:
     platform::WindowHandle find_target();
-    platform::WindowRect game_rect(double pixel_ratio);
+    platform::WindowRect game_rect(const OverlayView &overlay);
     bool game_in_front();
     void store_place(const OverlayBox &overlay, const platform::WindowRect &game);
 

@@ -54,18 +54,21 @@ OverlayView overlay_view(const QWidget &overlay)
 {
     const QWindow *native = overlay.windowHandle();
     const QScreen *screen = native != nullptr ? native->screen() : overlay.screen();
-    const double ratio = screen != nullptr ? screen->devicePixelRatio() : 1.0;
-    return {{overlay.x(), overlay.y(), overlay.width(), overlay.height()}, ratio};
+    const OverlayBox box{overlay.x(), overlay.y(), overlay.width(), overlay.height()};
+    if (screen == nullptr)
+        return {box};
+    const QPoint corner = screen->geometry().topLeft();
+    return {box, screen->devicePixelRatio(), {corner.x(), corner.y()}};
 }
 
 void apply_pin_step(const PinStep &step, QWidget &overlay)
 {
     if (step.visibility == PinStep::Visibility::Hide)
         overlay.hide();
+    if (step.move_to) // before it is shown elsewhere
+        overlay.move(step.move_to->x, step.move_to->y);
     if (step.visibility == PinStep::Visibility::Show)
         overlay.show();
-    if (step.move_to)
-        overlay.move(step.move_to->x, step.move_to->y);
 }
 
 bool select_game_window(PinState &pin, const QList<platform::GameWindowInfo> &windows,

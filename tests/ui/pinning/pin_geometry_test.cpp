@@ -94,6 +94,9 @@ TEST(PinGeometry, PhysicalPixelsAreDividedByTheRatioAndRounded)
     EXPECT_EQ(in_logical_pixels({101, 0, 1, 1, true}, 0.0).x, 101);
     EXPECT_EQ(in_logical_pixels({101, 0, 1, 1, true}, -2.0).x, 101);
     EXPECT_FALSE(in_logical_pixels({1, 1, 1, 1, false}, 1.5).valid);
+    const WindowRect beside = in_logical_pixels({1920 + 101, 30, 301, 300, true}, 1.5, {1920, 0});
+    EXPECT_EQ(std::tie(beside.x, beside.y, beside.w, beside.h),
+              std::make_tuple(1987, 20, 201, 200));
 }
 
 int on_screen()

@@ -149,9 +149,11 @@ TEST_F(PinStates, TheHonorOverlayStaysAndFollowsEvenAMinimisedGame)
 
 TEST_F(PinStates, OnlyTheStatisticsOverlayCountsInLogicalPixels)
 {
-    overlay.pixel_ratio = 2.0;
     PinState statistics = pinned(statistics_pin);
-    expect_move(statistics.tick(overlay), 70, 105);
+    for (const auto &[ratio, x, y] : {std::tuple(1.5, 87, 113), {1.0, 120, 130}, {2.0, 70, 105}}) {
+        overlay.pixel_ratio = ratio; // which the user may change at any time
+        expect_move(statistics.tick(overlay), x, y);
+    }
     PinState honor = pinned(honor_pin);
     expect_move(honor.tick(overlay), 120, 130);
 }
