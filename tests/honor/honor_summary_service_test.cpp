@@ -219,15 +219,6 @@ TEST_F(HonorService, ChainsThatAreStillToBeAddedUpAreNotCountedOnTheGuiThread)
     EXPECT_THAT(told_until(u"Read OK"_s).filter(u"off"_s), ElementsAre(u"off by 0"_s));
 }
 
-/// Reads until it is stopped.
-std::optional<ReadResult> read_until_stopped(const std::stop_token &stop)
-{
-    QSemaphore stopped;
-    const std::stop_callback release(stop, [&stopped] { stopped.release(); });
-    stopped.acquire();
-    return {};
-}
-
 TEST_F(HonorService, AStopEndsTheReadBeforeTheReaderIsDetached)
 {
     import_people();

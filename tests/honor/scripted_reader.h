@@ -58,6 +58,15 @@ private:
     honor::ReaderState state_ = honor::ReaderState::Ok;
 };
 
+/// Reads until it is stopped.
+inline std::optional<honor::ReadResult> read_until_stopped(const std::stop_token &stop)
+{
+    QSemaphore stopped;
+    const std::stop_callback release(stop, [&stopped] { stopped.release(); });
+    stopped.acquire();
+    return {};
+}
+
 /// A read of a roll in which the player has this honor, begun at `time`.
 inline honor::ReadResult read_of(std::optional<std::int64_t> honor, double time)
 {

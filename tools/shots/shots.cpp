@@ -1,6 +1,7 @@
 // Pictures of every window in both themes. The scale is that of QT_SCALE_FACTOR.
 
 #include "album.h"
+#include "honor_shots.h"
 #include "overlay_shots.h"
 #include "platform/host/fake/fake_host.h"
 #include "platform/identity.h"
@@ -221,5 +222,6 @@ int main(int argc, char *argv[])
         tools::take_updates(album);
         album.add(QStringLiteral("rounds"), round_overview_shot());
         tools::take_overlays(album, store);
+        tools::take_honor_tracker(album, store);
     }
 }

@@ -71,7 +71,7 @@ QString HonorLook::panel() const
     sheet += QStringLiteral("QPushButton { background: %1; color: white; border: none; "
                             "padding: 4px 12px; border-radius: 4px; font-size: %2pt; }"
                             "QPushButton:hover { background: #6a75f5; }"
-                            "QPushButton:focus { border: 1px solid %3; }"
+                            "QPushButton:focus { border: 1px solid %3; padding: 3px 11px; }"
                             "QFrame#titlebar { background: %1; }")
                  .arg(accent)
                  .arg(font_size_)

@@ -42,12 +42,13 @@ QLabel *label_of(const QString &look, const QString &text = {})
     return label;
 }
 
-/// All labels get the width of the widest, which is at least `least`.
+/// All labels get the width of the widest, which is at least `least`. Their hints tell no width
+/// below the one that they had before.
 void align_widths(const QList<QLabel *> &labels, int least)
 {
     int width = least;
     for (const QLabel *label : labels)
-        width = std::max(width, label->sizeHint().width());
+        width = std::max(width, label->fontMetrics().horizontalAdvance(label->text()) + 2);
     for (QLabel *label : labels)
         label->setFixedWidth(width);
 }
@@ -85,6 +86,7 @@ QWidget *HonorPanel::build_title_bar()
     auto *close = new QPushButton(QStringLiteral("×"));
     close->setFlat(true);
     close->setFixedSize(20, 20);
+    close->setFocusPolicy(Qt::NoFocus); // a key meant for the game must not close it
     close->setStyleSheet(
         QStringLiteral("background: transparent; color: white; font-size: 16pt; padding: 0;"));
     close->setAccessibleName(QStringLiteral("Close"));
@@ -95,9 +97,9 @@ QWidget *HonorPanel::build_title_bar()
 
 QWidget *HonorPanel::build_body()
 {
-    auto *body = new QWidget;
-    body->setObjectName(QStringLiteral("body"));
-    auto *layout = new QVBoxLayout(body);
+    body_ = new QWidget;
+    body_->setObjectName(QStringLiteral("body"));
+    auto *layout = new QVBoxLayout(body_);
     layout->setContentsMargins(12, 8, 12, 8);
     layout->setSpacing(6);
     big_label_ = label_of(QStringLiteral("big"), unknown);
@@ -132,7 +134,7 @@ QWidget *HonorPanel::build_body()
     status_label_ = label_of(QStringLiteral("status"), QStringLiteral("Starting..."));
     status_label_->setWordWrap(true);
     layout->addWidget(status_label_);
-    return body;
+    return body_;
 }
 
 QLabel *HonorPanel::add_value_row(QBoxLayout &rows, const QString &caption)
@@ -243,7 +245,11 @@ void HonorPanel::fit_columns()
 QSize HonorPanel::fitting_size()
 {
     fit_columns();
-    layout()->activate();
+    // Of what has changed within, a layout would hear only when the event loop runs.
+    for (QLayout *part : {title_bar_->layout(), body_->layout(), layout()}) {
+        part->invalidate();
+        part->activate();
+    }
     const int width = std::max(least_width, layout()->minimumSize().width());
     return {width, layout()->totalHeightForWidth(width)};
 }

@@ -62,6 +62,7 @@ private:
 
     HonorLook look_;
     QFrame *title_bar_ = nullptr;
+    QWidget *body_ = nullptr;
     QLabel *big_label_ = nullptr;
     ElidedLabel *name_label_ = nullptr;
     QLabel *baseline_value_ = nullptr;

@@ -43,7 +43,10 @@ HonorSummaryOverlay::HonorSummaryOverlay(const ui::Surroundings &around,
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
+    layout->setSizeConstraint(QLayout::SetNoConstraint); // it has the size that fits the panel
     layout->addWidget(panel_);
+    show_overtake();
+    refresh_estimate();
     fit();
     move(pin_.free_position().x, pin_.free_position().y);
     ui::come_to_a_screen(*this);
@@ -111,8 +114,13 @@ void HonorSummaryOverlay::set_pinned(bool pinned)
 void HonorSummaryOverlay::show_figures(const HonorSnapshot &figures)
 {
     panel_->show_figures(figures, around_.clock());
-    panel_->show_overtake(overtake_texts(service_->overtake_targets(rivals), service_->snapshot()));
+    show_overtake();
     fit();
+}
+
+void HonorSummaryOverlay::show_overtake()
+{
+    panel_->show_overtake(overtake_texts(service_->overtake_targets(rivals), service_->snapshot()));
 }
 
 void HonorSummaryOverlay::on_honor_updated(std::optional<qint64> base_honor, int delta_reports,

@@ -64,6 +64,7 @@ private:
     void connect_service();
     void follow_settings();
     void show_figures(const HonorSnapshot &figures);
+    void show_overtake();
     void fit();
 
     ui::Surroundings around_;
