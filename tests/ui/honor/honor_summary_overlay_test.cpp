@@ -48,7 +48,6 @@ protected:
     {
         reader_->gives(state, std::move(read));
         overlay_ = std::make_unique<HonorSummaryOverlay>(around_, &service_);
-        EXPECT_THAT(texts(), Contains(u"Starting..."_s));
         EXPECT_EQ(texts().count(u"need sync"_s), 3);
         overlay_->show();
         wait_until_read();
@@ -140,9 +139,10 @@ TEST_F(HonorOverlay, IsAsLargeAsItsTextsNeed)
     Q_EMIT service_.stateChanged(u"Read OK (1.3s)"_s);
     settings_.set(settings::honor_tracker_font_size, 26);
     for (const QLabel *one : overlay_->findChildren<QLabel *>()) {
-        if (one->sizePolicy().horizontalPolicy() != QSizePolicy::Ignored)
-            EXPECT_GE(one->width(), one->fontMetrics().horizontalAdvance(one->text()))
-                << one->text().toStdString();
+        if (one->sizePolicy().horizontalPolicy() == QSizePolicy::Ignored)
+            continue;
+        EXPECT_GE(one->width(), one->fontMetrics().horizontalAdvance(one->text()))
+            << one->text().toStdString();
     }
     settings_.set(settings::honor_tracker_font_size, 10);
     EXPECT_EQ(overlay_->size(), usual);
@@ -186,7 +186,6 @@ TEST_F(HonorOverlay, ADragIsStoredAlsoWhilePinned)
     QTest::mouseRelease(overlay_.get(), Qt::LeftButton, {}, {5, 60});
     EXPECT_EQ(overlay_->pos(), start + QPoint(20, 10));
     EXPECT_EQ(settings_.get(settings::honor_tracker_x), overlay_->x());
-    EXPECT_EQ(settings_.get(settings::honor_tracker_pin_off_x), overlay_->x() - 100);
 }
 
 TEST_F(HonorOverlay, ItsMenuHasAllThatItCan)
