@@ -73,7 +73,7 @@ TEST_F(Menus, StandInTheirOrderWithTheirShortcuts)
                   "  ----\n"
                   "  Let clicks through\n"
                   " ----\n"
-                  " Honor &Tracker [Ctrl+H] off\n"
+                  " Honor &Tracker [Ctrl+H]\n"
                   " Tracker options\n"
                   "  Font size\n" +
                   sizes +
