@@ -11,7 +11,7 @@
 
 namespace tally::test {
 
-/// One read after the other, as the script says.
+/// One read after the other, as the script says, and at its end nothing.
 class ScriptedReader : public honor::RollReader {
 public:
     using Read = std::function<std::optional<honor::ReadResult>(std::stop_token)>;
@@ -42,6 +42,8 @@ public:
         };
         const Reading now(reading);
         begun.release();
+        if (script.empty())
+            return {};
         const auto [state, read] = script.front();
         script.pop_front();
         state_ = state;

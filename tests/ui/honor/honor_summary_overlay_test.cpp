@@ -29,7 +29,6 @@ using namespace tally::test;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using testing::Contains;
-using testing::Not;
 
 constexpr int bound_ms = 30'000;
 const QString strange_name = u"<img src=x>"_s;
@@ -60,10 +59,8 @@ protected:
     }
     void wait_until_read()
     {
-        const auto has_read = [this] {
-            return reader_->script.empty() && !service_.snapshot().running;
-        };
-        ASSERT_TRUE(QTest::qWaitFor(has_read, bound_ms));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return reader_->begun.tryAcquire(); }, bound_ms));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !service_.snapshot().running; }, bound_ms));
     }
 
     QStringList texts() const
@@ -139,10 +136,10 @@ TEST_F(HonorOverlay, IsAsLargeAsItsTextsNeed)
     Q_EMIT service_.stateChanged(u"Read OK (1.3s)"_s);
     settings_.set(settings::honor_tracker_font_size, 26);
     for (const QLabel *one : overlay_->findChildren<QLabel *>()) {
-        if (one->sizePolicy().horizontalPolicy() == QSizePolicy::Ignored)
-            continue;
-        EXPECT_GE(one->width(), one->fontMetrics().horizontalAdvance(one->text()))
-            << one->text().toStdString();
+        if (one->sizePolicy().horizontalPolicy() != QSizePolicy::Ignored) {
+            EXPECT_GE(one->width(), one->fontMetrics().horizontalAdvance(one->text()))
+                << one->text().toStdString();
+        }
     }
     settings_.set(settings::honor_tracker_font_size, 10);
     EXPECT_EQ(overlay_->size(), usual);
@@ -153,7 +150,6 @@ TEST_F(HonorOverlay, IsAsLargeAsItsTextsNeed)
 TEST_F(HonorOverlay, ClosingItDuringAReadEndsTheReadAndIsRemembered)
 {
     open(ReaderState::Ok, {});
-    reader_->begun.acquire(reader_->begun.available());
     reader_->script.emplace_back(ReaderState::Ok, read_until_stopped);
     button(u"Sync"_s)->click();
     ASSERT_TRUE(QTest::qWaitFor([this] { return reader_->begun.tryAcquire(); }, bound_ms));
@@ -180,12 +176,14 @@ TEST_F(HonorOverlay, ADragIsStoredAlsoWhilePinned)
     settings_.set(settings::honor_tracker_pinned, true);
     host_.windows = {{7, u"Rise of Kingdoms", 9, {100, 50, 1'280, 720, true}}};
     open(ReaderState::Ok, {});
-    const QPoint start = overlay_->pos();
+    const QPoint start(120, 130);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return overlay_->pos() == start; }, bound_ms));
     QTest::mousePress(overlay_.get(), Qt::LeftButton, {}, {5, 60});
     QTest::mouseMove(overlay_.get(), {25, 70});
     QTest::mouseRelease(overlay_.get(), Qt::LeftButton, {}, {5, 60});
     EXPECT_EQ(overlay_->pos(), start + QPoint(20, 10));
     EXPECT_EQ(settings_.get(settings::honor_tracker_x), overlay_->x());
+    EXPECT_EQ(settings_.get(settings::honor_tracker_pin_off_x), overlay_->x() - 100);
 }
 
 TEST_F(HonorOverlay, ItsMenuHasAllThatItCan)
