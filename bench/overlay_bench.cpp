@@ -1,0 +1,180 @@
+// What the statistics overlay costs while nothing happens: pinned to a window under a window
+// manager, and a refresh with nothing new. overlay_bench [SECONDS]
+
+#include "data/store/tally_db.h"
+#include "figure.h"
+#include "platform/host/fake/fake_host.h"
+#include "platform/host/system_host.h"
+#include "queries/store_queries.h"
+#include "settings/catalogue.h"
+#include "settings/settings.h"
+#include "store_filler.h"
+#include "support/x_session.h"
+#include "ui/chains/chain_tracker_tab.h"
+#include "ui/overlay/overlay_source.h"
+#include "ui/overlay/overlay_window.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+namespace {
+
+using namespace tally;
+using namespace tally::bench;
+
+constexpr int default_seconds = 60;
+constexpr int warm_up_ms = 4'000; // more than an interval of refreshes
+constexpr int refreshes = 2'000;
+constexpr int rounds = 200'000;
+
+class Page final : public ui::OverlaySource {
+public:
+    explicit Page(const ui::Surroundings &around) : tab_(around, 1.0) {}
+
+    std::optional<ui::ChainFilter> current_chain_filter() const override
+    {
+        return tab_.current_filter();
+    }
+    QString current_tab_title() const override { return QStringLiteral("Chain Tracker"); }
+
+private:
+    ui::ChainTrackerTab tab_;
+};
+
+/// Nanoseconds that the process has run, all its threads together.
+double processor_time()
+{
+    double sum = 0.0;
+    const QDir threads(QStringLiteral("/proc/self/task"));
+    for (const QString &thread : threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile file(threads.filePath(thread + QStringLiteral("/schedstat")));
+        if (file.open(QIODevice::ReadOnly))
+            sum += file.readAll().split(' ').first().toDouble();
+    }
+    return sum;
+}
+
+void run_events(int ms)
+{
+    QEventLoop loop; // where waiting with QTest would look around a hundred times a second
+    QTimer::singleShot(ms, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+/// The share of a core, in per cent, that the event loop takes for so long.
+double share(int seconds)
+{
+    QElapsedTimer timer;
+    timer.start();
+    const double before = processor_time();
+    run_events(seconds * 1'000);
+    return 100.0 * (processor_time() - before) / static_cast<double>(timer.nsecsElapsed());
+}
+
+double microseconds_a_call(int calls, const std::function<void()> &call)
+{
+    std::vector<double> times;
+    for (int i = 0; i < calls; ++i) {
+        QElapsedTimer timer;
+        timer.start();
+        call();
+        times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e3);
+    }
+    return median(times);
+}
+
+void measure_ticks(ui::Surroundings around, int seconds)
+{
+    const std::unique_ptr<platform::Host> host = platform::make_system_host();
+    QWidget game;
+    game.setWindowTitle(QStringLiteral("Rise of Kingdoms"));
+    game.setGeometry(100, 100, 900, 700);
+    game.show();
+    if (!QTest::qWaitForWindowActive(&game))
+        return std::puts("no window manager"), void();
+    const double idle = share(seconds);
+    const ui::Surroundings real{.db = around.db,
+                                .queries = around.queries,
+                                .settings = around.settings,
+                                .host = *host,
+                                .icon_dir = around.icon_dir};
+    around.settings.set(settings::overlay_pinned, true);
+    ui::OverlayWindow overlay(real, nullptr, 1.0);
+    overlay.show();
+    run_events(warm_up_ms);
+    if (!overlay.isVisible())
+        return std::puts("the overlay does not follow"), void();
+    const double pinned = share(seconds);
+    std::printf("pinned for %d s: %.3f %% of a core, without it %.3f %%\n", seconds, pinned, idle);
+    print_figure("overlay_tick_core_percent", pinned, Goal::at_most, 0.3);
+    around.settings.set(settings::overlay_pinned, false);
+}
+
+void measure_refreshes(const ui::Surroundings &around)
+{
+    const Page page(around);
+    for (const int mode : {0, 1}) {
+        ui::OverlayWindow overlay(around, &page, 1.0);
+        overlay.set_mode(mode);
+        overlay.show();
+        const auto refresh = [&overlay] {
+            QMetaObject::invokeMethod(&overlay, "refresh_data");
+        };
+        run_events(100);
+        const double nothing_new = microseconds_a_call(refreshes, refresh);
+        int ap_source = 0;
+        const double asked = microseconds_a_call(50, [&] {
+            around.db.free_ap_mode = ++ap_source % 2;
+            refresh();
+        });
+        std::printf("a refresh in mode %d, nothing new: %.1f µs; asked anew, mostly remembered: "
+                    "%.0f µs (%.0f times)\n",
+                    mode, nothing_new, asked, asked / nothing_new);
+        print_figure(mode == 0 ? "overlay_idle_refresh_ms"
+                               : "overlay_idle_refresh_without_icons_ms",
+                     nothing_new / 1e3, Goal::at_most, 0.2);
+    }
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const int seconds = argc > 1 ? std::atoi(argv[1]) : default_seconds;
+    const test::XSession session;
+    if (!session.running() || seconds <= 0) {
+        std::fputs("usage: overlay_bench [SECONDS] (needs Xvfb and openbox)\n", stderr);
+        return 2;
+    }
+    qputenv("DISPLAY", session.display());
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    const QApplication application(argc, argv);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("tally.db"));
+    tools::FillOptions options;
+    options.rounds = rounds;
+    tools::fill_store(path, options);
+    data::TallyDb db(path);
+    db.init_schema();
+    db.complete_chain_slices();
+    queries::StoreQueries queries(db);
+    Settings settings(db);
+    platform::FakeHost host;
+    const ui::Surroundings around{.db = db,
+                                  .queries = queries,
+                                  .settings = settings,
+                                  .host = host,
+                                  .icon_dir = folder.path()};
+    measure_refreshes(around);
+    measure_ticks(around, seconds);
+}
