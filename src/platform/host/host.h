@@ -23,6 +23,14 @@ struct WindowRect {
     bool valid = false;
 };
 
+/// What who follows a window wants to know at every look.
+struct WindowLook {
+    bool usable = false; ///< it exists, is shown and isn't minimised
+    WindowRect rect;
+    std::uint32_t process_id = 0;
+    WindowHandle foreground = no_window;
+};
+
 /// What an attempt to open a process for reading gave.
 struct OpenedProcess {
     std::unique_ptr<ProcessMemory> memory; ///< null if it cannot be read
@@ -58,6 +66,14 @@ public:
     virtual WindowRect window_rect(WindowHandle window) = 0;
     /// The window that has the user's attention, or `no_window`.
     virtual WindowHandle foreground_window() = 0;
+
+    /// All of it at once, for a system where each answer is waited for.
+    virtual WindowLook look_at(WindowHandle window)
+    {
+        const bool usable = window != no_window && window_exists(window) &&
+                            window_visible(window) && !window_minimised(window);
+        return {usable, window_rect(window), window_process_id(window), foreground_window()};
+    }
 
     virtual std::uint32_t own_process_id() = 0;
     /// The full path of the process image; empty if it cannot be queried.

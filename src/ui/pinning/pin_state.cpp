@@ -32,38 +32,36 @@ WindowHandle PinState::find_target()
     return found != nullptr ? found->hwnd : platform::no_window;
 }
 
-/// The remembered window's rectangle in the pixels of the policy.
-WindowRect PinState::game_rect(const OverlayView &overlay)
+/// The window's rectangle in the pixels of the policy.
+WindowRect PinState::game_rect(const platform::WindowLook &game, const OverlayView &overlay) const
 {
-    if (game_window_ == platform::no_window)
-        return {};
-    const WindowRect rect = host_.window_rect(game_window_);
     return policy_.pixels == PinPolicy::Pixels::Logical
-               ? in_logical_pixels(rect, overlay.pixel_ratio, overlay.screen)
-               : rect;
+               ? in_logical_pixels(game.rect, overlay.pixel_ratio, overlay.screen)
+               : game.rect;
 }
 
 /// A dialog of this program in front leaves the overlay where it is, too.
-bool PinState::game_in_front()
+bool PinState::is_in_front(const platform::WindowLook &game)
 {
-    const std::uint32_t front = host_.window_process_id(host_.foreground_window());
-    const std::uint32_t game = host_.window_process_id(game_window_);
-    return front == own_process_ || (game != 0 && game == front);
+    const std::uint32_t front = game.foreground == game_window_
+                                    ? game.process_id
+                                    : host_.window_process_id(game.foreground);
+    return front == own_process_ || (game.process_id != 0 && game.process_id == front);
 }
 
 PinStep PinState::tick(const OverlayView &overlay)
 {
     if (closing_ || !pinned_ || dragging_)
         return {};
-    bool usable = platform::window_usable(host_, game_window_);
-    if (!usable) {
+    platform::WindowLook look = host_.look_at(game_window_);
+    if (!look.usable) {
         game_window_ = find_target();
-        usable = platform::window_usable(host_, game_window_);
+        look = host_.look_at(game_window_);
     }
     const bool hides = policy_.when_away == PinPolicy::WhenAway::Hide;
-    const WindowRect game = usable || !hides ? game_rect(overlay) : WindowRect{};
+    const WindowRect game = look.usable || !hides ? game_rect(look, overlay) : WindowRect{};
     PinStep step;
-    if (hides && (!game.valid || !game_in_front())) {
+    if (hides && (!game.valid || !is_in_front(look))) {
         if (!std::exchange(hidden_by_pin_, true))
             step.visibility = PinStep::Visibility::Hide;
         return step;
@@ -106,10 +104,9 @@ void PinState::choose_target(const QString &exe_path)
 void PinState::anchor_here(const OverlayView &overlay)
 {
     game_window_ = find_target();
-    if (!platform::window_usable(host_, game_window_))
-        return;
-    const WindowRect game = game_rect(overlay);
-    if (game.valid)
+    const platform::WindowLook look = host_.look_at(game_window_);
+    const WindowRect game = game_rect(look, overlay);
+    if (look.usable && game.valid)
         store_place(overlay.box, game);
 }
 
@@ -124,10 +121,9 @@ void PinState::end_drag(const OverlayView &overlay)
     if (!pinned_)
         return;
     const bool needs_usable = policy_.when_away == PinPolicy::WhenAway::Hide;
-    if (needs_usable && !platform::window_usable(host_, game_window_))
-        return;
-    const WindowRect game = game_rect(overlay);
-    if (game.valid)
+    const platform::WindowLook look = host_.look_at(game_window_);
+    const WindowRect game = game_rect(look, overlay);
+    if (game.valid && (look.usable || !needs_usable))
         store_place(overlay.box, game);
 }
 

@@ -78,8 +78,9 @@ public:
 
 private:
     platform::WindowHandle find_target();
-    platform::WindowRect game_rect(const OverlayView &overlay);
-    bool game_in_front();
+    platform::WindowRect game_rect(const platform::WindowLook &game,
+                                   const OverlayView &overlay) const;
+    bool is_in_front(const platform::WindowLook &game);
     void store_place(const OverlayBox &overlay, const platform::WindowRect &game);
 
     platform::Host &host_;

@@ -1,8 +1,19 @@
 #include "platform/host/fake/fake_host.h"
 #include "support/kept_settings.h"
 #include "ui/pinning/pin_state.h"
+#include "ui/pinning/pinned_overlay.h"
+
+#include <QWidget>
 
 #include <gtest/gtest.h>
+
+#include <atomic>
+
+#ifdef __SANITIZE_ADDRESS__
+// Of the sanitizer's runtime, whose header comes with another compiler.
+extern "C" int __sanitizer_install_malloc_and_free_hooks( // NOLINT(bugprone-reserved-identifier)
+    void (*allocated)(const volatile void *, std::size_t), void (*freed)(const volatile void *));
+#endif
 
 namespace tally::ui {
 namespace {
@@ -251,6 +262,29 @@ TEST_F(PinStates, ADragWhileTheGameIsGoneStoresNoPlace)
     pin.end_drag(overlay);
     EXPECT_EQ(kept.writes, 0);
 }
+
+#ifdef __SANITIZE_ADDRESS__
+std::atomic<int> allocations = 0;
+
+TEST_F(PinStates, ASteadyTickAllocatesNothing)
+{
+    QWidget widget;
+    widget.show();
+    PinState pin = pinned(statistics_pin);
+    const auto tick = [&] {
+        apply_pin_step(pin.tick(overlay_view(widget)), widget);
+    };
+    tick(); // finds the game and moves there
+    __sanitizer_install_malloc_and_free_hooks(
+        [](const volatile void *, std::size_t) { ++allocations; }, [](const volatile void *) {});
+    const int before = allocations;
+    for (int i = 0; i < 10; ++i)
+        tick();
+    EXPECT_EQ(allocations, before);
+    const QString text = QString::number(before + 1);
+    EXPECT_GT(allocations, before) << "they are counted: " << text.toStdString();
+}
+#endif
 
 } // namespace
 } // namespace tally::ui

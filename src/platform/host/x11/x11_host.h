@@ -21,6 +21,7 @@ public:
     std::uint32_t window_process_id(WindowHandle window) override;
     WindowRect window_rect(WindowHandle window) override { return windows_.outer_rect(window); }
     WindowHandle foreground_window() override { return windows_.foreground(); }
+    WindowLook look_at(WindowHandle window) override { return windows_.look_at(window); }
 
     std::uint32_t own_process_id() override;
     std::u16string image_path(std::uint32_t process_id) override;
