@@ -18,7 +18,6 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
-#include <cstring>
 #include <filesystem>
 
 using namespace tally;
@@ -79,58 +78,48 @@ TEST(RollbackMarker, OneThatIsThereAtTheStartGoesAfterAHealthyTime)
 
 TEST(RollbackMarker, OnlyAStartThatComesAfterAnotherOfTheSameUpdateTells)
 {
-    using platform::Updater::note_start;
     const QTemporaryDir dir;
     const QString marker = dir.filePath(u"rollback-pending.txt"_s);
-    const QString seen = dir.filePath(u"rollback-seen.txt"_s);
-    const auto update_to = [&](const char *version) {
-        QFile file(marker);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(version);
+    const auto tells = [&](const char *update) {
+        if (QFile file(marker); *update != 0 && file.open(QIODevice::WriteOnly))
+            file.write(update);
+        return platform::Updater::note_start(marker);
     };
-    EXPECT_FALSE(note_start(marker));
-    EXPECT_FALSE(QFile::exists(seen)) << "there was no update";
-    update_to("v3\r\n");
-    EXPECT_FALSE(note_start(marker)) << "the first start";
-    EXPECT_TRUE(note_start(marker)) << "an earlier one did not last";
-    EXPECT_TRUE(note_start(marker));
-    update_to("v4\n");
-    EXPECT_FALSE(note_start(marker)) << "what was noted was of another update";
+    EXPECT_FALSE(tells(""));
+    EXPECT_FALSE(tells("v3\r\n")) << "the first start";
+    EXPECT_TRUE(tells("")) << "an earlier one did not last";
+    EXPECT_FALSE(tells("v4\r\n")) << "what was noted was of another update";
     QObject context;
     app::clear_rollback_marker_when_healthy(marker, &context, 1ms, dir.path());
     EXPECT_TRUE(QTest::qWaitFor([&] { return !QFile::exists(marker); }, 30'000));
-    EXPECT_FALSE(QFile::exists(seen));
-    update_to("v4\n");
-    EXPECT_FALSE(note_start(marker)) << "the version was installed once more";
+    EXPECT_FALSE(tells("v4\r\n")) << "it was installed once more";
 }
 
 TEST(RollbackMarker, AHealthyTimeRemovesAllBackupsButTheNewestTwo)
 {
     const QTemporaryDir dir;
-    const QString marker = dir.filePath(u"rollback-pending.txt"_s);
+    const QDir folder(dir.path());
+    const QString marker = folder.filePath(u"rollback-pending.txt"_s);
     make_file(marker);
-    EXPECT_EQ(platform::Updater::newest_backup(dir.path()), QString());
-    QDir folder(dir.path());
-    for (const char *name : {"tallyhand-backup-v3", "tallyhand-backup-v1", "tallyhand-backup-v2",
-                             "tallyhand-backup-v0", "another"}) {
-        ASSERT_TRUE(folder.mkpath(QLatin1StringView(name) + u"/plugins"_s));
-        make_file(folder.filePath(QLatin1StringView(name) + u"/plugins/a"_s));
-        const auto time = std::filesystem::file_time_type::clock::now();
-        std::filesystem::last_write_time(folder.filePath(QLatin1StringView(name)).toStdString(),
-                                         time + 1h * (name[std::strlen(name) - 1] - 'z'));
+    ASSERT_TRUE(folder.mkpath(u"another/plugins"_s));
+    for (const int age : {0, 2, 1, 3}) {
+        const QString backup = folder.filePath(u"tallyhand-backup-v%1"_s.arg(age));
+        ASSERT_TRUE(folder.mkpath(backup + u"/plugins"_s));
+        std::filesystem::last_write_time(backup.toStdString(),
+                                         std::filesystem::file_time_type::clock::now() - age * 1h);
     }
     ASSERT_TRUE(
-        QFile::link(folder.filePath(u"another"_s), folder.filePath(u"tallyhand-backup-v9"_s)));
+        QFile::link(folder.filePath(u"another"_s), folder.filePath(u"tallyhand-backup-x"_s)));
     EXPECT_EQ(platform::Updater::newest_backup(dir.path()),
-              folder.filePath(u"tallyhand-backup-v3"_s));
+              folder.filePath(u"tallyhand-backup-v0"_s));
     QObject context;
     app::clear_rollback_marker_when_healthy(marker, &context, 1ms, dir.path());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !folder.exists(u"tallyhand-backup-v0"_s); }, 30'000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !QFile::exists(marker); }, 30'000));
     EXPECT_TRUE(QThreadPool::globalInstance()->waitForDone(30'000));
     EXPECT_EQ(folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot),
-              QStringList({u"another"_s, u"tallyhand-backup-v2"_s, u"tallyhand-backup-v3"_s,
-                           u"tallyhand-backup-v9"_s}));
-    EXPECT_TRUE(folder.exists(u"another/plugins/a"_s));
+              QStringList({u"another"_s, u"tallyhand-backup-v0"_s, u"tallyhand-backup-v1"_s,
+                           u"tallyhand-backup-x"_s}));
+    EXPECT_TRUE(folder.exists(u"another/plugins"_s));
 }
 
 TEST(RollbackMarker, OneThatComesLaterOrOfAShortRunStays)

@@ -8,56 +8,42 @@
 
 namespace tally::test {
 
-inline QByteArray sha256_of(const QByteArray &bytes)
-{
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex();
-}
-
 /// A server of updates.
 class UpdateSite : public ReferenceSite {
 public:
-    platform::Endpoint endpoint() const
+    /// \param signs whether records must be signed
+    platform::Endpoint endpoint(bool signs = false) const
     {
         platform::Endpoint endpoint = ReferenceSite::endpoint();
         endpoint.update_host = QStringLiteral("localhost:%1").arg(endpoint.port);
+        if (signs)
+            endpoint.update_key =
+                platform::read_file(server_keys + QStringLiteral("/update-key.txt")).trimmed();
         return endpoint;
     }
 
-    /// An endpoint that takes signed records only.
-    platform::Endpoint strict_endpoint() const
+    QString url() const
     {
-        platform::Endpoint strict = endpoint();
-        strict.update_key =
-            platform::read_file(server_keys + QStringLiteral("/update-key.txt")).trimmed();
-        return strict;
+        return QStringLiteral("https://%1/updates/payload.zip").arg(endpoint().update_host);
     }
-
-    QString url(const QString &name) const
+    void put_payload(const QByteArray &content) const
     {
-        return QStringLiteral("https://%1/updates/%2").arg(endpoint().update_host, name);
+        put(QStringLiteral("updates/payload.zip"), content);
     }
-
-    void put_file(const QString &name, const QByteArray &content) const
-    {
-        put(QStringLiteral("updates/") + name, content);
-    }
-
     void put_record(const QJsonObject &record) const
     {
         put(QStringLiteral("version.json"), QJsonDocument(record).toJson());
     }
 
-    /// Offers a payload. \return its record.
+    /// \return the record of the offer
     QJsonObject offer(const QString &version, const QByteArray &payload) const
     {
-        const QString name = QStringLiteral("payload.zip");
-        put_file(name, payload);
+        put_payload(payload);
+        const QByteArray hash = QCryptographicHash::hash(payload, QCryptographicHash::Sha256);
         const QJsonObject record = {
             {QStringLiteral("version"), version},
-            {QStringLiteral("payload_url"), url(name)},
-            {QStringLiteral("payload_sha256"), QString::fromLatin1(sha256_of(payload))},
-            {QStringLiteral("size"), payload.size()},
-        };
+            {QStringLiteral("payload_url"), url()},
+            {QStringLiteral("payload_sha256"), QString::fromLatin1(hash.toHex())}};
         put_record(record);
         return record;
     }
