@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QEventLoop>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QTimer>
 #include <QTreeWidget>
@@ -38,14 +39,28 @@ QPixmap taken(QWidget *dialog)
     return picture;
 }
 
+QWidget *open_row(ui::ItemRowTable &table, int row)
+{
+    table.setCurrentIndex(table.model()->index(row, 0));
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(&table, &enter);
+    settle();
+    return QApplication::activeModalWidget();
+}
+
+/// Of the first row whose dialog has rows of its own, or no table for them.
 QPixmap behind_first_row(const ui::MainWindow &window, const QString &table_name)
 {
     for (ui::ItemRowTable *table : window.findChildren<ui::ItemRowTable *>()) {
-        if (table->accessibleName() != table_name || table->rows().empty())
+        if (table->accessibleName() != table_name)
             continue;
-        Q_EMIT table->rowOpened(table->model()->index(0, 0));
-        settle();
-        return taken(QApplication::activeModalWidget());
+        for (int row = 0; row < table->model()->rowCount(); ++row) {
+            QWidget *dialog = open_row(*table, row);
+            const auto *rows = dialog ? dialog->findChild<ui::ItemRowTable *>() : nullptr;
+            const QPixmap picture = taken(dialog);
+            if (!rows || !rows->rows().empty())
+                return picture;
+        }
     }
     return {};
 }
@@ -94,10 +109,11 @@ std::vector<std::pair<QString, QPixmap>> report_shots(ui::MainWindow &window)
     shots.emplace_back(QStringLiteral("attack"), first_attack(window, ++page));
     shots.emplace_back(QStringLiteral("attack-favorite"), first_attack(window, favorites));
     shots.emplace_back(QStringLiteral("settings"), settings_dialog(window));
-    auto *toast = new ui::KeepToast(QStringLiteral("🏰 Barbarian Keep"),
-                                    QStringLiteral("Keep ready in ~3 hours — click to dismiss"));
-    toast->show_toast();
-    shots.emplace_back(QStringLiteral("toast"), taken(toast));
+    services::KeepCooldownService::show_test_notification();
+    for (QWidget *toast : QApplication::topLevelWidgets()) {
+        if (qobject_cast<ui::KeepToast *>(toast))
+            shots.emplace_back(QStringLiteral("toast"), taken(toast));
+    }
     auto *banner = new ui::BarbarianKeepOverlay;
     banner->show_centered();
     shots.emplace_back(QStringLiteral("banner"), taken(banner));

@@ -212,7 +212,9 @@ int main(int argc, char *argv[])
     const int percent = qRound(application.devicePixelRatio() * 100);
     tools::SampleStore store;
     for (const int theme : {0, 1}) {
-        Settings(store.db()).set(settings::theme, ui::theme_name(theme));
+        Settings settings(store.db());
+        settings.set(settings::theme, ui::theme_name(theme));
+        settings.set(settings::window_geometry_qt, QString());
         ui::apply_to_app(&application, theme);
         const Album album(order.dir,
                           QStringLiteral("-%1-%2").arg(ui::theme_name(theme)).arg(percent));

@@ -42,6 +42,7 @@ FortRallyDetailsDialog::FortRallyDetailsDialog(queries::StoreQueries *queries,
     if (report.loot.empty())
         loot_label_->setText(QStringLiteral("(no loot recorded)"));
     loot_label_->setMinimumHeight(88);
+    loot_label_->setMinimumWidth(1); // a strip wider than the dialog does not widen it
     add(head_label_);
     add(loot_label_);
     add(battle_label_);

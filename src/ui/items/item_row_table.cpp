@@ -18,7 +18,8 @@ constexpr int measured_rows = 60;
 } // namespace
 
 ItemRowTable::ItemRowTable(const ItemRowTableLook &look, const QString &icon_dir, QWidget *parent)
-    : QTableView(parent), model_(new ItemRowModel(look.headers, icon_dir, this))
+    : QTableView(parent), model_(new ItemRowModel(look.headers, icon_dir, this)),
+      has_strips_(look.has_strips)
 {
     setModel(model_);
     setAccessibleName(look.name);
@@ -41,6 +42,7 @@ ItemRowTable::ItemRowTable(const ItemRowTableLook &look, const QString &icon_dir
     else
         header->setSectionResizeMode(look.stretching, QHeaderView::Stretch);
     header->setHighlightSections(false);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     offer_copy_and_export(this, look.export_name);
     connect(this, &QTableView::doubleClicked, this, &ItemRowTable::rowOpened);
 }
@@ -53,6 +55,20 @@ void ItemRowTable::keyPressEvent(QKeyEvent *event)
     // Which the table would hand on, and a dialog around it would close.
     Q_EMIT activated(currentIndex());
     Q_EMIT rowOpened(currentIndex());
+}
+
+void ItemRowTable::updateGeometries()
+{
+    QTableView::updateGeometries();
+    QHeaderView *header = horizontalHeader();
+    const int last = header->count() - 1;
+    if (!has_strips_ || last < 0)
+        return;
+    // A stretching column would cut off strips that are wider than the room left over.
+    const int needed = header->sectionPosition(last) + sizeHintForColumn(last);
+    const bool has_room = needed <= viewport()->width();
+    if (header->stretchLastSection() != has_room)
+        header->setStretchLastSection(has_room);
 }
 
 const std::vector<ItemRow> &ItemRowTable::rows() const

@@ -14,8 +14,10 @@ struct ItemRowTableLook {
     QString name;        ///< for those who cannot see it
     QString export_name; ///< of the file for its rows, without ending
     QStringList headers;
-    bool has_strips = true; ///< the last column shows loot, and rows are as high as its tiles
-    int stretching = -1;    ///< the column that takes the room left over; below 0 the last one
+    /// The last column shows loot, and rows are as high as its tiles. It takes the room left over,
+    /// and where that is not enough, the table can be scrolled to the side.
+    bool has_strips = true;
+    int stretching = -1; ///< the column that takes the room left over; below 0 the last one
     QAbstractItemView::SelectionMode selection = QAbstractItemView::ExtendedSelection;
 };
 
@@ -42,6 +44,7 @@ Q_SIGNALS:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void updateGeometries() override;
 
 private:
     struct Place {
@@ -54,6 +57,7 @@ private:
     QModelIndex index_of(const QString &key) const;
 
     ItemRowModel *model_;
+    bool has_strips_;
 };
 
 } // namespace tally::ui

@@ -14,7 +14,6 @@ QLabel *new_strip_label(const std::vector<data::LootStripItem> &loot, const QStr
     auto *label = new QLabel;
     label->setTextFormat(Qt::PlainText);
     label->setPixmap(render_loot_strip(loot, icon_dir, tile_size, gap));
-    label->setMinimumWidth(1);
     label->setToolTip(loot_words(loot, QStringLiteral("\n")));
     label->setAccessibleName(loot_words(loot, QStringLiteral("; ")));
     return label;

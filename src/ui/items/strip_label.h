@@ -9,8 +9,8 @@ class QString;
 
 namespace tally::ui {
 
-/// A label with a strip of loot, which a dialog too narrow for it cuts off; the items' names and
-/// amounts are its tool tip. Without items it is empty.
+/// A label with a strip of loot; the items' names and amounts are its tool tip. Without items it is
+/// empty.
 QLabel *new_strip_label(const std::vector<data::LootStripItem> &loot, const QString &icon_dir,
                         int tile_size);
 

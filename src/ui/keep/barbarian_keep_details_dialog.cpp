@@ -38,8 +38,13 @@ QFrame *new_participant(const data::TrialParticipantRow &participant, const QStr
         plain_label(participant.player_name, QStringLiteral("font-weight: 600; font-size: 10pt;"));
     name->setFixedWidth(name_width);
     name->setToolTip(participant.player_name.toHtmlEscaped());
-    auto *damage = plain_label(QStringLiteral("%1%").arg(participant.damage_rate, 0, 'f', 2),
-                               QStringLiteral("font-family: Consolas, monospace; color: #ffcf40;"));
+    // On a dark ground: on that of the light theme nobody could read the colour.
+    const QString percent = QStringLiteral("%1%").arg(participant.damage_rate, 0, 'f', 2);
+    auto *damage = new QLabel(
+        QStringLiteral("<span style=\"background: #24262e;\">&nbsp;%1&nbsp;</span>").arg(percent));
+    damage->setTextFormat(Qt::RichText);
+    damage->setAccessibleName(percent);
+    damage->setStyleSheet(QStringLiteral("font-family: Consolas, monospace; color: #ffcf40;"));
     damage->setFixedWidth(damage_width);
     damage->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto *row = new QHBoxLayout(frame);

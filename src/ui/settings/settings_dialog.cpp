@@ -75,11 +75,13 @@ QFormLayout *SettingsDialog::new_folder_form()
     connect(mailcache_edit_, &QLineEdit::textChanged, this, &SettingsDialog::show_folder_note);
     mailcache_note_ = plain_label({});
     mailcache_note_->setWordWrap(true);
+    mailcache_note_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     auto *browse = new QPushButton(QStringLiteral("Browse..."));
     connect(browse, &QPushButton::clicked, this, &SettingsDialog::browse_mailcache);
     auto *help = new QLabel(folder_help(platform::mailcache_candidates()));
     help->setTextFormat(Qt::RichText);
     help->setWordWrap(true);
+    help->setAlignment(Qt::AlignTop);
 
     auto *form = new QFormLayout;
     form->setSpacing(10);

@@ -30,6 +30,7 @@ void LootCards::show_stats(const std::vector<data::LootStat> &stats)
     while (cards_.size() < stats.size()) {
         cards_.push_back(new LootCard);
         widget()->layout()->addWidget(cards_.back());
+        cards_.back()->show(); // the layout would do so a frame later
     }
     for (std::size_t i = 0; i < stats.size(); ++i)
         cards_[i]->show_stat(stats[i], icon_dir_);

@@ -112,6 +112,10 @@ TEST_F(BaulurRun, KeepsWhatItHasWhereAQueryFails)
     EXPECT_EQ(table(u"Sessions"_s).model()->rowCount(), 3);
     EXPECT_THAT(cards(), ElementsAre("Type=4/Sub=1: 40"));
     EXPECT_THAT(players(), ElementsAre("Ada", "Bob"));
+    player().setCurrentText(u"Bob  (2)"_s);
+    sql(u"ALTER TABLE trial_participants RENAME TO gone_as_well"_s);
+    page_->refresh();
+    EXPECT_EQ(player().count(), 1);
 }
 
 TEST_F(BaulurRun, IsEmptyWhereNothingFits)

@@ -57,6 +57,17 @@ TEST_F(ReportTable, PaintsStripsForTheRowsThatAreSeen)
     EXPECT_LT(picture_caches().tiles.size(), 15);
 }
 
+TEST_F(ReportTable, ScrollsToTheEndOfAStripThatHasNoRoom)
+{
+    EXPECT_EQ(table_.columnWidth(1), table_.viewport()->width() - table_.columnWidth(0));
+    std::vector<ItemRow> rows = rows_from(1, 1);
+    rows.front().loot.resize(20);
+    table_.set_rows(rows);
+    QTest::qWait(0);
+    EXPECT_GE(table_.columnWidth(1), 20 * 75 - 3 + 8);
+    EXPECT_GT(table_.horizontalScrollBar()->maximum(), 0);
+}
+
 TEST_F(ReportTable, KeepsSelectionAndPlaceWhenRowsComeInAbove)
 {
     table_.verticalScrollBar()->setValue(200);

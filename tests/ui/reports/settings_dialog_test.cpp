@@ -117,13 +117,6 @@ TEST_F(SettingsDialogTest, TestsTheAlerts)
     EXPECT_EQ(ready.count(), 1);
 }
 
-TEST_F(SettingsDialogTest, IsSmallerWithoutTheKeep)
-{
-    const SettingsDialog dialog(&settings_, nullptr);
-    EXPECT_EQ(dialog.size(), QSize(720, 320));
-    EXPECT_EQ(dialog.findChild<QSpinBox *>(), nullptr);
-}
-
 TEST(SettingsNotes, SayHowHoursAreUnderstood)
 {
     const std::pair<QString, QString> cases[] = {

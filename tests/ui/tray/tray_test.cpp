@@ -101,7 +101,9 @@ protected:
     /// What the program ends with, or what it is ended with after a time in which it should have.
     static int run()
     {
-        QTimer::singleShot(20'000, qApp, [] { QCoreApplication::exit(still_running); });
+        QTimer limit;
+        QObject::connect(&limit, &QTimer::timeout, [] { QCoreApplication::exit(still_running); });
+        limit.start(20'000);
         return QApplication::exec();
     }
 

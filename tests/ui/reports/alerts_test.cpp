@@ -2,12 +2,10 @@
 #include "ui/alerts/barbarian_keep_overlay.h"
 #include "ui/alerts/keep_toast.h"
 #include "ui/alerts/toast_places.h"
-#include "ui/alerts/tray_manager.h"
 
-#include <QApplication>
+#include <QLabel>
 #include <QPointer>
 #include <QScreen>
-#include <QSignalSpy>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -31,6 +29,12 @@ TEST(BannerPlace, LeavesRoomOnASmallScreen)
 {
     EXPECT_EQ(banner_place({0, 0, 1920, 1040}).size(), QSize(720, 200));
     EXPECT_EQ(banner_place({0, 0, 700, 200}), QRect(349 - 310, 99 - 60, 620, 120));
+    const QScopedPointer banner(new BarbarianKeepOverlay);
+    banner->show_centered();
+    EXPECT_EQ(banner->geometry(),
+              banner_place(QGuiApplication::primaryScreen()->availableGeometry()));
+    const auto *title = banner->findChild<QLabel *>();
+    EXPECT_LE(title->sizeHint().width(), banner->width() - 48);
 }
 
 TEST(KeepToast, ClosesUpWhenOneOfThreeIsClicked)
@@ -50,14 +54,6 @@ TEST(KeepToast, ClosesUpWhenOneOfThreeIsClicked)
               toast_place(0, QGuiApplication::primaryScreen()->availableGeometry()));
     delete toasts.at(0);
     delete toasts.at(2);
-}
-
-TEST(TrayManager, IsNothingOnASystemWithoutTray)
-{
-    TrayManager tray{QString()};
-    EXPECT_FALSE(tray.has_tray());
-    tray.tell(u"nobody hears it"_s);
-    tray.hide_tray();
 }
 
 } // namespace
