@@ -1,5 +1,7 @@
 #include "honor/sync_worker.h"
 
+#include "platform/log/error_stream.h"
+
 #include <exception>
 #include <utility>
 
@@ -16,7 +18,7 @@ void SyncWorker::run()
     try {
         read();
     } catch (const std::exception &failure) {
-        Q_EMIT errorOccurred(QString::fromLocal8Bit(failure.what()));
+        Q_EMIT errorOccurred(platform::text_of(failure));
     } catch (...) {
         Q_EMIT errorOccurred(QStringLiteral("unknown exception in SyncWorker"));
     }

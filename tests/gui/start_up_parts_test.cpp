@@ -1,3 +1,4 @@
+#include "app/gui/folder_trouble.h"
 #include "app/gui/image_formats.h"
 #include "app/gui/instance_knock.h"
 #include "app/gui/interrupt_watch.h"
@@ -46,6 +47,16 @@ TEST_P(InterruptWatch, ASignalIsToldOnceByTheEventLoop)
     EXPECT_TRUE(interrupted.isEmpty());
     EXPECT_TRUE(interrupted.wait(30'000));
     EXPECT_FALSE(interrupted.wait(20));
+}
+
+TEST(FolderTrouble, IsToldOnlyWhereNoFileCanBeMade)
+{
+    const QTemporaryDir folder;
+    EXPECT_EQ(app::folder_trouble(folder.path()), std::nullopt);
+    EXPECT_TRUE(QDir(folder.path()).isEmpty());
+    make_file(folder.filePath(u"file"_s));
+    const QString data = folder.filePath(u"file/data"_s);
+    EXPECT_TRUE(app::folder_trouble(data).value_or(QString()).contains(data));
 }
 
 TEST(NewStore, KeepsTheSettingsOfTheLostOne)

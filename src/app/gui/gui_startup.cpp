@@ -1,6 +1,7 @@
 #include "app/gui/gui_startup.h"
 
 #include "app/gui/exit_deadline.h"
+#include "app/gui/folder_trouble.h"
 #include "app/gui/image_formats.h"
 #include "app/gui/instance_knock.h"
 #include "app/gui/interrupt_watch.h"
@@ -26,6 +27,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QImageReader>
+#include <QMessageBox>
 #include <QStatusBar>
 #include <QTimer>
 
@@ -63,6 +65,16 @@ bool open_store(data::TallyDb &db)
     }
 }
 
+/// A program that is started from a folder window has nobody who reads its error stream.
+void show_folder_trouble(const InterruptWatch &interrupts)
+{
+    const auto trouble = folder_trouble(platform::data_dir());
+    if (!trouble)
+        return;
+    QObject::connect(&interrupts, &InterruptWatch::interrupted, qApp, &QCoreApplication::quit);
+    QMessageBox::critical(nullptr, platform::application_name, *trouble);
+}
+
 void greet(ui::MainWindow &window, const data::TallyDb &db)
 {
     try {
@@ -84,8 +96,10 @@ struct RunEnd {
 RunEnd run_window(QApplication &application, const InterruptWatch &interrupts, platform::Host &host)
 {
     data::TallyDb db(platform::db_path());
-    if (!open_store(db))
+    if (!open_store(db)) {
+        show_folder_trouble(interrupts);
         return {.exit_code = 1, .wants_restart = false, .lost_settings = {}};
+    }
     Settings settings(db);
     if (settings.is_absent(settings::mailcache_dir))
         settings.set(settings::mailcache_dir, platform::default_mailcache_dir());
