@@ -5,6 +5,7 @@
 
 #include <QFontDatabase>
 #include <QImage>
+#include <QMessageBox>
 #include <QPainter>
 
 #include <gtest/gtest.h>
@@ -34,10 +35,10 @@ TEST(MainWindowPages, StandInTheirOrderAndAreRefreshedTogether)
     QStringList titles;
     for (int page = 0; page < window.tabs().count(); ++page)
         titles << window.tabs().tabText(page);
-    EXPECT_EQ(titles, (QStringList{u"⚔️ Chain Tracker"_s, u"🛡️ Baulur Run"_s,
-                                   u"🏰 Fort Rally"_s, u"🗡️ Barbarian Keep"_s,
-                                   u"🗡️ Field Fights"_s, u"🏹 Rally"_s, u"🏰 Garrison"_s,
-                                   u"★ Favorites"_s}));
+    EXPECT_EQ(titles,
+              (QStringList{u"⚔️ Chain Tracker"_s, u"🛡️ Baulur Run"_s, u"🏰 Fort Rally"_s,
+                           u"🗡️ Barbarian Keep"_s, u"🗡️ Field Fights"_s, u"🏹 Rally"_s,
+                           u"🏰 Garrison"_s, u"★ Favorites"_s}));
     QSignalSpy ticks(&window.keep_service(), &services::KeepCooldownService::countdownTick);
     ASSERT_TRUE(wait_until([&] { return ticks.count() == 1; })); // of the start
     window.refresh_all_tabs();
@@ -67,6 +68,23 @@ TEST(MainWindowPages, TheKeepShowsItsBannerAndItsNotices)
         if (widget->windowFlags().testFlag(Qt::Tool))
             widget->close();
     }
+}
+
+TEST(MainWindowPages, WhoTurnsToFieldFightsForTheFirstTimeIsToldThatTheyAreNew)
+{
+    WindowFixture fixture;
+    ui::MainWindow &window = fixture.open();
+    window.tabs().setCurrentIndex(3);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    window.tabs().setCurrentIndex(7);
+    auto *notice = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+    ASSERT_NE(notice, nullptr);
+    EXPECT_EQ(notice->windowTitle(), u"Field Fights"_s);
+    EXPECT_TRUE(notice->text().startsWith(u"Field Fights is a beta module — the layout"));
+    EXPECT_EQ(fixture.setting(u"field_fights_beta_notice_shown"_s), "1");
+    notice->accept();
+    window.tabs().setCurrentIndex(5);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
 TEST(MainWindowPages, PicturesAreReadAnewWhenReferenceDataArrives)

@@ -23,7 +23,7 @@ KeptColumns::KeptColumns(QHeaderView *header, Settings &settings, const Setting<
     if (auto kept = arrangement_in(settings.get(setting), header->count()))
         arrangement_ = std::move(*kept);
     arrange();
-    connect(header, &QHeaderView::sectionMoved, this, [this] { save_.start(); });
+    connect(header, &QHeaderView::sectionMoved, this, &KeptColumns::note_order);
     connect(header, &QHeaderView::sectionResized, this,
             [this](int column, int /*before*/, int width) { note_width(column, width); });
 }
@@ -52,10 +52,16 @@ void KeptColumns::note_width(int column, int width)
     save_.start();
 }
 
-void KeptColumns::save()
+void KeptColumns::note_order()
 {
     for (int place = 0; place < header_->count(); ++place)
         arrangement_.order.at(static_cast<std::size_t>(place)) = header_->logicalIndex(place);
+    save_.start();
+}
+
+/// The header may be gone but for its children.
+void KeptColumns::save()
+{
     settings_.set(setting_, arrangement_text(arrangement_));
 }
 

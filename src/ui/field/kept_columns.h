@@ -29,6 +29,7 @@ public:
 private:
     void arrange();
     void note_width(int column, int width);
+    void note_order();
     void save();
 
     QHeaderView *header_;

@@ -1,0 +1,134 @@
+#include "field_pages.h"
+
+#include "data/store/tally_db.h"
+#include "figure.h"
+#include "page_refresh.h"
+#include "platform/host/fake/fake_host.h"
+#include "queries/store_queries.h"
+#include "settings/settings.h"
+#include "store_filler.h"
+#include "ui/field/field_fights_tab.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
+
+#include <cstdio>
+#include <stdexcept>
+
+namespace tally::bench {
+namespace {
+
+constexpr int repeats = 7;
+
+/// One more attack, as the watcher brings it.
+void add_mail(data::TallyDb &db, const tools::FillOptions &options, int number)
+{
+    const QVariantMap attack{{QStringLiteral("attack_id"), 1.0},
+                             {QStringLiteral("attack_seq"), 1},
+                             {QStringLiteral("n_attacks"), 1},
+                             {QStringLiteral("email_time"), options.end + number},
+                             {QStringLiteral("email_id"), 1e9 + number},
+                             {QStringLiteral("tour_id"), 1e9 + number},
+                             {QStringLiteral("my_ct"), 1.0},
+                             {QStringLiteral("player_id"), 5'000'000.0},
+                             {QStringLiteral("player_name"), QStringLiteral("Player 1")},
+                             {QStringLiteral("enemy_name"), QStringLiteral("Enemy 1")},
+                             {QStringLiteral("my_hid"), 7.0},
+                             {QStringLiteral("my_kill_score"), 900}};
+    db.insert_field_report(QStringLiteral("Persistent.Mail.7%1").arg(number), {attack},
+                           options.end);
+}
+
+void look_at_30_days(const QWidget &page, const tools::FillOptions &options)
+{
+    constexpr double days = 30 * 86400.0;
+    const QDateTime from =
+        QDateTime::fromSecsSinceEpoch(static_cast<qint64>(options.end - days), Qt::UTC);
+    for (QLineEdit *edit : page.findChildren<QLineEdit *>()) {
+        if (edit->accessibleName() == u"From date (UTC)")
+            edit->setText(from.toString(QStringLiteral("yyyy-MM-dd")));
+    }
+}
+
+QList<QTreeWidgetItem *> shown_attacks(QTreeWidget &tree)
+{
+    QList<QTreeWidgetItem *> attacks;
+    for (QTreeWidgetItemIterator item(&tree); *item; ++item) {
+        if ((*item)->data(0, Qt::UserRole).isValid())
+            attacks << *item;
+    }
+    return attacks;
+}
+
+/// From the double click until the window is painted.
+double opening_milliseconds(QTreeWidget &tree)
+{
+    QElapsedTimer timer;
+    timer.start();
+    Q_EMIT tree.itemDoubleClicked(shown_attacks(tree).constFirst(), 0);
+    QWidget *window = nullptr;
+    while (!(window = QApplication::activeModalWidget()))
+        QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+    const double opened = milliseconds(timer);
+    window->close();
+    QCoreApplication::sendPostedEvents(window, QEvent::DeferredDelete);
+    return opened;
+}
+
+void bench_refresh(ui::FieldFightsTab &page, data::TallyDb &db, const tools::FillOptions &options)
+{
+    const auto ask = [&page] {
+        page.refresh();
+    };
+    std::vector<double> stops;
+    std::vector<double> shown;
+    std::vector<double> again;
+    for (int mail = 1; mail <= repeats; ++mail) {
+        add_mail(db, options, mail);
+        const Refresh first = refresh(page, ask);
+        const Refresh second = refresh(page, ask);
+        stops.push_back(first.stop);
+        shown.push_back(first.until);
+        again.push_back(second.stop);
+        std::printf("field fights: stop %.1f ms, figures after %.1f ms, again stop %.1f ms\n",
+                    first.stop, first.until, second.stop);
+    }
+    print_figure("field_refresh_stop_ms", median(stops), Goal::at_most, 40);
+    print_figure("field_refresh_shown_ms", median(shown), Goal::at_most, 100);
+    print_figure("field_refresh_again_stop_ms", median(again), Goal::at_most, 5);
+}
+
+} // namespace
+
+void bench_field_pages(const QString &folder)
+{
+    const QString path = folder + QStringLiteral("/field.db");
+    tools::FillOptions options;
+    options.rounds = 500'000; // 100,000 attacks
+    tools::fill_store(path, options);
+    data::TallyDb db(path);
+    db.init_schema();
+    Settings settings(db);
+    queries::StoreQueries queries(db);
+    platform::FakeHost host;
+    ui::FieldFightsTab page(
+        {.db = db, .queries = queries, .settings = settings, .host = host}, 0);
+    page.resize(1400, 900);
+    page.show();
+    refresh(page, [] {});
+    look_at_30_days(page, options);
+    refresh(page, [&page] { page.refresh(); });
+    auto &tree = *page.findChild<QTreeWidget *>();
+    std::printf("field fights: %lld attacks shown\n",
+                static_cast<long long>(shown_attacks(tree).size()));
+    bench_refresh(page, db, options);
+    std::vector<double> opened;
+    for (int i = 0; i < repeats; ++i)
+        opened.push_back(opening_milliseconds(tree));
+    print_figure("field_attack_opens_ms", median(opened), Goal::at_most, 50);
+}
+
+} // namespace tally::bench
