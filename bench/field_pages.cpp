@@ -1,8 +1,7 @@
 #include "field_pages.h"
 
 #include "data/store/tally_db.h"
-#include "figure.h"
-#include "page_refresh.h"
+#include "page_bench.h"
 #include "platform/host/fake/fake_host.h"
 #include "queries/store_queries.h"
 #include "settings/settings.h"
@@ -15,12 +14,9 @@
 #include <QTreeWidgetItemIterator>
 
 #include <cstdio>
-#include <stdexcept>
 
 namespace tally::bench {
 namespace {
-
-constexpr int repeats = 7;
 
 /// One more attack, as the watcher brings it.
 void add_mail(data::TallyDb &db, const tools::FillOptions &options, int number)
@@ -78,29 +74,6 @@ double opening_milliseconds(QTreeWidget &tree)
     return opened;
 }
 
-void bench_refresh(ui::FieldFightsTab &page, data::TallyDb &db, const tools::FillOptions &options)
-{
-    const auto ask = [&page] {
-        page.refresh();
-    };
-    std::vector<double> stops;
-    std::vector<double> shown;
-    std::vector<double> again;
-    for (int mail = 1; mail <= repeats; ++mail) {
-        add_mail(db, options, mail);
-        const Refresh first = refresh(page, ask);
-        const Refresh second = refresh(page, ask);
-        stops.push_back(first.stop);
-        shown.push_back(first.until);
-        again.push_back(second.stop);
-        std::printf("field fights: stop %.1f ms, figures after %.1f ms, again stop %.1f ms\n",
-                    first.stop, first.until, second.stop);
-    }
-    print_figure("field_refresh_stop_ms", median(stops), Goal::at_most, 40);
-    print_figure("field_refresh_shown_ms", median(shown), Goal::at_most, 100);
-    print_figure("field_refresh_again_stop_ms", median(again), Goal::at_most, 5);
-}
-
 } // namespace
 
 void bench_field_pages(const QString &folder)
@@ -114,8 +87,7 @@ void bench_field_pages(const QString &folder)
     Settings settings(db);
     queries::StoreQueries queries(db);
     platform::FakeHost host;
-    ui::FieldFightsTab page(
-        {.db = db, .queries = queries, .settings = settings, .host = host}, 0);
+    ui::FieldFightsTab page({.db = db, .queries = queries, .settings = settings, .host = host}, 0);
     page.resize(1400, 900);
     page.show();
     refresh(page, [] {});
@@ -124,9 +96,14 @@ void bench_field_pages(const QString &folder)
     auto &tree = *page.findChild<QTreeWidget *>();
     std::printf("field fights: %lld attacks shown\n",
                 static_cast<long long>(shown_attacks(tree).size()));
-    bench_refresh(page, db, options);
+    int mails = 0;
+    print_refresh_figures("field",
+                          time_refreshes(
+                              "field fights", page, [&] { add_mail(db, options, ++mails); },
+                              [&page] { page.refresh(); }),
+                          100);
     std::vector<double> opened;
-    for (int i = 0; i < repeats; ++i)
+    for (int i = 0; i < page_repeats; ++i)
         opened.push_back(opening_milliseconds(tree));
     print_figure("field_attack_opens_ms", median(opened), Goal::at_most, 50);
 }
