@@ -3,12 +3,14 @@
 #include "data/mail/fort_report.h"
 #include "data/mail/trial_report.h"
 #include "data/store/tally_db.h"
-#include "figure.h"
-#include "page_refresh.h"
+#include "page_bench.h"
+#include "platform/host/fake/fake_host.h"
 #include "queries/store_queries.h"
 #include "services/keep_cooldown_service.h"
 #include "settings/settings.h"
 #include "store_filler.h"
+#include "ui/chains/chain_tracker_tab.h"
+#include "ui/field/field_fights_tab.h"
 #include "ui/forts/fort_rally_tab.h"
 #include "ui/keep/barbarian_keep_tab.h"
 #include "ui/report_tabs.h"
@@ -19,14 +21,13 @@
 
 #include <unistd.h>
 
-#include <cstdio>
-#include <memory>
+#include <algorithm>
+#include <string>
 
 namespace tally::bench {
 namespace {
 
 constexpr double last_day = 1'789'948'800.0 + 3600.0;
-constexpr int repeats = 7;
 
 double resident_mib()
 {
@@ -37,7 +38,7 @@ double resident_mib()
     return pages * static_cast<double>(::sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
 }
 
-/// One more fort and one more kill of the keep, as the watcher brings them.
+/// One more fort, one more kill of the keep and one more field fight, as the watcher brings them.
 void add_mails(data::TallyDb &db, int number)
 {
     data::FortReport fort;
@@ -52,6 +53,11 @@ void add_mails(data::TallyDb &db, int number)
     kill.participants.front().player_name = QStringLiteral("Player 1");
     kill.participants.front().loot = {{1.0, 2.0, 3.0}};
     db.insert_trial_report(QStringLiteral("Persistent.Mail.9%1").arg(number), kill, last_day);
+    const QVariantMap attack{{QStringLiteral("attack_id"), 1.0},
+                             {QStringLiteral("email_time"), last_day + number},
+                             {QStringLiteral("my_ct"), 1.0},
+                             {QStringLiteral("player_id"), 5'000'000.0}};
+    db.insert_field_report(QStringLiteral("Persistent.Mail.6%1").arg(number), {attack}, last_day);
 }
 
 template <typename Page>
@@ -60,28 +66,49 @@ void bench_report_page(const char *name, Page &page, data::TallyDb &db, int &mai
     const auto ask = [&page] {
         page.refresh();
     };
-    std::vector<double> stops;
-    std::vector<double> shown;
-    std::vector<double> again;
-    for (int i = 0; i < repeats; ++i) {
-        add_mails(db, ++mails);
-        const Refresh first = refresh(page, ask);
-        const Refresh second = refresh(page, ask);
-        stops.push_back(first.stop);
-        shown.push_back(first.until);
-        again.push_back(second.stop);
-        std::printf("%s: stop %.1f ms, figures after %.1f ms, again stop %.1f ms\n", name,
-                    first.stop, first.until, second.stop);
-    }
+    const RefreshTimes times = time_refreshes(
+        name, page, [&] { add_mails(db, ++mails); }, ask);
     const double before = resident_mib();
     for (int i = 0; i < 100; ++i)
         refresh(page, ask);
-    const std::string key = std::string(name) + "_refresh_";
-    print_figure(key + "stop_ms", median(stops), Goal::at_most, 40);
-    print_figure(key + "shown_ms", median(shown), Goal::at_most, 150);
-    print_figure(key + "again_stop_ms", median(again), Goal::at_most, 5);
-    print_figure(key + "100_growth_mib", resident_mib() - before, Goal::at_most, 1);
+    print_refresh_figures(name, times, 150);
+    print_figure(std::string(name) + "_refresh_100_growth_mib", resident_mib() - before,
+                 Goal::at_most, 1);
 }
+
+/// Whichever page is in front, a refresh of all stops the window for no longer.
+class AllPages {
+public:
+    AllPages(ui::ReportTabs &pages, data::TallyDb &db, int &mails)
+        : pages_(pages), db_(db), mails_(mails)
+    {}
+
+    template <typename Page>
+    void refresh_behind(const char *name, Page &front)
+    {
+        const auto refresh_all = [this] {
+            pages_.refresh_all();
+        };
+        refresh(front, [&] { pages_.setCurrentWidget(&front); });
+        const RefreshTimes times = time_refreshes(
+            name, front, [this] { add_mails(db_, ++mails_); }, refresh_all);
+        stop_ = std::max(stop_, median(times.stops));
+        again_ = std::max(again_, median(times.again));
+    }
+
+    void print_figures() const
+    {
+        print_figure("report_pages_refresh_all_stop_ms", stop_, Goal::at_most, 30);
+        print_figure("report_pages_refresh_all_again_stop_ms", again_, Goal::at_most, 5);
+    }
+
+private:
+    ui::ReportTabs &pages_;
+    data::TallyDb &db_;
+    int &mails_;
+    double stop_ = 0.0;
+    double again_ = 0.0;
+};
 
 } // namespace
 
@@ -125,15 +152,27 @@ void bench_report_pages(const QString &folder)
     pages.setCurrentWidget(keep);
     bench_report_page("keep", *keep, db, mails);
 
-    std::vector<double> stops;
-    std::vector<double> again;
-    for (int i = 0; i < repeats; ++i) {
-        add_mails(db, ++mails);
-        stops.push_back(refresh(*keep, [&pages] { pages.refresh_all(); }).stop);
-        again.push_back(refresh(*keep, [&pages] { pages.refresh_all(); }).stop);
+    platform::FakeHost host;
+    const ui::Surroundings around{.db = db,
+                                  .queries = queries,
+                                  .settings = settings,
+                                  .host = host,
+                                  .clock = clock,
+                                  .icon_dir = icons};
+    auto *chains = new ui::ChainTrackerTab(around, 1.0, &pages);
+    pages.add(chains, QStringLiteral("chains"));
+    ui::FieldFightsTab *fights = nullptr;
+    for (const int mode : {3, 2, 1, 0}) {
+        fights = new ui::FieldFightsTab(around, mode, &pages);
+        pages.add(fights, QString::number(mode));
     }
-    print_figure("report_pages_refresh_all_stop_ms", median(stops), Goal::at_most, 30);
-    print_figure("report_pages_refresh_all_again_stop_ms", median(again), Goal::at_most, 5);
+    AllPages all(pages, db, mails);
+    all.refresh_behind("all behind trials", *trials);
+    all.refresh_behind("all behind forts", *forts);
+    all.refresh_behind("all behind the keep", *keep);
+    all.refresh_behind("all behind chains", *chains);
+    all.refresh_behind("all behind field fights", *fights);
+    all.print_figures();
 }
 
 } // namespace tally::bench

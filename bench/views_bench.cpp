@@ -4,6 +4,7 @@
 #include "data/mail/battle_report.h"
 #include "data/master/master_cache.h"
 #include "data/store/tally_db.h"
+#include "field_pages.h"
 #include "figure.h"
 #include "page_refresh.h"
 #include "platform/host/fake/fake_host.h"
@@ -287,6 +288,7 @@ int main(int argc, char *argv[])
                                QStringLiteral("/views-XXXXXX"));
     load_reference_data(folder.filePath(QStringLiteral("reference")));
     bench_slow_pages(folder.path());
+    bench_field_pages(folder.path());
     for (const int rounds : {100'000, 1'000'000})
         bench_page(folder.path(), rounds);
     bench_report_pages(folder.path());
