@@ -116,7 +116,7 @@ void FieldFightsTab::on_row_double_click(QTreeWidgetItem *item, int /*col*/)
                     const queries::IsOutdated &) { return db.field_attack(file_name, id); },
                 [this](std::optional<QVariantMap> row) {
                     if (row)
-                        (new FieldFightDetailsWindow(std::move(*row), around_, window()))->show();
+                        (new FieldFightDetailsWindow(*row, around_, window()))->show();
                 });
 }
 
