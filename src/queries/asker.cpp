@@ -1,7 +1,6 @@
 #include "queries/asker.h"
 
 #include <QLoggingCategory>
-#include <QMutexLocker>
 
 #include <utility>
 
@@ -11,13 +10,13 @@ Q_DECLARE_LOGGING_CATEGORY(log_queries)
 
 Asker::Asker(StoreQueries &queries, Sight sight) : queries_(queries), sight_(sight)
 {
-    const QMutexLocker lock(&queries_.mutex_);
+    const std::lock_guard lock(queries_.mutex_);
     queries_.askers_.push_back(this);
 }
 
 Asker::~Asker()
 {
-    const QMutexLocker lock(&queries_.mutex_);
+    const std::lock_guard lock(queries_.mutex_);
     std::erase(queries_.askers_, this);
     if (queries_.running_ == this)
         queries_.running_ = nullptr;
@@ -26,10 +25,10 @@ Asker::~Asker()
 void Asker::submit(StoreQueries::Question question)
 {
     {
-        const QMutexLocker lock(&queries_.mutex_);
+        std::unique_lock lock(queries_.mutex_);
         question_ = std::move(question);
         outcome_ = {};
-        hand_on();
+        hand_on(lock);
     }
     settle();
 }
@@ -37,22 +36,22 @@ void Asker::submit(StoreQueries::Question question)
 void Asker::set_sight(Sight sight)
 {
     {
-        const QMutexLocker lock(&queries_.mutex_);
+        std::unique_lock lock(queries_.mutex_);
         if (sight == sight_)
             return;
         sight_ = sight;
         if (question_)
-            hand_on();
+            hand_on(lock);
     }
     settle();
 }
 
-void Asker::hand_on()
+void Asker::hand_on(std::unique_lock<std::mutex> &lock)
 {
     question_->number = ++queries_.last_number_;
-    queries_.changed_.wakeAll();
+    queries_.changed_.notify_all();
     if (sight_ == Sight::Seen)
-        queries_.wait_a_moment(*this);
+        queries_.wait_a_moment(*this, lock);
 }
 
 void Asker::settle()
@@ -60,7 +59,7 @@ void Asker::settle()
     StoreQueries::Placing outcome;
     bool is_pending = false;
     {
-        const QMutexLocker lock(&queries_.mutex_);
+        const std::lock_guard lock(queries_.mutex_);
         outcome = std::exchange(outcome_, {});
         is_pending = queries_.is_pending(*this);
     }

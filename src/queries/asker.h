@@ -56,7 +56,7 @@ private:
 
     void submit(StoreQueries::Question question);
     /// Lets the question be taken, and waits a moment for the answer if it may. Under the mutex.
-    void hand_on();
+    void hand_on(std::unique_lock<std::mutex> &lock);
     /// Places the answer, if it has come.
     void settle();
     void set_busy(bool busy);

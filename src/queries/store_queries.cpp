@@ -6,7 +6,6 @@
 
 #include <QDeadlineTimer>
 #include <QLoggingCategory>
-#include <QMutexLocker>
 #include <QThread>
 
 #include <algorithm>
@@ -31,9 +30,9 @@ StoreQueries::~StoreQueries()
 
 void StoreQueries::request_end()
 {
-    const QMutexLocker lock(&mutex_);
+    const std::lock_guard lock(mutex_);
     ending_ = true;
-    changed_.wakeAll();
+    changed_.notify_all();
 }
 
 bool StoreQueries::wait_until(QDeadlineTimer deadline)
@@ -43,18 +42,18 @@ bool StoreQueries::wait_until(QDeadlineTimer deadline)
 
 void StoreQueries::run()
 {
-    QMutexLocker lock(&mutex_);
+    std::unique_lock lock(mutex_);
     while (!ending_) {
         running_ = next();
         if (!running_) {
-            changed_.wait(&mutex_);
+            changed_.wait(lock);
             continue;
         }
         Question question = *std::exchange(running_->question_, {});
         was_told_ = false;
         lock.unlock();
         Placing outcome = answer(question);
-        lock.relock();
+        lock.lock();
         if (Asker *asker = std::exchange(running_, nullptr))
             finish(*asker, std::move(question), std::move(outcome));
     }
@@ -100,7 +99,7 @@ void StoreQueries::complete_slices()
 
 bool StoreQueries::is_outdated()
 {
-    const QMutexLocker lock(&mutex_);
+    const std::lock_guard lock(mutex_);
     was_told_ |= ending_ || !running_ || running_->question_ || is_preempted();
     return was_told_;
 }
@@ -121,7 +120,7 @@ void StoreQueries::finish(Asker &asker, Question question, Placing outcome)
         return;
     }
     asker.outcome_ = std::move(outcome);
-    changed_.wakeAll();
+    changed_.notify_all();
     QMetaObject::invokeMethod(&asker, &Asker::settle, Qt::QueuedConnection);
 }
 
@@ -132,13 +131,11 @@ bool StoreQueries::is_pending(const Asker &asker) const
     return asker.question_ ? asker.sight_ != Sight::Hidden : running_ == &asker;
 }
 
-void StoreQueries::wait_a_moment(const Asker &asker)
+void StoreQueries::wait_a_moment(const Asker &asker, std::unique_lock<std::mutex> &lock)
 {
     const Clock::time_point begin = Clock::now();
     allowance_ = std::min(patience_, allowance_ + (begin - waited_) / 10);
-    const QDeadlineTimer deadline(allowance_);
-    while (is_pending(asker) && changed_.wait(&mutex_, deadline)) {
-    }
+    changed_.wait_until(lock, begin + allowance_, [&] { return !is_pending(asker); });
     waited_ = Clock::now();
     allowance_ -= std::min<std::chrono::nanoseconds>(allowance_, waited_ - begin);
 }

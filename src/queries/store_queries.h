@@ -1,12 +1,13 @@
 #pragma once
 
-#include <QMutex>
-#include <QWaitCondition>
+#include <QtGlobal>
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -77,14 +78,15 @@ private:
     bool is_preempted() const;
     bool is_pending(const Asker &asker) const;
     void finish(Asker &asker, Question question, Placing outcome);
-    void wait_a_moment(const Asker &asker);
+    void wait_a_moment(const Asker &asker, std::unique_lock<std::mutex> &lock);
 
     data::TallyDb &db_;
     const std::chrono::nanoseconds patience_;
     std::atomic<bool> ending_ = false;
 
-    QMutex mutex_; ///< for all that follows, and for what askers share with the thread
-    QWaitCondition changed_;
+    // The standard's own: ThreadSanitizer cannot see what Qt's wait condition does with its mutex.
+    std::mutex mutex_; ///< for all that follows, and for what askers share with the thread
+    std::condition_variable changed_;
     std::vector<Asker *> askers_;
     qint64 last_number_ = 0;
     Asker *running_ = nullptr; ///< who is being answered; null as well once he is gone
