@@ -72,7 +72,6 @@ void UpdateDialog::build()
     download_button_->setDefault(true);
     connect(download_button_, &QPushButton::clicked, this, &UpdateDialog::on_download);
     later_button_ = new QPushButton(QStringLiteral("Later (24h)"));
-    later_button_->setAutoDefault(false);
     connect(later_button_, &QPushButton::clicked, this, &UpdateDialog::on_later);
 
     auto *layout = new QVBoxLayout(this);
