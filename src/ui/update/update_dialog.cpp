@@ -199,9 +199,9 @@ void UpdateDialog::on_download_finished(bool ok, const QString &error)
         return;
     if (ok)
         return install();
-    show_box(QMessageBox::Critical, QStringLiteral("Download failed"),
-             QStringLiteral("Could not download update:\n\n%1\n\nTry again later.").arg(error),
-             this);
+    show_late_box(QMessageBox::Critical, QStringLiteral("Download failed"),
+                  QStringLiteral("Could not download update:\n\n%1\n\nTry again later.").arg(error),
+                  this);
     offer_retry();
 }
 
@@ -230,11 +230,12 @@ void UpdateDialog::install()
         install_started_ = true;
         return accept();
     }
-    show_box(QMessageBox::Critical, QStringLiteral("Install failed"),
-             QStringLiteral("Could not install update:\n\n%1\n\nThe downloaded file is at:\n%2\n\n"
-                            "You can install it manually by replacing the app files.")
-                 .arg(result.error, dest_path_),
-             this);
+    show_late_box(
+        QMessageBox::Critical, QStringLiteral("Install failed"),
+        QStringLiteral("Could not install update:\n\n%1\n\nThe downloaded file is at:\n%2\n\n"
+                       "You can install it manually by replacing the app files.")
+            .arg(result.error, dest_path_),
+        this);
     offer_retry();
 }
 
