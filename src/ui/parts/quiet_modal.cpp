@@ -32,9 +32,11 @@ private:
         deleteLater();
         if (!dialog_.isVisible())
             return;
+        const QPoint place = dialog_.pos();
         dialog_.hide();
         dialog_.setAttribute(Qt::WA_ShowWithoutActivating, false);
         dialog_.setWindowModality(modality_);
+        dialog_.move(place); // else some window managers add the frame to it
         dialog_.show();
     }
 
