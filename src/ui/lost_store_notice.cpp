@@ -1,6 +1,7 @@
 #include "ui/lost_store_notice.h"
 
 #include "data/store/tally_db.h"
+#include "ui/parts/quiet_modal.h"
 #include "ui/parts/ui_log.h"
 
 #include <QDir>
@@ -55,13 +56,11 @@ void LostStoreNotice::tell()
                                      "and imports all mails of the mail folder again."));
     box_->setTextFormat(Qt::PlainText);
     box_->setAttribute(Qt::WA_DeleteOnClose);
-    // The game keeps the keyboard.
-    box_->setAttribute(Qt::WA_ShowWithoutActivating, !window_->isActiveWindow());
     auto *restart = box_->addButton(QStringLiteral("Restart"), QMessageBox::AcceptRole);
     box_->addButton(QStringLiteral("Not now"), QMessageBox::RejectRole);
     box_->setDefaultButton(restart);
     connect(restart, &QPushButton::clicked, this, &LostStoreNotice::restartWanted);
-    box_->open();
+    open_quietly(*box_);
 }
 
 } // namespace tally::ui

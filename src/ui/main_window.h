@@ -35,6 +35,7 @@ struct MailImport;
 namespace tally::ui {
 
 class ChainTrackerTab;
+class ImportProgress;
 class OverlayWindow;
 class ReportTabs;
 class StartUpChain;
@@ -140,6 +141,9 @@ private:
     void save_window_state();
 
     void import_with_progress(const QString &folder);
+    /// Lets the dialog's button, and the end of the program, stop an import.
+    void let_cancel(ImportProgress &dialog);
+    void import_drop(const QList<QUrl> &urls);
     data::MailImport import_dropped(const QUrl &url);
 
     Surroundings around_;

@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QMimeData>
 #include <QScopedValueRollback>
@@ -58,14 +59,19 @@ void MainWindow::on_import_mailcache()
     refresh_all_tabs();
 }
 
-void MainWindow::import_with_progress(const QString &folder)
+void MainWindow::let_cancel(ImportProgress &dialog)
 {
-    const QScopedValueRollback importing(importing_, true);
     cancel_import_ = false;
-    ImportProgress dialog(this);
     connect(
         &dialog, &QProgressDialog::canceled, this, [this] { cancel_import_ = true; },
         Qt::DirectConnection);
+}
+
+void MainWindow::import_with_progress(const QString &folder)
+{
+    const QScopedValueRollback importing(importing_, true);
+    ImportProgress dialog(this);
+    let_cancel(dialog);
     const auto show_progress = [&dialog](qint32 scanned, qint32 total, qint32 imported) {
         dialog.show_progress(scanned, total, imported);
         QCoreApplication::processEvents();
@@ -84,7 +90,7 @@ void MainWindow::import_with_progress(const QString &folder)
 void MainWindow::dragEnterEvent(QDragEnterEvent *event)
 {
     const QList<QUrl> urls = event->mimeData()->urls();
-    if (std::any_of(urls.begin(), urls.end(), is_mail))
+    if (!importing_ && std::any_of(urls.begin(), urls.end(), is_mail))
         event->acceptProposedAction();
     else
         event->ignore();
@@ -93,23 +99,44 @@ void MainWindow::dragEnterEvent(QDragEnterEvent *event)
 void MainWindow::dropEvent(QDropEvent *event)
 {
     const QList<QUrl> urls = event->mimeData()->urls();
-    if (urls.isEmpty())
+    if (urls.isEmpty() || importing_)
         return;
     event->acceptProposedAction();
+    // Whoever drags waits until the event has been dealt with.
+    QMetaObject::invokeMethod(
+        this, [this, urls] { import_drop(urls); }, Qt::QueuedConnection);
+}
+
+void MainWindow::import_drop(const QList<QUrl> &urls)
+{
+    constexpr qint64 frame = 16; // ms
+    if (importing_ || leaving_)
+        return;
+    const QScopedValueRollback importing(importing_, true);
+    ImportProgress dialog(this);
+    let_cancel(dialog);
     QDir().mkpath(around_.raw_dir);
+    QElapsedTimer since_events;
+    since_events.start();
     int imported = 0;
     int skipped = 0;
     data::ImportTrouble trouble;
-    for (const QUrl &url : urls) {
-        if (!is_mail(url)) {
+    for (qsizetype i = 0; i < urls.size() && !cancel_import_; ++i) {
+        if (!is_mail(urls[i])) {
             ++skipped;
             continue;
         }
-        const data::MailImport mail = import_dropped(url);
+        const data::MailImport mail = import_dropped(urls[i]);
         imported += mail.is_new ? 1 : 0;
         if (mail.failure)
-            trouble.add(url.fileName(), *mail.failure);
+            trouble.add(urls[i].fileName(), *mail.failure);
+        if (since_events.elapsed() < frame)
+            continue;
+        dialog.show_progress(static_cast<int>(i + 1), static_cast<int>(urls.size()), imported);
+        QCoreApplication::processEvents();
+        since_events.start();
     }
+    dialog.close();
     if (imported > 0)
         refresh_all_tabs();
     const auto done =

@@ -5,6 +5,7 @@
 #include "platform/updater/version_record.h"
 #include "ui/parts/message_box.h"
 #include "ui/parts/plain_label.h"
+#include "ui/parts/quiet_modal.h"
 #include "ui/update/update_dialog.h"
 
 #include <QCoreApplication>
@@ -73,10 +74,10 @@ void MainWindow::check_for_updates(bool manual)
     update_check_running_ = false;
     if (!record) {
         if (manual)
-            show_box(QMessageBox::Warning, QStringLiteral("Check for updates"),
-                     QStringLiteral("Could not reach the update server. Check your network "
-                                    "connection and try again."),
-                     this);
+            show_late_box(QMessageBox::Warning, QStringLiteral("Check for updates"),
+                          QStringLiteral("Could not reach the update server. Check your network "
+                                         "connection and try again."),
+                          this);
     } else if (Updater::is_newer(Updater::record_text(*record, version_key), application_version)) {
         offer_update(*record, manual);
     } else {
@@ -89,7 +90,7 @@ void MainWindow::tell_up_to_date(bool manual)
     if (Updater::snoozed_until(&around_.db))
         Updater::clear_snooze(&around_.db);
     if (manual)
-        show_box(
+        show_late_box(
             QMessageBox::Information, QStringLiteral("Up to date"),
             QStringLiteral("You are running the latest version (%1).").arg(application_version),
             this);
@@ -107,10 +108,8 @@ void MainWindow::offer_update(const QJsonObject &record, bool manual)
         setup_.adjust_update(setup);
     update_dialog_ = new UpdateDialog(record, &around_.db, QCoreApplication::applicationFilePath(),
                                       has_expired, this, std::move(setup));
-    // The game keeps the keyboard.
-    update_dialog_->setAttribute(Qt::WA_ShowWithoutActivating, !manual && !isActiveWindow());
     connect(update_dialog_, &QDialog::finished, this, &MainWindow::on_update_dialog_finished);
-    update_dialog_->show();
+    open_quietly(*update_dialog_, Qt::ApplicationModal);
 }
 
 void MainWindow::on_update_dialog_finished()
@@ -146,8 +145,12 @@ void MainWindow::tell_of_unclean_update(const QString &backup)
     notice->setObjectName(QStringLiteral("updateNotice"));
     notice->setToolTip(text);
     notice->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    // Behind the messages of the start, and back when they are over.
+    // Behind the messages of the start, and back when they are over: what is added while one stands
+    // would stay hidden.
+    const QString message = statusBar()->currentMessage();
+    statusBar()->clearMessage();
     statusBar()->addWidget(notice, 1);
+    show_message(message, 5'000);
 }
 
 } // namespace tally::ui

@@ -33,7 +33,10 @@ public:
         process.waitForFinished();
     }
 
-    QString root() const { return folder_.filePath(QStringLiteral("a 'b' & $c;ü")); }
+    QString root() const
+    {
+        return folder_.filePath(QStringLiteral("a 'b' & \"$c\" `d` \\ [e]*;\nü"));
+    }
     QString file(const QString &name) const { return root() + u'/' + name; }
     QString updates_dir() const { return file(QStringLiteral("data/updates")); }
     QString program_path() const { return file(QStringLiteral("ledgerline-tallyhand")); }

@@ -51,6 +51,7 @@ protected:
         mime.setUrls(urls);
         QDropEvent event({5, 5}, Qt::CopyAction, &mime, Qt::LeftButton, {});
         QCoreApplication::sendEvent(window_, &event);
+        QCoreApplication::processEvents();
     }
 
     /// Chooses "Reimport mailcache..." and the folder in its dialog.
@@ -117,6 +118,23 @@ TEST_F(Imports, AFailingFileDoesNotStopTheOthersOfADrop)
     EXPECT_THAT(fixture_.message(),
                 testing::MatchesRegex("Drop import: 0 file\\(s\\) imported, 1 skipped\\. 1 mail "
                                       "could not be stored \\(.*\\); drop it again\\."));
+}
+
+TEST_F(Imports, ALargeDropLeavesTheWindowAliveAndCanBeCancelled)
+{
+    QList<QUrl> urls;
+    while (urls.size() < 500)
+        urls << add(mail.arg(urls.size()));
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        EXPECT_FALSE(drag_enters(urls)) << "one import at a time";
+        for (auto *dialog : window_->findChildren<QProgressDialog *>())
+            dialog->findChild<QPushButton *>()->click();
+    });
+    watch.start(1);
+    drop(urls);
+    EXPECT_THAT(fixture_.message(), testing::MatchesRegex("Drop import: [0-9]+ file.*"));
+    EXPECT_LT(QDir(fixture_.around.raw_dir).count(), 400U);
 }
 
 TEST_F(Imports, AStoreThatTakesNoMailIsToldBehindTheCounters)

@@ -23,6 +23,7 @@ QString as_it_is(const QString &path)
 const ExecutableSwap executable{
     .new_exe = u"C:/Program Files/Tally & Co/data/updates/tallyhand-new.exe"_s,
     .current_exe = u"C:/Program Files/Tally & Co/ledgerline-tallyhand.exe"_s,
+    .elevate = true,
 };
 const PayloadSwap payload{
     .zip = u"C:/Program Files/Tally & Co/data/updates/payload.zip"_s,
@@ -46,18 +47,6 @@ TEST(BatchScript, IsTheTemplateByteByByte)
               platform::read_file(QStringLiteral(TALLY_EXPECTED "/executable.bat")));
     EXPECT_EQ(batch_for(payload, as_it_is).text,
               platform::read_file(QStringLiteral(TALLY_EXPECTED "/payload.bat")));
-    ExecutableSwap elevated = executable;
-    elevated.elevate = true;
-    EXPECT_THAT(
-        batch_for(elevated, as_it_is).text.toStdString(),
-        HasSubstr("\npowershell -WindowStyle Hidden -Command \"Start-Process -FilePath "
-                  "'C:\\Program Files\\Tally & Co\\ledgerline-tallyhand.exe' -Verb RunAs\"\r"));
-    PayloadSwap plain = payload;
-    plain.elevate = false;
-    EXPECT_THAT(
-        batch_for(plain, as_it_is).text.toStdString(),
-        HasSubstr("\nstart \"\" \"C:\\Program Files\\Tally & Co\\ledgerline-tallyhand.exe\" "
-                  "--post-update-check v2.0-alfa.073\r"));
 }
 
 TEST(BatchScript, RefusesAPathThatALineCannotCarry)
@@ -108,13 +97,13 @@ protected:
         qputenv("WINEPREFIX", TALLY_WINE_PREFIX);
         qputenv("WINEDEBUG", "-all");
         ASSERT_TRUE(QDir().mkpath(QStringLiteral(TALLY_WINE_PREFIX)));
-        ASSERT_TRUE(QDir(folder_.path()).mkpath(u"a & b^c"_s));
     }
 
     QString file(const QString &name) const { return folder_.filePath(u"a & b^c/"_s + name); }
     void put(const QString &name, const QByteArray &content) const
     {
         QFile out(file(name));
+        QDir().mkpath(QFileInfo(out).path());
         ASSERT_TRUE(out.open(QIODevice::WriteOnly) && out.write(content) == content.size());
     }
     void run(const QByteArray &script) const
@@ -138,21 +127,70 @@ TEST_F(Wine, TheScriptForAnExecutableSwapsAndStartsItAndGoes)
     EXPECT_EQ(QDir(file({})).entryList(QDir::Files), QStringList({u"old.bat"_s, u"started.txt"_s}));
 }
 
-TEST_F(Wine, TheLogSaysWholeLinesAndNothingElseIsWritten)
+struct SwapCase {
+    int unpack_code;
+    int copy_code;
+    const char *last_logged;
+    const char *started; ///< what notes that it runs; "" if nothing is to
+    const char *readme;  ///< what lies in the installation in the end
+};
+
+/// The script for a payload, in which xcopy stands in for PowerShell and for robocopy: of these
+/// Wine has no more than the names.
+class WineSwap : public Wine, public testing::WithParamInterface<SwapCase> {};
+INSTANTIATE_TEST_SUITE_P(
+    , WineSwap,
+    testing::Values(SwapCase{1, 0, "] EXTRACT FAILED", "", "old"},
+                    SwapCase{0, 8, "] SWAP FAILED ? restoring backup", "old  ", "old"},
+                    SwapCase{0, 1, "] DONE", "new --post-update-check v2.0-alfa.073", "new"}));
+
+TEST_P(WineSwap, EndsAsItShould)
 {
-    PayloadSwap swap = payload;
-    swap.log = u"Z:"_s + file(u"update.log"_s);
-    QByteArray log_lines = "@echo off\r\n";
-    for (const QByteArray &line : batch_for(swap, as_it_is).text.split('\n')) {
-        if (line.startsWith("echo ["))
-            log_lines += line + '\n';
+    const SwapCase &outcome = GetParam();
+    for (const char *version : {"old", "new"}) {
+        const QString dir = version == QByteArray("new") ? u"../payload/"_s : QString();
+        put(dir + u"tally.bat"_s, "@echo " + QByteArray(version) + " %1 %2>started.txt\r\n");
+        put(dir + u"README"_s, version);
     }
-    run(log_lines);
-    for (const char *text :
-         {"] START v2.0-alfa.072 -> v2.0-alfa.073 pid=4711", "] swap staging -> install",
-          "] backup -> C:\\Users\\T^J & Co\\Temp\\tallyhand-backup-v2.0-alfa.072"})
-        EXPECT_THAT(platform::read_file(file(u"update.log"_s)).toStdString(), HasSubstr(text));
-    EXPECT_EQ(QDir(file({})).entryList(QDir::Files), QStringList({u"run.bat"_s, u"update.log"_s}));
+    put(u"data/updates/payload.zip"_s, "packed");
+    put(u"unpack.bat"_s, "@xcopy /E /I /Y /Q ..\\payload data\\updates\\staging >nul\r\n@exit " +
+                             QByteArray::number(outcome.unpack_code));
+    put(u"mirror.bat"_s,
+        "@xcopy /E /I /Y /Q %1 %2 >nul\r\n@rmdir /S /Q \"..\\T^J & Co\\data\"\r\n@exit " +
+            QByteArray::number(outcome.copy_code));
+    const QString updates = u"Z:"_s + file(u"data/updates/"_s);
+    PayloadSwap swap = payload;
+    swap.elevate = false;
+    swap.zip = updates + u"payload.zip"_s;
+    swap.install_dir = u"Z:"_s + file({});
+    swap.staging_dir = updates + u"staging"_s;
+    swap.backup_dir = u"Z:"_s + folder_.filePath(u"T^J & Co"_s);
+    swap.data_dir = u"Z:"_s + file(u"data"_s);
+    swap.log = updates + u"update.log"_s;
+    swap.marker = updates + u"marker"_s;
+    swap.new_exe = u"Z:"_s + file(u"tally.bat"_s);
+    run(batch_for(swap, as_it_is)
+            .text.replace("powershell ", "cmd /c unpack.bat ")
+            .replace("robocopy ", "cmd /c mirror.bat "));
+
+    const bool is_new = outcome.readme == QByteArray("new");
+    const bool has_swapped = outcome.unpack_code == 0;
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return platform::read_file(file(u"started.txt"_s)).startsWith(outcome.started); },
+        60'000));
+    EXPECT_EQ(QFile::exists(file(u"started.txt"_s)), has_swapped);
+    EXPECT_EQ(platform::read_file(file(u"README"_s)), outcome.readme);
+    EXPECT_EQ(platform::read_file(folder_.filePath(u"T^J & Co/README"_s)),
+              has_swapped ? "old" : "");
+    const std::string log = platform::read_file(file(u"data/updates/update.log"_s)).toStdString();
+    for (const std::string &text :
+         {std::string("] START v2.0-alfa.072 -> v2.0-alfa.073 pid=4711"),
+          std::string(has_swapped ? "\\T^J & Co \r\n" : ""), std::string(outcome.last_logged)})
+        EXPECT_THAT(log, HasSubstr(text));
+    EXPECT_EQ(platform::read_file(file(u"data/updates/marker"_s)).trimmed(),
+              is_new ? "v2.0-alfa.073" : "");
+    EXPECT_EQ(QFile::exists(file(u"data/updates/payload.zip"_s)), !is_new);
+    EXPECT_EQ(QFile::exists(file(u"run.bat"_s)), !is_new);
 }
 
 } // namespace

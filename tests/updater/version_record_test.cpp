@@ -4,8 +4,6 @@
 #include "support/program_run.h"
 #include "support/update_site.h"
 
-#include <QTimer>
-
 #include <gtest/gtest.h>
 
 namespace tally::platform::Updater {
@@ -117,18 +115,6 @@ TEST(FetchVersionInfo, GivesTheRecordWithAllItsKeysOrNone)
         EXPECT_EQ(fetch_version_info(site.endpoint()), std::nullopt) << body;
     }
     EXPECT_EQ(test::LogCapture::lines(u"version record"_s).size(), 10) << "each says why";
-}
-
-TEST(FetchVersionInfo, ASilentServerHoldsUpForTheTimeLimitOnlyAndServesEvents)
-{
-    UpdateSite site;
-    site.break_with(u"silent"_s);
-    StopFlag stop = false;
-    QTimer::singleShot(1, [&] { stop = true; });
-    const FetchOptions hour{.time_limit = std::chrono::hours(1), .stop = &stop};
-    EXPECT_EQ(fetch_version_info(site.endpoint(), hour), std::nullopt);
-    const FetchOptions moment{.time_limit = std::chrono::milliseconds(20)};
-    EXPECT_EQ(fetch_version_info(site.endpoint(), moment), std::nullopt);
 }
 
 } // namespace

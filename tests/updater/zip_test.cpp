@@ -88,12 +88,15 @@ TEST(Zip, EntriesThatAreMoreThanPlainFilesAreRefused)
 TEST(Zip, TooManyTooLargeAndThoseWithoutTheProgramAreRefused)
 {
     const Entry large{.name = "a", .size = 1U << 30};
-    EXPECT_EQ(fault(zip_of({program, large, large})), "");
-    EXPECT_THAT(fault(zip_of({program, large, large, {.name = "b", .size = 1}})),
+    const Entry other{.name = "b", .size = 1U << 30};
+    EXPECT_EQ(fault(zip_of({program, large, other})), "");
+    EXPECT_THAT(fault(zip_of({program, large, other, {.name = "c", .size = 1}})),
                 HasSubstr("2 GiB"));
-    QList<Entry> many(20'000, program);
+    QList<Entry> many = {program};
+    while (many.size() < 20'000)
+        many.append({QByteArray::number(many.size())});
     EXPECT_EQ(fault(zip_of(many)), "");
-    many.append(program);
+    many.append({"one more"});
     EXPECT_THAT(fault(zip_of(many)), HasSubstr("20,000"));
     EXPECT_THAT(fault(zip_of({{"system/ledgerline-tallyhand"}})), HasSubstr("in its root"));
 }
@@ -105,6 +108,10 @@ TEST(Zip, OneThatCanBeReadInTwoWaysOrInNoneIsRefused)
     EXPECT_NE(fault("prepended" + good), "");
     EXPECT_NE(fault(good + "appended"), "");
     EXPECT_NE(fault(good + good.last(22)), "") << "another directory";
+    EXPECT_NE(fault(zip_of({program, {.name = "a", .extra = "PK\6\7" + QByteArray(16, '\0')}})), "")
+        << "the way to another directory";
+    for (const char *name : {"LIB\\a", "lib/A", "lib/a/"})
+        EXPECT_THAT(fault(zip_of({program, {"lib/a"}, {name}})), HasSubstr("the same name"));
     // With a byte changed it may be taken or not, but must do no harm to the reader.
     for (qsizetype i = 0; i < good.size(); ++i) {
         EXPECT_NE(fault(good.first(i)), "");

@@ -72,7 +72,8 @@ public:
     void put_download() const
     {
         QFile file(QDir(setup_.updates_dir).filePath(QStringLiteral("tallyhand-new.exe")));
-        file.open(QIODevice::WriteOnly);
+        if (file.open(QIODevice::WriteOnly))
+            file.write(setup_.tools.program_heads.first());
     }
 
 private:

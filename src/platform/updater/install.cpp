@@ -10,6 +10,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace tally::platform::Updater {
 namespace {
 
@@ -62,6 +64,17 @@ QString payload_fault(const PayloadSwap &swap, const InstallTools &tools)
     return fault ? QStringLiteral("The payload is refused: %1").arg(*fault) : QString();
 }
 
+/// Whether a file that comes alone can be what it replaces: not a page of the server, nor a zip
+/// whose hash and signature would both be right.
+bool is_program(const QString &path, const InstallTools &tools)
+{
+    constexpr qint64 longest = 4;
+    QFile file(path);
+    const QByteArray head = file.open(QIODevice::ReadOnly) ? file.read(longest) : QByteArray();
+    return std::any_of(tools.program_heads.begin(), tools.program_heads.end(),
+                       [&](const QByteArray &expected) { return head.startsWith(expected); });
+}
+
 /// A script and how it is to be run.
 struct Run {
     QString path;
@@ -74,6 +87,8 @@ struct Run {
 /// the window waits. \return why it could not be written; empty if all of it was.
 QString write_script(const QString &path, const QByteArray &text)
 {
+    // One of an earlier update may still run, and a shell reads its file as it goes.
+    QFile::remove(path);
     QFile file(path);
     if (file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered) &&
         file.write(text) == text.size())
@@ -124,6 +139,8 @@ DownloadResult install_and_restart(const QString &new_exe, const QString &curren
 {
     if (!QFile::exists(new_exe))
         return failure(QStringLiteral("New exe not found: %1").arg(new_exe));
+    if (!is_program(new_exe, tools))
+        return failure(QStringLiteral("What has come is no program: %1").arg(new_exe));
     const Script script =
         tools.executable_script(executable_swap(new_exe, current_exe, elevate, tools));
     if (!script.refusal.isEmpty())

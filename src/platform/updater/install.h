@@ -4,6 +4,7 @@
 #include "platform/updater/install_scripts.h"
 #include "platform/updater/version_record.h"
 
+#include <QByteArrayList>
 #include <QString>
 
 #include <functional>
@@ -12,10 +13,11 @@ namespace tally::platform::Updater {
 
 /// How this system installs an update. Passed in, so that a test can look at what would be done.
 struct InstallTools {
-    QString script_name;     ///< without a suffix in ".dump"
-    QString executable_name; ///< of the program in a payload
-    QString temp_dir;        ///< where backups lie
-    qint64 process_id = 0;   ///< that the script waits for
+    QString script_name;          ///< without a suffix in ".dump"
+    QString executable_name;      ///< of the program in a payload
+    QByteArrayList program_heads; ///< with one of which each executable begins
+    QString temp_dir;             ///< where backups lie
+    qint64 process_id = 0;        ///< that the script waits for
     std::function<Script(const ExecutableSwap &)> executable_script;
     std::function<Script(const PayloadSwap &)> payload_script;
     /// Starts a script that outlives the program. \return whether it runs.

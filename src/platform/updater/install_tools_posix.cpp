@@ -25,6 +25,9 @@ InstallTools system_tools()
 {
     return {.script_name = QStringLiteral("install_update.sh"),
             .executable_name = QStringLiteral("ledgerline-tallyhand"),
+            .program_heads = {"\x7f"
+                              "ELF",
+                              "#!"},
             .temp_dir = QDir::tempPath(),
             .process_id = QCoreApplication::applicationPid(),
             .executable_script = [](const ExecutableSwap &swap) { return shell_script_for(swap); },

@@ -38,6 +38,7 @@ InstallTools system_tools()
     return {
         .script_name = QStringLiteral("install_update.bat"),
         .executable_name = QStringLiteral("ledgerline-tallyhand.exe"),
+        .program_heads = {"MZ"},
         .temp_dir = QDir::tempPath(),
         .process_id = QCoreApplication::applicationPid(),
         .executable_script =

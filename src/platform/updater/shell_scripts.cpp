@@ -52,7 +52,8 @@ rm -f "$0"
 
 // Files are first copied beside those that they replace, so that a full disk changes nothing; then
 // each takes its place at once. The executable is the last to come and the first to go back: an old
-// one with new files beside it starts, the other way round it may not.
+// one with new files beside it starts, the other way round it may not. The user's data are left out
+// here too: some unpackers go by other names than those that were looked at.
 const char *const payload_steps = R"sh(
 unset UNZIP UNZIPOPT
 say() { printf '[%s] %s\n' "$(date '+%Y-%m-%d %H:%M:%S')" "$1" >>"$log"; }
@@ -96,7 +97,8 @@ restore() {
   copy_beside "$backup" "$files.back" && take_places "$files.back"
 }
 
-: >"$log"
+rm -f "$log"
+(: >"$log") 2>/dev/null || log=/dev/null
 say "START $old_version -> $new_version pid=$pid"
 wait_for_process
 
@@ -106,7 +108,8 @@ mkdir -p "$staging" || give_up 'EXTRACT FAILED'
 unzip -q -o "$zip" -d "$staging" </dev/null >>"$log" 2>&1 || give_up 'EXTRACT FAILED'
 chmod u+rwx,go+rx "$staging/$name" || give_up 'EXTRACT FAILED'
 {
-  (cd "$staging" && find . -type f ! -path "./$name") && echo "./$name"
+  (cd "$staging" && find . -path ./data -prune -o -type f ! -path "./$name" -print) &&
+    echo "./$name"
 } >"$files" || give_up 'EXTRACT FAILED'
 { tail -n 1 "$files" && sed '$d' "$files"; } >"$files.back" || give_up 'EXTRACT FAILED'
 

@@ -3,6 +3,7 @@
 #include "platform/updater/zip_names.h"
 
 #include <QFile>
+#include <QSet>
 #include <QtEndian>
 
 #include <algorithm>
@@ -15,6 +16,7 @@ constexpr qint64 most_unpacked = 2LL << 30;   // bytes
 constexpr qint64 most_directory = 16LL << 20; // bytes
 
 constexpr int end_size = 22;
+constexpr int far_locator_size = 20;
 constexpr int head_size = 46;
 
 quint16 u16(const QByteArray &bytes, qsizetype at)
@@ -120,8 +122,25 @@ const char *fault_of(const Entry &entry)
     return root.toLower() == "data" ? "lies in the folder of the user's data" : nullptr;
 }
 
+/// By which Windows would tell two files apart.
+QByteArray identity_of(const QByteArray &name)
+{
+    QByteArray path = name.toLower().replace('\\', '/');
+    if (path.endsWith('/'))
+        path.chop(1);
+    return path;
+}
+
+/// Whether what some readers take for the way to another directory stands at its end.
+bool points_elsewhere(const QByteArray &directory)
+{
+    return directory.last(std::min<qsizetype>(directory.size(), far_locator_size))
+        .startsWith("PK\6\7");
+}
+
 QString walk(const QByteArray &directory, int entries, const QByteArray &executable)
 {
+    QSet<QByteArray> names;
     qint64 unpacked = 0;
     bool has_executable = false;
     qsizetype at = 0;
@@ -132,12 +151,15 @@ QString walk(const QByteArray &directory, int entries, const QByteArray &executa
         if (const char *fault = fault_of(*entry))
             return QStringLiteral("the name \"%1\" %2")
                 .arg(QString::fromLatin1(entry->name.left(80)), QLatin1StringView(fault));
+        names.insert(identity_of(entry->name));
         unpacked += entry->size;
         has_executable = has_executable || entry->name == executable;
         at = entry->end;
     }
-    if (at != directory.size())
+    if (at != directory.size() || points_elsewhere(directory))
         return QStringLiteral("its directory is damaged");
+    if (names.size() != entries)
+        return QStringLiteral("two of its files have the same name");
     if (unpacked > most_unpacked)
         return QStringLiteral("it would unpack to more than 2 GiB");
     return has_executable ? QString()

@@ -1,13 +1,30 @@
 #include "ui/parts/message_box.h"
 
-namespace tally::ui {
+#include "ui/parts/quiet_modal.h"
 
-void show_box(QMessageBox::Icon icon, const QString &title, const QString &text, QWidget *parent)
+namespace tally::ui {
+namespace {
+
+QMessageBox *new_box(QMessageBox::Icon icon, const QString &title, const QString &text,
+                     QWidget *parent)
 {
     auto *box = new QMessageBox(icon, title, text, QMessageBox::Ok, parent);
     box->setTextFormat(Qt::PlainText);
     box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    return box;
+}
+
+} // namespace
+
+void show_box(QMessageBox::Icon icon, const QString &title, const QString &text, QWidget *parent)
+{
+    new_box(icon, title, text, parent)->open();
+}
+
+void show_late_box(QMessageBox::Icon icon, const QString &title, const QString &text,
+                   QWidget *parent)
+{
+    open_quietly(*new_box(icon, title, text, parent));
 }
 
 } // namespace tally::ui

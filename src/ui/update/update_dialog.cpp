@@ -72,7 +72,6 @@ void UpdateDialog::build()
     download_button_->setDefault(true);
     connect(download_button_, &QPushButton::clicked, this, &UpdateDialog::on_download);
     later_button_ = new QPushButton(QStringLiteral("Later (24h)"));
-    later_button_->setAutoDefault(false);
     connect(later_button_, &QPushButton::clicked, this, &UpdateDialog::on_later);
 
     auto *layout = new QVBoxLayout(this);
@@ -200,9 +199,9 @@ void UpdateDialog::on_download_finished(bool ok, const QString &error)
         return;
     if (ok)
         return install();
-    show_box(QMessageBox::Critical, QStringLiteral("Download failed"),
-             QStringLiteral("Could not download update:\n\n%1\n\nTry again later.").arg(error),
-             this);
+    show_late_box(QMessageBox::Critical, QStringLiteral("Download failed"),
+                  QStringLiteral("Could not download update:\n\n%1\n\nTry again later.").arg(error),
+                  this);
     offer_retry();
 }
 
@@ -231,11 +230,12 @@ void UpdateDialog::install()
         install_started_ = true;
         return accept();
     }
-    show_box(QMessageBox::Critical, QStringLiteral("Install failed"),
-             QStringLiteral("Could not install update:\n\n%1\n\nThe downloaded file is at:\n%2\n\n"
-                            "You can install it manually by replacing the app files.")
-                 .arg(result.error, dest_path_),
-             this);
+    show_late_box(
+        QMessageBox::Critical, QStringLiteral("Install failed"),
+        QStringLiteral("Could not install update:\n\n%1\n\nThe downloaded file is at:\n%2\n\n"
+                       "You can install it manually by replacing the app files.")
+            .arg(result.error, dest_path_),
+        this);
     offer_retry();
 }
 

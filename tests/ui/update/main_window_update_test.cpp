@@ -182,10 +182,14 @@ TEST_F(Updates, AnUncleanUpdateStandsInTheStatusBarAndLeavesTheWindowItsWidth)
 {
     ui::MainWindow &window = open();
     const int width = window.minimumSizeHint().width();
-    window.tell_of_unclean_update(u"/tmp/"_s + QString(300, u'x'));
+    const QString place = u"/tmp/"_s + QString(300, u'x');
+    window.tell_of_unclean_update(place);
+    EXPECT_EQ(fixture_.message(), "Ready.");
+    window.statusBar()->clearMessage();
+    const auto *notice = window.findChild<QLabel *>(u"updateNotice"_s);
+    EXPECT_TRUE(notice->isVisible());
     EXPECT_EQ(
-        window.findChild<QLabel *>(u"updateNotice"_s)->text(),
-        u"The last update did not start cleanly. The version before it lies in /tmp/%1."_s.arg(
-            QString(300, u'x')));
+        notice->text(),
+        u"The last update did not start cleanly. The version before it lies in %1."_s.arg(place));
     EXPECT_LE(window.minimumSizeHint().width(), width + 50);
 }

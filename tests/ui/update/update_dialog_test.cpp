@@ -6,7 +6,6 @@
 #include "ui/update/update_dialog.h"
 #include "ui/update/update_texts.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
@@ -61,13 +60,13 @@ protected:
         return QTest::qWaitFor(condition, 30'000);
     }
     /// Waits for a box over the dialog and closes it. \return title and text
-    static std::string box()
+    std::string box() const
     {
-        EXPECT_TRUE(
-            wait([] { return qobject_cast<QMessageBox *>(QApplication::activeModalWidget()); }));
-        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        QPointer<QMessageBox> box;
+        EXPECT_TRUE(wait([&] { return box = dialog_->findChild<QMessageBox *>(); }));
         const std::string text = (box->windowTitle() + u'|' + box->text()).toStdString();
         QTest::keyClick(box, Qt::Key_Return);
+        EXPECT_TRUE(wait([&] { return !box; }));
         return text;
     }
     QStringList files() const { return QDir(setup_.updates_dir).entryList(QDir::Files); }
@@ -140,6 +139,9 @@ TEST_F(Dialog, AnOfferCanBePostponedOrClosed)
     EXPECT_FALSE(dialog_->isVisible());
     EXPECT_EQ(snoozed_version(&store_.db), u"v3"_s);
     EXPECT_EQ(snoozed_until(&store_.db)->toSecsSinceEpoch(), 1'800'086'400);
+    clear_snooze(&store_.db);
+    QTest::keyClick(open().findChildren<QPushButton *>().last(), Qt::Key_Return);
+    EXPECT_EQ(snoozed_version(&store_.db), u"v3"_s) << "not the default button";
     clear_snooze(&store_.db);
     QTest::keyClick(&open(), Qt::Key_Escape);
     EXPECT_FALSE(dialog_->isVisible());

@@ -6,6 +6,7 @@
 #include "settings/settings.h"
 #include "support/temp_store.h"
 #include "ui/overlay/overlay_window.h"
+#include "ui/parts/quiet_modal.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -236,6 +237,21 @@ TEST_F(OverlayOnScreen, ClicksAreItsOwnUnlessItLetsThemThrough)
     const int before = through.times;
     click(place - QPoint(20, 20));
     EXPECT_TRUE(comes([&] { return through.times > before; }));
+}
+
+TEST_F(OverlayOnScreen, ADialogThatComesByItselfLeavesTheKeyboardToTheGame)
+{
+    QWidget below;
+    below.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&below));
+    tell_window(u"windowactivate"_s);
+    ASSERT_TRUE(comes([] { return !QApplication::activeWindow(); }));
+    QDialog dialog(&below);
+    open_quietly(dialog);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&dialog));
+    EXPECT_FALSE(QTest::qWaitFor([&] { return host_.foreground_window() != window_; }, 200));
+    below.activateWindow();
+    EXPECT_TRUE(comes([&] { return dialog.isModal() && dialog.isActiveWindow(); }));
 }
 
 } // namespace
