@@ -78,8 +78,11 @@ const std::vector<ItemRow> &ItemRowTable::rows() const
 
 void ItemRowTable::set_rows(std::vector<ItemRow> rows)
 {
-    if (rows == model_->rows())
-        return viewport()->update();
+    if (rows == model_->rows()) {
+        if (has_strips_)
+            viewport()->update();
+        return;
+    }
     const Place before = place();
     model_->set_rows(std::move(rows));
     go_back(before);

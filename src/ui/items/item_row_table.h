@@ -29,7 +29,8 @@ class ItemRowTable : public QTableView {
 public:
     ItemRowTable(const ItemRowTableLook &look, const QString &icon_dir, QWidget *parent = nullptr);
 
-    /// Only paints anew if the rows are those that are shown: pictures of items may now be others.
+    /// Where the rows are those that are shown, only strips are painted anew: their pictures may be
+    /// others now.
     void set_rows(std::vector<ItemRow> rows);
 
     const std::vector<ItemRow> &rows() const;
