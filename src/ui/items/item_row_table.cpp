@@ -78,8 +78,9 @@ const std::vector<ItemRow> &ItemRowTable::rows() const
 
 void ItemRowTable::set_rows(std::vector<ItemRow> rows)
 {
+    const bool has_new_pictures = pictures_.take_news() && has_strips_;
     if (rows == model_->rows()) {
-        if (has_strips_)
+        if (has_new_pictures)
             viewport()->update();
         return;
     }

@@ -23,6 +23,10 @@ LootCards::LootCards(QString icon_dir, QWidget *parent)
 
 void LootCards::show_stats(const std::vector<data::LootStat> &stats)
 {
+    const bool has_new_pictures = pictures_.take_news();
+    if (stats == shown_ && !has_new_pictures)
+        return;
+    shown_ = stats;
     while (cards_.size() > stats.size()) {
         delete cards_.back();
         cards_.pop_back();

@@ -92,6 +92,18 @@ TEST_F(ReportTable, ShowsNewRowsToWhoLooksAtTheTop)
     EXPECT_FALSE(table_.select_key(u"101"_s));
 }
 
+TEST(PictureWatch, TellsOfMissingAndOfForgottenPictures)
+{
+    PictureWatch watch;
+    watch.take_news();
+    EXPECT_FALSE(watch.take_news());
+    item_icon(u"none"_s, QString());
+    EXPECT_TRUE(watch.take_news());
+    forget_item_pictures();
+    EXPECT_TRUE(watch.take_news());
+    EXPECT_FALSE(watch.take_news());
+}
+
 TEST(ItemRowModel, ShowsLootBehindItsCells)
 {
     data::MasterCache::instance().set_kind(
