@@ -1,5 +1,5 @@
 // The pages of the window on stores of years of play: how long a refresh stops the window, and what
-// a repeated one costs. views_bench
+// a repeated one costs. views_bench [slow | field | chains | reports]
 
 #include "data/mail/battle_report.h"
 #include "data/master/master_cache.h"
@@ -29,6 +29,7 @@
 
 #include <cstdio>
 #include <stdexcept>
+#include <string_view>
 #include <thread>
 
 namespace {
@@ -287,9 +288,18 @@ int main(int argc, char *argv[])
     const QTemporaryDir folder(QCoreApplication::applicationDirPath() +
                                QStringLiteral("/views-XXXXXX"));
     load_reference_data(folder.filePath(QStringLiteral("reference")));
-    bench_slow_pages(folder.path());
-    bench_field_pages(folder.path());
-    for (const int rounds : {100'000, 1'000'000})
-        bench_page(folder.path(), rounds);
-    bench_report_pages(folder.path());
+    const std::string_view chosen = argc > 1 ? argv[1] : "";
+    const auto is_chosen = [chosen](std::string_view part) {
+        return chosen.empty() || chosen == part;
+    };
+    if (is_chosen("slow"))
+        bench_slow_pages(folder.path());
+    if (is_chosen("field"))
+        bench_field_pages(folder.path());
+    for (const int rounds : {100'000, 1'000'000}) {
+        if (is_chosen("chains"))
+            bench_page(folder.path(), rounds);
+    }
+    if (is_chosen("reports"))
+        bench_report_pages(folder.path());
 }

@@ -45,7 +45,7 @@ public:
     /// \param patience how long the window waits for answers, in all: it is given back what it has
     ///        waited at a tenth of the time that passes
     explicit StoreQueries(data::TallyDb &db,
-                          std::chrono::nanoseconds patience = std::chrono::milliseconds(25));
+                          std::chrono::nanoseconds patience = std::chrono::milliseconds(20));
     /// Waits for the query that runs. All askers are gone by then.
     ~StoreQueries();
     StoreQueries(const StoreQueries &) = delete;

@@ -223,8 +223,10 @@ TEST(FieldQueries, AnIndexThatIsGoneOrAnotherCostsSpeedOnly)
     TempStore store;
     store.db.insert_field_report(u"fight"_s, {attack(1, {{"email_time", 100.0}})}, 1.0);
     for (const char *change :
-         {"DROP INDEX idx_field_time", "CREATE INDEX idx_field_time ON field_reports(my_ct)"}) {
+         {"DROP INDEX idx_field_time", "CREATE INDEX idx_field_time ON field_reports(my_ct)",
+          "DROP INDEX idx_field_accounts"}) {
         PlainConnection(store.path).rows(QString::fromLatin1(change));
         EXPECT_EQ(store.db.field_attacks({}, {}, {}, 10, 4).size(), 1) << change;
+        EXPECT_EQ(store.db.field_summary(5.0, {}, {}, 4).attacks, 1) << change;
     }
 }

@@ -77,7 +77,8 @@ TEST(StoreSchema, ANewFileHasItsKeysAndIndexesAndTheSameColumnsForBothArmies)
     EXPECT_EQ(text_of(db, u"SELECT group_concat(name, ' ') FROM (SELECT substr(name, 5) AS name "
                           "FROM sqlite_master WHERE type = 'index' AND sql IS NOT NULL "
                           "ORDER BY name)"_s),
-              u"field_box field_email field_enemy field_file field_npc field_player field_time "
+              u"field_accounts field_box field_email field_enemy field_file field_npc field_player "
+              u"field_time "
               "field_tour fort_battle fort_level fort_loot_file fort_time honor_log_time loot_file "
               "loot_item reports_btype reports_chain_time reports_ctid reports_forts reports_heros "
               "reports_mtime reports_unmarked_forts slices_file slices_mail slices_time trial_boss "

@@ -203,8 +203,14 @@ std::vector<PlayerRow> players(const StoreConnection &store)
 {
     const auto add = [&](std::vector<PlayerRow> &players, qint64 after) {
         const IdsAfter ids(QStringLiteral("id"), after);
-        add_player_rows(players, player_rows(store, QStringLiteral("chain_slices"), chain_id,
-                                             ids.sql, ids.params));
+        const QString sql = QStringLiteral(R"sql(
+            SELECT player_id, MAX(player_name) AS name, COUNT(DISTINCT %1) AS n
+            FROM chain_slices
+            WHERE player_id IS NOT NULL%2
+            GROUP BY player_id
+            ORDER BY n DESC, player_id)sql")
+                                .arg(chain_id, ids.sql);
+        add_player_rows(players, player_rows(store, sql, ids.params));
     };
     return running_over_slices<std::vector<PlayerRow>>(store, QStringLiteral("players"), {}, add);
 }

@@ -48,12 +48,35 @@ QString listed_columns()
     return names.join(u", ");
 }
 
-QVariantMap row_as_map(const QSqlQuery &row)
+/// Left alone, the planner would gather all attacks of a kind or player: favourites are rare among
+/// them, and so are those of a few days. The index may be gone.
+/// \param sql its table is %1
+QString by_index(const StoreConnection &store, const QString &sql, int mode)
+{
+    const QString index =
+        mode == favorites ? QStringLiteral("idx_field_box") : QStringLiteral("idx_field_time");
+    const auto table = QStringLiteral("field_reports");
+    const QString indexed = sql.arg(QStringLiteral("%1 INDEXED BY %2").arg(table, index));
+    const bool is_there =
+        store.any_row(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = ?"), {index}) &&
+        QSqlQuery(store.connection()).prepare(indexed);
+    return is_there ? indexed : sql.arg(table);
+}
+
+QStringList column_names(const QSqlQuery &rows)
+{
+    QStringList names;
+    const QSqlRecord record = rows.record();
+    for (int i = 0; i < record.count(); ++i)
+        names << record.fieldName(i);
+    return names;
+}
+
+QVariantMap row_as_map(const QSqlQuery &row, const QStringList &names)
 {
     QVariantMap map;
-    const QSqlRecord record = row.record();
-    for (int i = 0; i < record.count(); ++i)
-        map.insert(record.fieldName(i), row.value(i));
+    for (int i = 0; i < names.size(); ++i)
+        map.insert(names.at(i), row.value(i));
     return map;
 }
 
@@ -70,21 +93,13 @@ QVariantList field_attacks(const StoreConnection &store, std::optional<double> f
         FROM %2
         WHERE %3
         ORDER BY email_time DESC, tour_id DESC, attack_seq ASC
-        LIMIT ?)sql");
-    // Left alone, the planner would gather and sort all attacks of the kind instead of walking back
-    // in time until there are enough. Favourites are too rare for that, and the index may be gone.
-    const auto table = QStringLiteral("field_reports");
-    const QString by_time = sql.arg(
-        listed_columns(), table + QStringLiteral(" INDEXED BY idx_field_time"), conditions.sql());
-    const bool walks = mode != favorites &&
-                       store.any_row(QStringLiteral(
-                           "SELECT 1 FROM sqlite_master WHERE name = 'idx_field_time'")) &&
-                       QSqlQuery(store.connection()).prepare(by_time);
+        LIMIT ?)sql")
+                            .arg(listed_columns(), QStringLiteral("%1"), conditions.sql());
     QVariantList attacks;
-    auto rows = store.exec(walks ? by_time : sql.arg(listed_columns(), table, conditions.sql()),
-                           conditions.params + QVariantList{limit});
+    auto rows = store.exec(by_index(store, sql, mode), conditions.params + QVariantList{limit});
+    const QStringList names = column_names(rows);
     while (rows.next())
-        attacks << row_as_map(rows);
+        attacks << row_as_map(rows, names);
     return attacks;
 }
 
@@ -95,7 +110,7 @@ FieldSummary field_summary(const StoreConnection &store, std::optional<double> f
         field_conditions(QStringLiteral("1=1"), mode, from, to, player);
     const auto compute = [&] {
         FieldSummary sums;
-        auto row = store.exec(QStringLiteral(R"sql(
+        const QString sql = QStringLiteral(R"sql(
             SELECT COUNT(DISTINCT file_name) AS fights,
                    COUNT(*) AS attacks,
                    COUNT(DISTINCT enemy_id) AS unique_enemies,
@@ -105,9 +120,12 @@ FieldSummary field_summary(const StoreConnection &store, std::optional<double> f
                    IFNULL(SUM(my_death),0) AS my_deaths,
                    IFNULL(SUM(enemy_death),0) AS enemy_deaths,
                    SUM(CASE WHEN my_kill_score > enemy_kill_score THEN 1 ELSE 0 END) AS wins
-            FROM field_reports
-            WHERE %1)sql")
-                                  .arg(conditions.sql()),
+            FROM %1
+            WHERE %2)sql")
+                                .arg(QStringLiteral("%1"), conditions.sql());
+        const bool is_part = from || to || mode == favorites;
+        auto row = store.exec(is_part ? by_index(store, sql, mode)
+                                      : sql.arg(QStringLiteral("field_reports")),
                               conditions.params);
         if (!row.next())
             return sums;
@@ -140,13 +158,22 @@ std::optional<QVariantMap> field_attack(const StoreConnection &store, const QStr
                    : store.exec(QStringLiteral("SELECT * FROM field_reports WHERE file_name = ? "
                                                "ORDER BY attack_seq ASC LIMIT 1"),
                                 {file_name});
-    return row.next() ? std::optional(row_as_map(row)) : std::nullopt;
+    return row.next() ? std::optional(row_as_map(row, column_names(row))) : std::nullopt;
 }
 
 std::vector<PlayerRow> field_players(const StoreConnection &store)
 {
     return remembered<std::vector<PlayerRow>>(store, QStringLiteral("field_players"), {}, [&] {
-        return player_rows(store, QStringLiteral("field_reports"), QStringLiteral("file_name"));
+        // In the order of the index, which holds all of it.
+        return player_rows(store, QStringLiteral(R"sql(
+            SELECT player_id, MAX(name), COUNT(file_name) AS n
+            FROM (
+              SELECT player_id, MAX(player_name) AS name, file_name
+              FROM field_reports
+              WHERE player_id IS NOT NULL
+              GROUP BY player_id, file_name)
+            GROUP BY player_id
+            ORDER BY n DESC, player_id)sql"));
     });
 }
 

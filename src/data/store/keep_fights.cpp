@@ -50,22 +50,26 @@ std::optional<double> keep_player(const StoreConnection &store)
 std::vector<KeepKill> keep_kills(const StoreConnection &store, double player_id, int limit)
 {
     const SqlConditions conditions = keep_conditions(player_id);
-    std::vector<KeepKill> kills;
-    auto rows = store.exec(QStringLiteral(R"sql(
-        SELECT tr.file_name, tr.boss_name, tr.event_time,
-               tr.tile_x, tr.tile_y, tp.damage_rate
-        FROM trial_reports tr
-        JOIN trial_participants tp ON tp.file_name = tr.file_name
-        WHERE %1
-        ORDER BY tr.event_time DESC
-        LIMIT ?)sql")
-                               .arg(conditions.sql()),
-                           conditions.params + QVariantList{limit});
-    while (rows.next())
-        kills.push_back({rows.value(0).toString(), rows.value(1).toString(),
-                         number_or_zero(rows.value(2)), int_in(rows.value(3)),
-                         int_in(rows.value(4)), as_percentage(number_or_zero(rows.value(5)))});
-    return kills;
+    const QVariantList params = conditions.params + QVariantList{limit};
+    const auto compute = [&] {
+        std::vector<KeepKill> kills;
+        auto rows = store.exec(QStringLiteral(R"sql(
+            SELECT tr.file_name, tr.boss_name, tr.event_time,
+                   tr.tile_x, tr.tile_y, tp.damage_rate
+            FROM trial_reports tr
+            JOIN trial_participants tp ON tp.file_name = tr.file_name
+            WHERE %1
+            ORDER BY tr.event_time DESC
+            LIMIT ?)sql")
+                                   .arg(conditions.sql()),
+                               params);
+        while (rows.next())
+            kills.push_back({rows.value(0).toString(), rows.value(1).toString(),
+                             number_or_zero(rows.value(2)), int_in(rows.value(3)),
+                             int_in(rows.value(4)), as_percentage(number_or_zero(rows.value(5)))});
+        return kills;
+    };
+    return remembered<std::vector<KeepKill>>(store, QStringLiteral("keep_kills"), params, compute);
 }
 
 std::optional<double> last_keep_kill(const StoreConnection &store, double player_id)

@@ -8,19 +8,11 @@
 
 namespace tally::data {
 
-std::vector<PlayerRow> player_rows(const StoreConnection &store, const QString &table,
-                                   const QString &mail, const QString &condition,
+std::vector<PlayerRow> player_rows(const StoreConnection &store, const QString &sql,
                                    const QVariantList &params)
 {
     std::vector<PlayerRow> accounts;
-    auto rows = store.exec(QStringLiteral(R"sql(
-        SELECT player_id, MAX(player_name) AS name, COUNT(DISTINCT %1) AS n
-        FROM %2
-        WHERE player_id IS NOT NULL%3
-        GROUP BY player_id
-        ORDER BY n DESC, player_id)sql")
-                               .arg(mail, table, condition),
-                           params);
+    auto rows = store.exec(sql, params);
     while (rows.next())
         accounts.push_back(
             {number_in(rows.value(0)), rows.value(1).toString(), rows.value(2).toInt()});

@@ -10,11 +10,8 @@ namespace tally::data {
 
 class StoreConnection;
 
-/// The accounts of a table with a row for each mail or part of one; those with the most mails, told
-/// apart by the expression `mail`, first.
-/// \param condition " AND ..." with its parameters, or empty
-std::vector<PlayerRow> player_rows(const StoreConnection &store, const QString &table,
-                                   const QString &mail, const QString &condition = {},
+/// Accounts as `sql` selects them: id, name and number of mails, most of these first.
+std::vector<PlayerRow> player_rows(const StoreConnection &store, const QString &sql,
                                    const QVariantList &params = {});
 
 /// Adds those of other mails; they stay in their order.

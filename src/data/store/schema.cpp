@@ -69,6 +69,7 @@ CREATE TABLE IF NOT EXISTS field_reports (
 );
 CREATE INDEX IF NOT EXISTS idx_field_time ON field_reports(email_time);
 CREATE INDEX IF NOT EXISTS idx_field_player ON field_reports(player_id);
+CREATE INDEX IF NOT EXISTS idx_field_accounts ON field_reports(player_id, file_name, player_name);
 CREATE INDEX IF NOT EXISTS idx_field_enemy ON field_reports(enemy_id);
 CREATE INDEX IF NOT EXISTS idx_field_file ON field_reports(file_name);
 CREATE INDEX IF NOT EXISTS idx_field_tour ON field_reports(tour_id);

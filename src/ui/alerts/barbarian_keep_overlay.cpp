@@ -63,7 +63,7 @@ void BarbarianKeepOverlay::show_centered()
     show();
     raise();
     activateWindow();
-    KeepToast::raise_above(*this);
+    KeepToast::raise_all();
 }
 
 /// Some fonts are too wide for it.
@@ -78,9 +78,9 @@ void BarbarianKeepOverlay::fit_title(int width)
 bool BarbarianKeepOverlay::event(QEvent *event)
 {
     const bool is_taken = QWidget::event(event);
-    // The window manager raises what it activates, and may tell only then where it has put it.
+    // The window manager raises what it maps and activates.
     if (event->type() == QEvent::WindowActivate || event->type() == QEvent::Move)
-        KeepToast::raise_above(*this);
+        KeepToast::raise_all();
     return is_taken;
 }
 

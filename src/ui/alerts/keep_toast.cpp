@@ -67,12 +67,10 @@ void KeepToast::stack_again()
     }
 }
 
-void KeepToast::raise_above(const QWidget &alert)
+void KeepToast::raise_all()
 {
-    for (KeepToast *toast : active_toasts()) {
-        if (toast->frameGeometry().intersects(alert.frameGeometry()))
-            toast->raise();
-    }
+    for (KeepToast *toast : active_toasts())
+        toast->raise();
 }
 
 void KeepToast::mousePressEvent(QMouseEvent *)

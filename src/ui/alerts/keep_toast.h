@@ -16,8 +16,9 @@ public:
 
     void show_toast();
 
-    /// In front of an alert that covers some of them, so that all can be read and clicked.
-    static void raise_above(const QWidget &alert);
+    /// In front of an alert that covers some of them, or will when they close up: all can be read
+    /// and clicked.
+    static void raise_all();
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;

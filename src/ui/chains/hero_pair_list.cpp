@@ -59,6 +59,11 @@ HeroPairList::HeroPairList(QString icon_dir, QWidget *parent)
 
 void HeroPairList::show_pairs(const std::vector<data::HeroPair> &pairs, const ChainFilter &filter)
 {
+    if (const bool has_new_pictures = pictures_.take_news();
+        !has_new_pictures && shows(pairs, filter))
+        return;
+    pairs_ = pairs;
+    filter_ = filter;
     const QListWidgetItem *current = currentItem();
     const auto chosen = current ? choice_of(*current) : std::nullopt;
     const int scrolled = verticalScrollBar()->value();
@@ -74,6 +79,18 @@ void HeroPairList::show_pairs(const std::vector<data::HeroPair> &pairs, const Ch
     }
     doItemsLayout(); // else there is nothing yet to scroll
     verticalScrollBar()->setValue(scrolled);
+}
+
+/// Names may have come with reference data.
+bool HeroPairList::shows(const std::vector<data::HeroPair> &pairs, const ChainFilter &filter) const
+{
+    if (pairs != pairs_ || filter != filter_)
+        return false;
+    for (std::size_t row = 0; row < pairs.size(); ++row) {
+        if (item(static_cast<int>(row))->text() != hero_pair_text(pairs[row]))
+            return false;
+    }
+    return true;
 }
 
 void HeroPairList::add_pair(const data::HeroPair &pair, const ChainFilter &filter)

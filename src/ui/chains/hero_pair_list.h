@@ -2,6 +2,7 @@
 
 #include "data/store/chain_records.h"
 #include "ui/chains/chain_filter.h"
+#include "ui/items/picture_watch.h"
 #include "ui/parts/table_export.h"
 
 #include <QListWidget>
@@ -30,7 +31,7 @@ class HeroPairList : public QListWidget {
 public:
     HeroPairList(QString icon_dir, QWidget *parent);
 
-    /// Keeps the current pair and the place that is looked at.
+    /// Keeps the current pair and the place that is looked at; touches nothing if it shows them.
     void show_pairs(const std::vector<data::HeroPair> &pairs, const ChainFilter &filter);
     /// Nothing for an item that is no pair.
     static std::optional<HeroPairChoice> choice_of(const QListWidgetItem &item);
@@ -39,8 +40,12 @@ private:
     /// A row a pair: both heroes and the number of their chains.
     std::unique_ptr<QAbstractItemModel> table(ExportedRows rows) const;
     void add_pair(const data::HeroPair &pair, const ChainFilter &filter);
+    bool shows(const std::vector<data::HeroPair> &pairs, const ChainFilter &filter) const;
 
     QString icon_dir_;
+    std::vector<data::HeroPair> pairs_;
+    std::optional<ChainFilter> filter_; ///< that they were counted with
+    PictureWatch pictures_;
 };
 
 } // namespace tally::ui

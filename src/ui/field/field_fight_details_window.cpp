@@ -108,7 +108,7 @@ FieldFightDetailsWindow::FieldFightDetailsWindow(const QVariantMap &row, const S
     const AttackDetails details = attack_details(row);
     favorite_key_ = details.favorite_key;
     setAttribute(Qt::WA_DeleteOnClose);
-    setModal(true);
+    setWindowModality(Qt::WindowModal); // an alert over the game can still be clicked
     setWindowTitle(as_window_title(details.title));
     resize(kept_size(around.settings, settings::field_details_size, first_size));
     auto *layout = new QVBoxLayout(this);

@@ -32,6 +32,8 @@ QIcon render_hero_pair(const QString &icon_1, const QString &icon_2, const QStri
                           .size = size,
                           .gap = gap,
                           .pixel_ratio = sharpest_pixel_ratio()};
+    if (key.path_1.isEmpty() || key.path_2.isEmpty())
+        ++picture_caches().news;
     if (key.path_1.isEmpty() && key.path_2.isEmpty())
         return {};
     if (const QPixmap *kept = pairs.object(key))
@@ -54,6 +56,8 @@ QIcon render_hero_pair(const QString &icon_1, const QString &icon_2, const QStri
     painter.end();
     if (complete)
         keep_picture(pairs, key, pair);
+    else
+        ++picture_caches().news;
     return steady_icon(pair);
 }
 

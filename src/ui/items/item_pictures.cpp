@@ -51,7 +51,10 @@ QPixmap icon_picture(const QString &path)
 QPixmap item_icon(const QString &icon, const QString &icon_dir)
 {
     const std::optional<QString> path = item_icon_path(icon, icon_dir);
-    return path ? icon_picture(*path) : QPixmap();
+    const QPixmap picture = path ? icon_picture(*path) : QPixmap();
+    if (picture.isNull() && !icon.isEmpty())
+        ++picture_caches().news;
+    return picture;
 }
 
 QPixmap item_tile(const ItemTile &tile, const QString &icon_dir)
@@ -69,6 +72,8 @@ QPixmap item_tile(const ItemTile &tile, const QString &icon_dir)
 
     const QPixmap icon = key.icon_path.isEmpty() ? QPixmap() : icon_picture(key.icon_path);
     if (icon.isNull()) {
+        if (!tile.icon.isEmpty())
+            ++picture_caches().news;
         key.icon_path.clear();
         key.fallback = tile.fallback;
         if (const QPixmap *kept = tiles.object(key))
@@ -96,6 +101,7 @@ void forget_item_pictures()
     caches.icons.clear();
     caches.tiles.clear();
     caches.hero_pairs.clear();
+    ++caches.news;
 }
 
 } // namespace tally::ui

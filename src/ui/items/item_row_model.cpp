@@ -87,10 +87,13 @@ QVariant ItemRowModel::loot_data(const ItemRow &row, int role) const
 
 QVariant ItemRowModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (orientation != Qt::Horizontal || section < 0 || section >= headers_.size() ||
-        role != Qt::DisplayRole)
+    if (orientation != Qt::Horizontal || section < 0 || section >= headers_.size())
         return {};
-    return headers_.at(section);
+    // In the middle of a column of strips it would be out of sight.
+    if (role == Qt::TextAlignmentRole && !rows_.empty() &&
+        static_cast<std::size_t>(section) >= rows_.front().cells.size())
+        return QVariant::fromValue(Qt::AlignLeft | Qt::AlignVCenter);
+    return role == Qt::DisplayRole ? QVariant(headers_.at(section)) : QVariant();
 }
 
 } // namespace tally::ui

@@ -78,8 +78,12 @@ const std::vector<ItemRow> &ItemRowTable::rows() const
 
 void ItemRowTable::set_rows(std::vector<ItemRow> rows)
 {
-    if (rows == model_->rows())
-        return viewport()->update();
+    const bool has_new_pictures = pictures_.take_news() && has_strips_;
+    if (rows == model_->rows()) {
+        if (has_new_pictures)
+            viewport()->update();
+        return;
+    }
     const Place before = place();
     model_->set_rows(std::move(rows));
     go_back(before);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/items/item_rows.h"
+#include "ui/items/picture_watch.h"
 
 #include <QSet>
 #include <QTableView>
@@ -29,7 +30,8 @@ class ItemRowTable : public QTableView {
 public:
     ItemRowTable(const ItemRowTableLook &look, const QString &icon_dir, QWidget *parent = nullptr);
 
-    /// Only paints anew if the rows are those that are shown: pictures of items may now be others.
+    /// Touches nothing if the rows are those that are shown, but paints strips anew whose pictures
+    /// may be others now.
     void set_rows(std::vector<ItemRow> rows);
 
     const std::vector<ItemRow> &rows() const;
@@ -57,6 +59,7 @@ private:
     QModelIndex index_of(const QString &key) const;
 
     ItemRowModel *model_;
+    PictureWatch pictures_;
     bool has_strips_;
 };
 

@@ -36,6 +36,12 @@ LootTable::LootTable(const QString &icon_dir, const QString &export_name, const 
 
 void LootTable::show_rows(std::vector<data::LootStat> rows, int total_rounds)
 {
+    const bool has_new_pictures = pictures_.take_news();
+    if (model_->has_rows(rows, total_rounds)) {
+        if (has_new_pictures)
+            viewport()->update();
+        return;
+    }
     QStringList selected_items;
     for (const QModelIndex &row : selectionModel()->selectedRows())
         selected_items << row.data().toString();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/store/records.h"
+#include "ui/items/picture_watch.h"
 
 #include <QHeaderView>
 #include <QString>
@@ -28,11 +29,13 @@ public:
     LootTable(const QString &icon_dir, const QString &export_name, const Columns &columns,
               QWidget *parent = nullptr);
 
+    /// Touches nothing but pictures if that is what it shows.
     /// \param total_rounds what the drop rate is a share of
     void show_rows(std::vector<data::LootStat> rows, int total_rounds);
 
 private:
     LootTableModel *model_;
+    PictureWatch pictures_;
 };
 
 } // namespace tally::ui

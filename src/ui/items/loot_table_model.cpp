@@ -107,6 +107,11 @@ void LootTableModel::set_rows(std::vector<data::LootStat> rows, int total_rounds
     endResetModel();
 }
 
+bool LootTableModel::has_rows(const std::vector<data::LootStat> &rows, int total_rounds) const
+{
+    return rows == rows_ && std::max(total_rounds, 0) == total_rounds_;
+}
+
 int LootTableModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : static_cast<int>(rows_.size());

@@ -22,6 +22,7 @@ public:
 
     /// \param total_rounds what the drop rate is a share of
     void set_rows(std::vector<data::LootStat> rows, int total_rounds);
+    bool has_rows(const std::vector<data::LootStat> &rows, int total_rounds) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;

@@ -34,7 +34,7 @@ PictureCaches &picture_caches()
 {
     static PictureCaches caches{QCache<QString, QPixmap>(icons_kib),
                                 QCache<TileKey, QPixmap>(tiles_kib),
-                                QCache<HeroPairKey, QPixmap>(hero_pairs_kib)};
+                                QCache<HeroPairKey, QPixmap>(hero_pairs_kib), 0};
     // Pixmaps must not outlive the application.
     static const bool registered = [] {
         qAddPostRoutine(forget_item_pictures);

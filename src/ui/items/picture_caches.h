@@ -41,6 +41,7 @@ struct PictureCaches {
     QCache<QString, QPixmap> icons;
     QCache<TileKey, QPixmap> tiles;
     QCache<HeroPairKey, QPixmap> hero_pairs;
+    qint64 news = 0; ///< rises with each picture that is missing, and when all are forgotten
 };
 
 /// Emptied when the application ends. GUI thread only.

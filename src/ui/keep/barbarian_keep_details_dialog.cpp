@@ -37,7 +37,8 @@ QFrame *new_participant(const data::TrialParticipantRow &participant, const QStr
     auto *name =
         plain_label(participant.player_name, QStringLiteral("font-weight: 600; font-size: 10pt;"));
     name->setFixedWidth(name_width);
-    name->setToolTip(participant.player_name.toHtmlEscaped());
+    name->setToolTip(
+        QStringLiteral("<span>%1</span>").arg(participant.player_name.toHtmlEscaped()));
     // On a dark ground: on that of the light theme nobody could read the colour.
     const QString percent = QStringLiteral("%1%").arg(participant.damage_rate, 0, 'f', 2);
     auto *damage = new QLabel(

@@ -23,17 +23,23 @@ LootCards::LootCards(QString icon_dir, QWidget *parent)
 
 void LootCards::show_stats(const std::vector<data::LootStat> &stats)
 {
+    const bool has_new_pictures = pictures_.take_news();
+    if (stats == shown_ && !has_new_pictures)
+        return;
+    shown_ = stats;
     while (cards_.size() > stats.size()) {
         delete cards_.back();
         cards_.pop_back();
     }
-    while (cards_.size() < stats.size()) {
-        cards_.push_back(new LootCard);
-        widget()->layout()->addWidget(cards_.back());
-        cards_.back()->show(); // the layout would do so a frame later
-    }
-    for (std::size_t i = 0; i < stats.size(); ++i)
+    for (std::size_t i = 0; i < cards_.size(); ++i)
         cards_[i]->show_stat(stats[i], icon_dir_);
+    while (cards_.size() < stats.size()) {
+        auto *card = new LootCard;
+        card->show_stat(stats[cards_.size()], icon_dir_); // else it has no width for a frame
+        widget()->layout()->addWidget(card);
+        card->show(); // the layout would do so a frame later
+        cards_.push_back(card);
+    }
 }
 
 } // namespace tally::ui

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/store/chain_records.h"
+#include "ui/items/picture_watch.h"
 
 #include <QScrollArea>
 
@@ -23,6 +24,8 @@ public:
 private:
     QString icon_dir_;
     std::vector<LootCard *> cards_;
+    std::vector<data::LootStat> shown_;
+    PictureWatch pictures_;
 };
 
 } // namespace tally::ui

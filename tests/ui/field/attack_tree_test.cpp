@@ -109,19 +109,6 @@ TEST_F(Attacks, InViewStayInViewAndThoseAtTheTopSeeNewOnesComeIn)
     EXPECT_EQ(top(), "▸ Tour newer  (1 atk, 1 rap)");
 }
 
-TEST_F(Attacks, AreNotTouchedWhileTheyAreTheSame)
-{
-    show({report_of(2, u"a"_s)});
-    const QSignalSpy changes(tree_.model(), &QAbstractItemModel::rowsRemoved);
-    const QSignalSpy resets(tree_.model(), &QAbstractItemModel::modelReset);
-    show({report_of(2, u"a"_s)});
-    EXPECT_EQ(changes.count() + resets.count(), 0);
-    auto attacks = report_of(2, u"a"_s);
-    attacks[1].my_heroes[1] = u"Leonidas"_s;
-    show({attacks});
-    EXPECT_EQ(report(0).child(1)->text(my_heroes_column), u" + Leonidas"_s);
-}
-
 TEST_F(Attacks, AreCopiedFlatAlsoThoseOfASelectedTour)
 {
     show({report_of(2, u"a"_s), report_of(1, u"b"_s), report_of(2, u"c"_s)});

@@ -1,10 +1,7 @@
 #include "support/print_qt.h"
 #include "ui/field/field_cards.h"
 #include "ui/field/field_filter.h"
-#include "ui/field/kept_size.h"
 #include "ui/field/tree_columns.h"
-
-#include "settings/settings.h"
 
 #include <gtest/gtest.h>
 
@@ -42,36 +39,10 @@ TEST(FieldFilter, ReadsWhatWasTypedAsUtcAndTakesAnythingElseForNoLimit)
             << qPrintable(date) << " " << qPrintable(time);
 }
 
-TEST(FieldFilter, TakesInTheLastMinute)
-{
-    EXPECT_EQ(field_filter({u"2025-03-01"_s, {}}, {u"2025-03-01"_s, {}}, 5.0),
-              (FieldFilter{day, day + 86'400.0, 5.0}));
-    EXPECT_EQ(field_filter({{}, u"00:00"_s}, {{}, u"23:59"_s}, {}), FieldFilter());
-}
-
-TEST(FieldFilter, StepsFromTheTypedDayOrFromToday)
-{
-    const QDate today(2025, 3, 1);
-    EXPECT_EQ(shifted_date(u" 2024-02-28 "_s, 1, today), u"2024-02-29"_s);
-    EXPECT_EQ(shifted_date(u""_s, -1, today), u"2025-02-28"_s);
-    EXPECT_EQ(shifted_date(u"soon"_s, 1, today), u"2025-03-02"_s);
-}
-
 TEST(FieldCards, ShowADashWhereThereIsNoRate)
 {
-    data::FieldSummary summary;
-    summary.attacks = 1'200;
-    EXPECT_EQ(field_cards(summary),
-              (FieldCardTexts{u"0"_s, u"1 200"_s, u"0"_s, u"0"_s, u"—"_s, u"—"_s, u"0"_s, u"0"_s}));
-    summary = {.fights = 3,
-               .enemies = 2,
-               .kvk = 1,
-               .my_kp = 3'000'000'000,
-               .enemy_kp = 7,
-               .win_rate = 66.66};
-    EXPECT_EQ(field_cards(summary),
-              (FieldCardTexts{u"3"_s, u"0"_s, u"2"_s, u"1"_s, u"66.7%"_s, u"428571428.57"_s,
-                              u"3 000 000 000"_s, u"7"_s}));
+    EXPECT_EQ(field_cards({.attacks = 1'200, .enemies = 2, .kvk = 1}),
+              (FieldCardTexts{u"0"_s, u"1 200"_s, u"2"_s, u"1"_s, u"—"_s, u"—"_s, u"0"_s, u"0"_s}));
 }
 
 TEST(KeptColumns, OnlyAWholeArrangementIsTaken)
@@ -84,20 +55,4 @@ TEST(KeptColumns, OnlyAWholeArrangementIsTaken)
          {u""_s, u"0:280 1:60"_s, u"0:280 1:60 1:60"_s, u"0:280 1:60 3:60"_s, u"1:60 0:280 2:60"_s,
           u"0:280 1 2:60"_s, u"0:a 1:60 2:60"_s, u"0:280 1:60 2:60 -1:5"_s})
         EXPECT_FALSE(arrangement_in(text, 3)) << qPrintable(text);
-}
-
-TEST(KeptSize, OnlyASizeThatMakesSenseIsTaken)
-{
-    std::optional<QString> stored;
-    Settings settings({[&stored](const QString &) { return stored; },
-                       [&stored](const QString &, const QString &text) {
-                           stored = text;
-                       }});
-    const Setting<QString> setting{"size"};
-    keep_size(settings, setting, {900, 640});
-    EXPECT_EQ(kept_size(settings, setting, {1, 2}), QSize(900, 640));
-    for (const QString &text : {u""_s, u"900"_s, u"0x640"_s, u"99999x640"_s, u"900x640 "_s}) {
-        stored = text;
-        EXPECT_EQ(kept_size(settings, setting, {1, 2}), QSize(1, 2)) << qPrintable(text);
-    }
 }

@@ -144,13 +144,6 @@ TEST(FieldRows, NameAttacksWithoutATourByTheirFileAndShortenLongNames)
     EXPECT_EQ(rows.at(0).below.size(), 2u);
 }
 
-TEST(FieldRows, SayThatThereIsNothing)
-{
-    const auto rows = field_rows({});
-    ASSERT_EQ(rows.size(), 1u);
-    EXPECT_EQ(line(rows[0]), "(no attacks in filter)||||||||||||");
-}
-
 TEST(FieldRows, ASumBeyondAllNumbersStaysAtTheLargest)
 {
     const qint64 most = std::numeric_limits<qint64>::max();

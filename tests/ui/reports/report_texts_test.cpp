@@ -144,20 +144,10 @@ TEST(ReportRows, SayWhatTheReportsHold)
     EXPECT_EQ(strip.front(), (data::LootStripItem{4, 0, std::numeric_limits<qint64>::max()}));
 }
 
-TEST(ReportRows, NameTheirLootForOtherPrograms)
-{
-    data::MasterCache::instance().set_kind(
-        u"items"_s,
-        {{u"items"_s, QVariantMap{{u"4.0_9.0"_s, QVariantMap{{u"name"_s, u"Gem"_s}}}}}});
-    EXPECT_EQ(loot_words({{4, 9, 20}, {4, 1, 2}}, u"; "_s), u"Gem x 20; Type=4/Sub=1 x 2"_s);
-    data::MasterCache::instance().clear();
-}
-
 TEST(ReportHeadlines, TellRolesAndKeepNamesPlain)
 {
     EXPECT_TRUE(fort_headline({u"f"_s, 1.0, 7, {}, {}, 90, {}}).contains(u"primary attacker"));
     EXPECT_TRUE(fort_headline({u"f"_s, 1.0, 7, {}, {}, 89, {}}).contains(u"supporter"));
-    EXPECT_TRUE(battle_headline({}).contains(u"No paired battle report found"));
     const QString battle = battle_headline(
         data::FortBattle{u"Persistent.Mail.0123456789.987"_s, 7.0, {}, u"<b>"_s, {}});
     EXPECT_EQ(battle, u"<h3>Battle detail — chain Mail.0123456789.987</h3><b>Player:</b> &lt;b&gt; "

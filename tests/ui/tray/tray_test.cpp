@@ -71,6 +71,9 @@ TEST_F(Alerts, ANoticeThatTheBannerMeetsCanStillBeClicked)
     EXPECT_TRUE(wait_until([&] { return QApplication::topLevelAt(both.center()) == met; }));
     click(both.center());
     EXPECT_TRUE(wait_until([&] { return met.isNull(); }));
+    // The one above it has come down into its place.
+    EXPECT_TRUE(
+        wait_until([&] { return QApplication::topLevelAt(both.center()) == toasts.at(4); }));
     EXPECT_FALSE(banner.isNull());
     click(banner->geometry().topLeft() + QPoint(10, 10));
     EXPECT_TRUE(wait_until([&] { return banner.isNull(); }));

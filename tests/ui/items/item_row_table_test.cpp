@@ -1,3 +1,4 @@
+#include "data/master/master_cache.h"
 #include "support/local_zone.h"
 #include "support/print_qt.h"
 #include "ui/items/item_pictures.h"
@@ -91,8 +92,23 @@ TEST_F(ReportTable, ShowsNewRowsToWhoLooksAtTheTop)
     EXPECT_FALSE(table_.select_key(u"101"_s));
 }
 
+TEST(PictureWatch, TellsOfMissingAndOfForgottenPictures)
+{
+    PictureWatch watch;
+    watch.take_news();
+    EXPECT_FALSE(watch.take_news());
+    item_icon(u"none"_s, QString());
+    EXPECT_TRUE(watch.take_news());
+    forget_item_pictures();
+    EXPECT_TRUE(watch.take_news());
+    EXPECT_FALSE(watch.take_news());
+}
+
 TEST(ItemRowModel, ShowsLootBehindItsCells)
 {
+    data::MasterCache::instance().set_kind(
+        u"items"_s,
+        {{u"items"_s, QVariantMap{{u"4.0_1.0"_s, QVariantMap{{u"name"_s, u"Gem"_s}}}}}});
     ItemRowModel model({u"Name"_s, u"Loot"_s}, QString());
     const QAbstractItemModelTester tester(&model);
     model.set_rows(
@@ -100,12 +116,13 @@ TEST(ItemRowModel, ShowsLootBehindItsCells)
          {.key = u"b"_s, .cells = {left_cell(u"2"_s)}}});
     const QModelIndex loot = model.index(0, 1);
     EXPECT_EQ(model.index(0, 0).data(export_role), QVariant(1000));
-    EXPECT_EQ(loot.data(export_role), QVariant(u"Type=4/Sub=1 x 7; Type=4/Sub=2 x 8"_s));
+    EXPECT_EQ(loot.data(export_role), QVariant(u"Gem x 7; Type=4/Sub=2 x 8"_s));
     EXPECT_EQ(loot.data(Qt::SizeHintRole).toSize(), QSize(72 * 2 + 3 + 8, 80));
     EXPECT_EQ(loot.data(Qt::DecorationRole).value<QPixmap>().deviceIndependentSize(),
               QSizeF(72 * 2 + 3, 72));
     for (const int role : {int(Qt::DecorationRole), int(Qt::SizeHintRole), export_role})
         EXPECT_FALSE(model.index(1, 1).data(role).isValid());
+    data::MasterCache::instance().clear();
 }
 
 TEST(LocalDates, FollowMidnightWhereTheyWereNotChanged)
