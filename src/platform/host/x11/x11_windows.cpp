@@ -274,7 +274,8 @@ WindowLook X11Windows::look_at(WindowHandle window)
     const xcb_window_t client = x_window(window);
     const ForegroundQuestion foreground = ask_foreground();
     if (window == no_window)
-        return {.foreground = foreground_of(foreground)};
+        return {
+            .usable = false, .rect = {}, .process_id = 0, .foreground = foreground_of(foreground)};
     const auto attributes = xcb_get_window_attributes(connection_, client);
     const StateQuestion state = ask_state(client);
     const RectQuestion rect = ask_rect(client);
