@@ -31,9 +31,9 @@ TEST(Win32Import, AMailThatAnotherProgramHoldsIsTakenByTheNextImport)
                                                      GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0,
                                                      nullptr));
         ASSERT_NE(holder.get(), INVALID_HANDLE_VALUE);
-        EXPECT_EQ(import_dir(mails, raw, db).imported, 0);
+        EXPECT_EQ(import_dir(mails, raw, db, {}, nullptr).imported, 0);
     }
-    EXPECT_EQ(import_dir(mails, raw, db).imported, 1);
+    EXPECT_EQ(import_dir(mails, raw, db, {}, nullptr).imported, 1);
     EXPECT_EQ(platform::read_file(raw + u"/Persistent.Mail.1"_s), sample::sample_chain_mail(1));
 }
 
