@@ -10,6 +10,7 @@
 #include <iostream>
 #include <iterator>
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -56,9 +57,9 @@ void copy_but(const fs::path &from, const fs::path &to, const fs::path &left_out
             continue;
         if (entry.is_directory())
             copy_but(entry, to / entry.path().filename(), left_out);
-        else
-            fs::copy_file(entry, to / entry.path().filename(),
-                          fs::copy_options::overwrite_existing);
+        else if (CopyFileW(entry.path().c_str(), (to / entry.path().filename()).c_str(), FALSE) ==
+                 FALSE)
+            throw std::runtime_error("cannot copy " + entry.path().string());
     }
 }
 
