@@ -2,6 +2,7 @@
 #include "app/console/console_mode.h"
 #include "app/gui/gui_startup.h"
 #include "platform/host/parent_console.h"
+#include "platform/host/process_end.h"
 #include "platform/log/error_stream.h"
 
 #include <QCoreApplication>
@@ -57,6 +58,12 @@ int main(int argc, char *argv[])
     const std::span<const char *const> arguments(argv, static_cast<size_t>(argc));
     const Command command =
         parse_command_line(arguments.subspan(std::min(arguments.size(), size_t{1})));
-    return command.mode == Mode::graphical ? run_graphical(argc, argv)
-                                           : run_console(command, argc, argv);
+    const int exit_code = command.mode == Mode::graphical ? run_graphical(argc, argv)
+                                                          : run_console(command, argc, argv);
+#ifdef Q_OS_WIN
+    std::fflush(nullptr);
+    platform::end_at_once(exit_code);
+#else
+    return exit_code;
+#endif
 }

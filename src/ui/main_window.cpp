@@ -1,6 +1,7 @@
 #include "ui/main_window.h"
 
 #include "honor/honor_summary_service.h"
+#include "platform/host/process_end.h"
 #include "platform/identity.h"
 #include "platform/log/error_stream.h"
 #include "queries/store_queries.h"
@@ -31,14 +32,12 @@
 #include <QStatusBar>
 #include <QTimer>
 
-#include <cstdlib>
-
 namespace tally::ui {
 
 void exit_hard()
 {
     platform::print_line(QStringLiteral("[MainWindow] hard-exit deadline hit — _Exit(0)"));
-    std::_Exit(0);
+    platform::end_at_once(0);
 }
 
 MainWindow::MainWindow(const Surroundings &around, QWidget *parent, const WindowSetup &setup)

@@ -126,10 +126,12 @@ TEST(ImportDir, TakesMailFilesOnlyAndCallsBackEvery200FilesAndAtTheEnd)
     for (int i = 0; i < 400; ++i)
         mails.add(u"Persistent.Mail.%1"_s.arg(i), i == 0 ? chain_mail() : "other");
     mails.add(u"Persistent.Mail"_s, chain_mail());
-    mails.add(u"persistent.mail.1"_s, chain_mail());
+    mails.add(u"persistent.mail.x"_s, chain_mail());
     mails.add(u"x.Persistent.Mail.1"_s, chain_mail());
     QDir(mails.path()).mkdir(u"Persistent.Mail.folder"_s);
+#ifndef Q_OS_WIN // where this would be a file like any other
     QFile::link(mails.file(u"Persistent.Mail.0"_s), mails.file(u"Persistent.Mail.link"_s));
+#endif
 
     std::vector<std::tuple<int, int, int>> calls;
     const ImportStats stats = import_dir(

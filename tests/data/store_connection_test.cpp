@@ -119,7 +119,13 @@ TEST(StoreConnection, ObjectsOnOneFileLoseNoRowsToEachOther)
 TEST(StoreConnection, EveryThreadOpensTheSameFileWhateverItsName)
 {
     const QTemporaryDir folder;
-    for (const auto &name : {u"plain.db"_s, u"a b%20c?d=e#f&.db"_s, u"Ärger ż😀.db"_s}) {
+#ifdef Q_OS_WIN
+    const QString mark = u"%3F"_s; // no name may have a question mark
+#else
+    const QString mark = u"?"_s;
+#endif
+    for (const auto &name :
+         {u"plain.db"_s, u"a b%20c%1d=e#f&.db"_s.replace(u"%1"_s, mark), u"Ärger ż😀.db"_s}) {
         data::TallyDb db(folder.filePath(name));
         db.init_schema();
         db.set_setting(u"theme"_s, name);

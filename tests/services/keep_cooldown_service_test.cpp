@@ -2,6 +2,7 @@
 #include "services/notify_hours.h"
 #include "settings/catalogue.h"
 #include "settings/settings.h"
+#include "support/log_capture.h"
 #include "support/plain_connection.h"
 #include "support/report_builders.h"
 #include "support/temp_store.h"
@@ -194,11 +195,10 @@ TEST_F(Keep, FailsAtItsTimerWithOneLineInTheLog)
 {
     start();
     sql(u"ALTER TABLE trial_reports RENAME TO gone"_s);
-    testing::internal::CaptureStderr();
+    const LogCapture log;
     for (int i = 0; i < 3; ++i)
         service_->tick();
-    const QString log = QString::fromStdString(testing::internal::GetCapturedStderr());
-    EXPECT_EQ(log.count(u"cooldown is not known"_s), 1) << log.toStdString();
+    EXPECT_EQ(LogCapture::lines(u"cooldown is not known"_s).size(), 1);
     sql(u"ALTER TABLE gone RENAME TO trial_reports"_s);
     now_ = ready_at;
     service_->tick();

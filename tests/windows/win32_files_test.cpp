@@ -32,7 +32,7 @@ TEST(Win32Files, AMailIsReadAndCopiedWhileItsWriterHoldsItOpen)
                                 OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(writer, INVALID_HANDLE_VALUE);
     EXPECT_EQ(read_file(mail), "mail");
-    EXPECT_TRUE(put_copy(mail, dir.filePath(u"copy"_s), false));
+    EXPECT_TRUE(copy_file(mail, dir.filePath(u"copy"_s)));
     CloseHandle(writer);
 }
 
@@ -45,7 +45,7 @@ TEST(Win32Files, PathsBeyond260CharactersAreWrittenListedAndRead)
     const QString file = deep + u"/mail"_s;
     ASSERT_FALSE(write_whole_file(file, "mail"));
     EXPECT_EQ(read_file(file), "mail");
-    EXPECT_TRUE(put_copy(file, deep + u"/copy"_s, false));
+    EXPECT_TRUE(copy_file(file, deep + u"/copy"_s));
     EXPECT_EQ(regular_file_names(deep), QStringList({u"copy"_s, u"mail"_s}));
 }
 
