@@ -246,8 +246,7 @@ TEST_F(PinStates, ADragsEndIsStoredByTheRulesOfTheOverlay)
     EXPECT_EQ(texts[QStringLiteral("overlay_pin_off_y")], u"50");
 
     PinState honor = pinned(honor_pin);
-    honor.tick(overlay);
-    honor.end_drag(overlay);
+    honor.end_drag(overlay); // before the first tick
     EXPECT_EQ(texts[QStringLiteral("honor_tracker_y")], u"500");
     EXPECT_EQ(texts[QStringLiteral("honor_tracker_pin_anchor")], u"br");
     EXPECT_EQ(texts[QStringLiteral("honor_tracker_pin_off_x")], u"220");

@@ -79,6 +79,13 @@ void X11Windows::connect()
         root_ = screens.data->root;
 }
 
+/// Some go to every client, asked for or not, and would pile up unread.
+void X11Windows::drop_events()
+{
+    while (const ReplyPtr<xcb_generic_event_t> event{xcb_poll_for_queued_event(connection_)}) {
+    }
+}
+
 xcb_get_property_cookie_t X11Windows::ask(xcb_window_t window, Atom property)
 {
     return xcb_get_property(connection_, 0, window, atoms_[property], XCB_GET_PROPERTY_TYPE_ANY, 0,
@@ -141,9 +148,7 @@ std::vector<WindowHandle> X11Windows::top_level()
 {
     if (!connected())
         return {};
-    // Some events go to every client, asked for or not, and would pile up unread.
-    while (const ReplyPtr<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) {
-    }
+    drop_events();
     std::vector<xcb_window_t> bottom_first;
     if (managed())
         bottom_first = numbers(root_, ClientListStacking);
@@ -271,10 +276,11 @@ WindowLook X11Windows::look_at(WindowHandle window)
 {
     if (!connected())
         return {};
+    drop_events();
     const xcb_window_t client = x_window(window);
     const ForegroundQuestion foreground = ask_foreground();
     if (window == no_window)
-        return {.foreground = foreground_of(foreground)};
+        return {.rect = {}, .foreground = foreground_of(foreground)};
     const auto attributes = xcb_get_window_attributes(connection_, client);
     const StateQuestion state = ask_state(client);
     const RectQuestion rect = ask_rect(client);

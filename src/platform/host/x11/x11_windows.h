@@ -50,6 +50,7 @@ private:
 
     bool connected();
     void connect();
+    void drop_events();
     bool managed();
 
     // A question is sent when it is asked. Reading the answer waits for it, and for all that was
