@@ -2,7 +2,7 @@
 // manager, and a refresh with nothing new. overlay_bench [SECONDS]
 
 #include "data/store/tally_db.h"
-#include "figure.h"
+#include "idle_cost.h"
 #include "platform/host/fake/fake_host.h"
 #include "platform/host/system_host.h"
 #include "queries/store_queries.h"
@@ -15,13 +15,8 @@
 #include "ui/overlay/overlay_window.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QElapsedTimer>
-#include <QEventLoop>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
 #include <cstdio>
 #include <cstdlib>
@@ -50,48 +45,6 @@ public:
 private:
     ui::ChainTrackerTab tab_;
 };
-
-/// Nanoseconds that the process has run, all its threads together.
-double processor_time()
-{
-    double sum = 0.0;
-    const QDir threads(QStringLiteral("/proc/self/task"));
-    for (const QString &thread : threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        QFile file(threads.filePath(thread + QStringLiteral("/schedstat")));
-        if (file.open(QIODevice::ReadOnly))
-            sum += file.readAll().split(' ').first().toDouble();
-    }
-    return sum;
-}
-
-void run_events(int ms)
-{
-    QEventLoop loop; // where waiting with QTest would look around a hundred times a second
-    QTimer::singleShot(ms, &loop, &QEventLoop::quit);
-    loop.exec();
-}
-
-/// The share of a core, in per cent, that the event loop takes for so long.
-double share(int seconds)
-{
-    QElapsedTimer timer;
-    timer.start();
-    const double before = processor_time();
-    run_events(seconds * 1'000);
-    return 100.0 * (processor_time() - before) / static_cast<double>(timer.nsecsElapsed());
-}
-
-double microseconds_a_call(int calls, const std::function<void()> &call)
-{
-    std::vector<double> times;
-    for (int i = 0; i < calls; ++i) {
-        QElapsedTimer timer;
-        timer.start();
-        call();
-        times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e3);
-    }
-    return median(times);
-}
 
 void measure_ticks(ui::Surroundings around, int seconds)
 {
