@@ -57,7 +57,7 @@ protected:
         const WindowLook asked = host_.Host::look_at(window);
         EXPECT_EQ(look.usable, asked.usable);
         EXPECT_EQ(look.process_id, asked.process_id);
-        EXPECT_EQ(look.foreground, asked.foreground);
+        EXPECT_EQ(look.foreground_process_id, asked.foreground_process_id);
         EXPECT_EQ(
             std::tie(look.rect.x, look.rect.y, look.rect.w, look.rect.h, look.rect.valid),
             std::tie(asked.rect.x, asked.rect.y, asked.rect.w, asked.rect.h, asked.rect.valid));

@@ -28,7 +28,7 @@ struct WindowLook {
     bool usable = false; ///< it exists, is shown and isn't minimised
     WindowRect rect;
     std::uint32_t process_id = 0;
-    WindowHandle foreground = no_window;
+    std::uint32_t foreground_process_id = 0; ///< of the window that has the user's attention
 };
 
 /// What an attempt to open a process for reading gave.
@@ -72,7 +72,8 @@ public:
     {
         const bool usable = window != no_window && window_exists(window) &&
                             window_visible(window) && !window_minimised(window);
-        return {usable, window_rect(window), window_process_id(window), foreground_window()};
+        return {usable, window_rect(window), window_process_id(window),
+                window_process_id(foreground_window())};
     }
 
     virtual std::uint32_t own_process_id() = 0;

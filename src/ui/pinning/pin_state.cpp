@@ -51,11 +51,9 @@ WindowRect PinState::game_rect(const platform::WindowLook &game, const OverlayVi
 }
 
 /// A dialog of this program in front leaves the overlay where it is, too.
-bool PinState::is_in_front(const platform::WindowLook &game)
+bool PinState::is_in_front(const platform::WindowLook &game) const
 {
-    const std::uint32_t front = game.foreground == game_window_
-                                    ? game.process_id
-                                    : host_.window_process_id(game.foreground);
+    const std::uint32_t front = game.foreground_process_id;
     return front == own_process_ || (game.process_id != 0 && game.process_id == front);
 }
 
