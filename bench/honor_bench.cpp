@@ -200,9 +200,10 @@ void measure_idle(Tracker &tracker, Settings &settings, int seconds)
     const double free = share(seconds / 2);
     const double snapshot =
         microseconds_a_call(200, [&tracker] { tracker.service().snapshot(); }) / 1e3;
-    std::printf("pinned for %d s: %.3f %% of a core, free %.3f %%; a snapshot with nothing new "
-                "%.3f ms\n",
-                seconds, pinned, free, snapshot);
+    const double bare = share_of_bare_timer(seconds / 2);
+    std::printf("pinned for %d s: %.3f %% of a core, free %.3f %%, free with a bare timer %.3f %%; "
+                "a snapshot with nothing new %.3f ms\n",
+                seconds, pinned, free, bare, snapshot);
     print_figure("honor_tracker_core_percent", pinned, Goal::at_most, 0.2);
 }
 

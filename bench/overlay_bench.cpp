@@ -55,7 +55,7 @@ void measure_ticks(ui::Surroundings around, int seconds)
     game.show();
     if (!QTest::qWaitForWindowActive(&game))
         return std::puts("no window manager"), void();
-    const double idle = share(seconds);
+    const double bare = share_of_bare_timer(seconds);
     const ui::Surroundings real{.db = around.db,
                                 .queries = around.queries,
                                 .settings = around.settings,
@@ -68,7 +68,8 @@ void measure_ticks(ui::Surroundings around, int seconds)
     if (!overlay.isVisible())
         return std::puts("the overlay does not follow"), void();
     const double pinned = share(seconds);
-    std::printf("pinned for %d s: %.3f %% of a core, without it %.3f %%\n", seconds, pinned, idle);
+    std::printf("pinned for %d s: %.3f %% of a core, a bare timer %.3f %%\n", seconds, pinned,
+                bare);
     print_figure("overlay_tick_core_percent", pinned, Goal::at_most, 0.3);
     around.settings.set(settings::overlay_pinned, false);
 }

@@ -161,11 +161,11 @@ TEST_P(X11, AWindowThatIsMovedTellsItsNewPlace)
     const GameProcess game{session_, titled(QStringLiteral("Rise of Kingdoms"))};
     ASSERT_TRUE(game.ready());
     const WindowHandle window = only_window().hwnd;
-    const WindowRect before = host_.window_rect(window);
+    const WindowRect before = host_.look_at(window).rect; // which is kept
     tell(QStringLiteral("windowmove"), window, {QStringLiteral("300"), QStringLiteral("200")});
     EXPECT_TRUE(QTest::qWaitFor(
         [&] {
-            const WindowRect now = host_.window_rect(window);
+            const WindowRect now = host_.look_at(window).rect;
             return now.x == 300 && now.y == 200 && now.w == before.w && now.h == before.h;
         },
         bound_ms));
