@@ -246,16 +246,23 @@ WindowLook X11Windows::look_at(WindowHandle window)
     const auto kept = std::find_if(looks_.begin(), looks_.end(), [window](const KeptLook &look) {
         return look.window == window;
     });
-    if (kept == looks_.end())
+    std::uint32_t front_before = 0;
+    if (kept == looks_.end()) {
         watch(window);
-    else if (kept->changes == changes && now - kept->at < longest_trust)
-        return kept->look;
-    else
+    } else {
+        if (kept->changes == changes && now - kept->at < longest_trust)
+            return kept->look;
+        front_before = kept->look.foreground_process_id;
         looks_.erase(kept);
-    const WindowLook look = ask_all(window);
+    }
+    WindowLook look = ask_all(window);
     // Who has the focus where no manager runs is told to nobody.
     if (look.usable && managed())
         looks_.push_back({window, changes, now, look});
+    // While the focus goes from one window to another, no window has it for a moment: that counts
+    // from the next look on.
+    if (look.foreground_process_id == 0)
+        look.foreground_process_id = front_before;
     return look;
 }
 
