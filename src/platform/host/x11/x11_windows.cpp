@@ -24,7 +24,7 @@ constexpr int deepest_window_tree = 64;
 
 /// How long a look holds where no change was told: some managers hide or move a frame without
 /// telling the window in it.
-constexpr std::chrono::seconds longest_trust{1};
+constexpr std::chrono::seconds longest_trust{2};
 
 /// X names windows with 29 bits; anything wider was never one of its handles.
 xcb_window_t x_window(WindowHandle window)
