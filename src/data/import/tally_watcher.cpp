@@ -14,7 +14,8 @@
 
 namespace tally::data {
 
-TallyWatcher::TallyWatcher(TallyDb *db, QString dir, QString raw_dir, int poll_ms, QObject *parent)
+TallyWatcher::TallyWatcher(TallyDb *db, const QString &dir, QString raw_dir, int poll_ms,
+                           QObject *parent)
     : QThread(parent), db_(db), dir_(platform::exact_path(dir)), raw_dir_(std::move(raw_dir)),
       poll_ms_(poll_ms)
 {}

@@ -19,7 +19,7 @@ public:
     /// \param db outlives the watcher
     /// \param raw_dir where the import keeps its copies
     /// \param poll_ms pause between two looks at the folder
-    TallyWatcher(TallyDb *db, QString dir, QString raw_dir, int poll_ms, QObject *parent);
+    TallyWatcher(TallyDb *db, const QString &dir, QString raw_dir, int poll_ms, QObject *parent);
     /// Does what `stop_and_wait` does.
     ~TallyWatcher() override;
 

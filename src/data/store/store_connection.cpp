@@ -120,7 +120,7 @@ StoreConnection::KeptStatement StoreConnection::kept(const QString &sql,
     return {own.kept.emplace(sql, std::move(query)).first->second, exec_failure};
 }
 
-Transaction::Transaction(QSqlDatabase db) : db_(std::move(db))
+Transaction::Transaction(const QSqlDatabase &db) : db_(db)
 {
     QSqlQuery begin(db_);
     if (!begin.exec(QStringLiteral("BEGIN IMMEDIATE")))

@@ -108,7 +108,7 @@ private:
 /// the file at its start, so what it reads cannot be changed by another process before it writes.
 class Transaction {
 public:
-    explicit Transaction(QSqlDatabase db);
+    explicit Transaction(const QSqlDatabase &db);
     ~Transaction();
     Transaction(const Transaction &) = delete;
     Transaction &operator=(const Transaction &) = delete;

@@ -36,7 +36,7 @@ public:
     ChainTrackerTab(const Surroundings &around, double npc_btype, QWidget *parent = nullptr,
                     const ChainTrackerSetup &setup = {});
 
-    void refresh() override;
+    void refresh() final;
     ChainFilter current_filter() const;
     /// Whether figures are still to come.
     bool busy() const { return figures_.busy(); }

@@ -2,14 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <numeric>
 #include <set>
 
 namespace tally::ui {
 namespace {
-
-constexpr size_t never = std::numeric_limits<size_t>::max();
 
 /// Nothing for a round that takes no part.
 std::optional<double> id_of(std::optional<double> npc_ctid)
@@ -33,16 +30,16 @@ Encounters::Encounters(const std::vector<data::ChainHead> &chains) : order_(chai
     size_t fights = 0;
     for (const data::ChainHead &chain : chains)
         fights += chain.fights.size();
-    met_.reserve(fights);
+    met_.reserve(static_cast<qsizetype>(fights));
     size_t order = 0;
     for (const size_t chain : by_start_time(chains)) {
         for (const data::ChainFight &fight : chains[chain].fights) {
             const auto id = id_of(fight.npc_ctid);
             if (!id)
                 continue;
-            Met &met = met_.try_emplace(*id, Met{never, order}).first->second;
+            Met &met = met_[*id];
             met.last = order;
-            if (!fight.won && met.first_lootless == never)
+            if (!fight.won && met.first_lootless == Met::never)
                 met.first_lootless = order;
         }
         order_[chain] = order++;
@@ -52,7 +49,7 @@ Encounters::Encounters(const std::vector<data::ChainHead> &chains) : order_(chai
 std::vector<Meeting> Encounters::meetings(size_t chain,
                                           const std::vector<data::ChainRound> &rounds) const
 {
-    std::unordered_map<double, size_t> last_here;
+    QHash<double, size_t> last_here;
     for (size_t i = 0; i < rounds.size(); ++i) {
         if (const auto id = id_of(rounds[i].npc_ctid))
             last_here[*id] = i;
@@ -61,14 +58,13 @@ std::vector<Meeting> Encounters::meetings(size_t chain,
     std::vector<Meeting> result(rounds.size());
     for (size_t i = 0; i < rounds.size(); ++i) {
         const auto id = id_of(rounds[i].npc_ctid);
-        const auto met = id ? met_.find(*id) : met_.end();
-        if (met == met_.end())
+        const auto met = id ? met_.constFind(*id) : met_.constEnd();
+        if (met == met_.constEnd())
             continue;
         if (has_loot(rounds[i])) {
-            result[i].is_free =
-                met->second.first_lootless < order_[chain] || got_away_here.contains(*id);
+            result[i].is_free = met->first_lootless < order_[chain] || got_away_here.contains(*id);
         } else {
-            result[i].is_tactical = met->second.last > order_[chain] || last_here[*id] > i;
+            result[i].is_tactical = met->last > order_[chain] || last_here[*id] > i;
             got_away_here.insert(*id);
         }
     }

@@ -2,7 +2,9 @@
 
 #include "data/store/chain_records.h"
 
-#include <unordered_map>
+#include <QHash>
+
+#include <limits>
 #include <vector>
 
 namespace tally::ui {
@@ -25,12 +27,13 @@ public:
 
 private:
     struct Met {
-        size_t first_lootless; ///< when a round first brought no loot
-        size_t last;           ///< when it was met last
+        static constexpr size_t never = std::numeric_limits<size_t>::max();
+        size_t first_lootless = never; ///< when a round first brought no loot
+        size_t last = 0;               ///< when it was met last
     };
 
     std::vector<size_t> order_; ///< when each chain came
-    std::unordered_map<double, Met> met_;
+    QHash<double, Met> met_;
 };
 
 /// What is known of a chain by its rounds.

@@ -114,9 +114,9 @@ void FieldFightsTab::on_row_double_click(QTreeWidgetItem *item, int /*col*/)
     opened_.ask([file_name = attack.at(0).toString(), id = data::number_in(attack.at(1))](
                     const data::TallyDb &db,
                     const queries::IsOutdated &) { return db.field_attack(file_name, id); },
-                [this](std::optional<QVariantMap> row) {
+                [this](const std::optional<QVariantMap> &row) {
                     if (row)
-                        (new FieldFightDetailsWindow(std::move(*row), around_, window()))->show();
+                        (new FieldFightDetailsWindow(*row, around_, window()))->show();
                 });
 }
 

@@ -21,7 +21,7 @@ public:
     /// \param mode 0 field fights, 1 rallies, 2 garrison actions, 3 favourites
     FieldFightsTab(const Surroundings &around, int mode, QWidget *parent = nullptr);
 
-    void refresh() override;
+    void refresh() final;
     /// Whether figures are still to come.
     bool busy() const { return figures_.busy(); }
 

@@ -25,7 +25,7 @@ public:
     BarbarianKeepTab(queries::StoreQueries *queries, services::KeepCooldownService *service,
                      QString icon_dir, QWidget *parent = nullptr);
 
-    void refresh() override;
+    void refresh() final;
     /// Whether figures are still to come.
     bool busy() const { return figures_.busy(); }
 

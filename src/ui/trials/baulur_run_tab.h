@@ -23,7 +23,7 @@ public:
     BaulurRunTab(queries::StoreQueries *queries, QString icon_dir, QWidget *parent = nullptr,
                  platform::Clock clock = platform::system_time);
 
-    void refresh() override;
+    void refresh() final;
     /// Whether figures are still to come.
     bool busy() const { return figures_.busy() || session_figures_.busy(); }
 

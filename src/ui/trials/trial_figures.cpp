@@ -20,23 +20,26 @@ const data::TrialSession *session_with(const std::vector<data::TrialSession> &se
 TrialFigures trial_figures(const data::TallyDb &db, const TrialQuestion &question,
                            const std::function<bool()> &is_outdated)
 {
-    const auto &[bosses, from, to, gap, asked_player, session_file] = question;
+    const QStringList &bosses = question.bosses;
+    const double from = question.from;
+    const double to = question.to;
     TrialFigures figures;
     const PartQueries queries(is_outdated);
     queries.ask(figures.players, [&] { return db.trial_players(bosses, from, to); });
-    QString player = asked_player;
+    QString player = question.player;
     const auto is_asked = [&](const data::TrialPlayerRow &row) {
-        return row.name == asked_player;
+        return row.name == question.player;
     };
     if (!figures.players || std::ranges::none_of(*figures.players, is_asked))
         player.clear();
-    queries.ask(figures.sessions, [&] { return db.trial_sessions(bosses, from, to, gap); });
+    queries.ask(figures.sessions,
+                [&] { return db.trial_sessions(bosses, from, to, question.gap_minutes); });
     queries.ask(figures.loot, [&] {
         return loot_card_order(db.trial_loot_stats(bosses, from, to, player, nullptr));
     });
     if (!figures.sessions || figures.sessions->empty())
         return figures;
-    const data::TrialSession *selected = session_with(*figures.sessions, session_file);
+    const data::TrialSession *selected = session_with(*figures.sessions, question.session_file);
     const data::TrialSession &session = selected ? *selected : figures.sessions->front();
     queries.ask(figures.selected, [&] {
         return SessionFigures{session, db.session_players(session.file_names)};
