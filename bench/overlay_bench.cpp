@@ -2,7 +2,7 @@
 // manager, and a refresh with nothing new. overlay_bench [SECONDS]
 
 #include "data/store/tally_db.h"
-#include "figure.h"
+#include "idle_cost.h"
 #include "platform/host/fake/fake_host.h"
 #include "platform/host/system_host.h"
 #include "queries/store_queries.h"
@@ -15,13 +15,8 @@
 #include "ui/overlay/overlay_window.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QElapsedTimer>
-#include <QEventLoop>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
 #include <cstdio>
 #include <cstdlib>
@@ -51,48 +46,6 @@ private:
     ui::ChainTrackerTab tab_;
 };
 
-/// Nanoseconds that the process has run, all its threads together.
-double processor_time()
-{
-    double sum = 0.0;
-    const QDir threads(QStringLiteral("/proc/self/task"));
-    for (const QString &thread : threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        QFile file(threads.filePath(thread + QStringLiteral("/schedstat")));
-        if (file.open(QIODevice::ReadOnly))
-            sum += file.readAll().split(' ').first().toDouble();
-    }
-    return sum;
-}
-
-void run_events(int ms)
-{
-    QEventLoop loop; // where waiting with QTest would look around a hundred times a second
-    QTimer::singleShot(ms, &loop, &QEventLoop::quit);
-    loop.exec();
-}
-
-/// The share of a core, in per cent, that the event loop takes for so long.
-double share(int seconds)
-{
-    QElapsedTimer timer;
-    timer.start();
-    const double before = processor_time();
-    run_events(seconds * 1'000);
-    return 100.0 * (processor_time() - before) / static_cast<double>(timer.nsecsElapsed());
-}
-
-double microseconds_a_call(int calls, const std::function<void()> &call)
-{
-    std::vector<double> times;
-    for (int i = 0; i < calls; ++i) {
-        QElapsedTimer timer;
-        timer.start();
-        call();
-        times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e3);
-    }
-    return median(times);
-}
-
 void measure_ticks(ui::Surroundings around, int seconds)
 {
     const std::unique_ptr<platform::Host> host = platform::make_system_host();
@@ -102,7 +55,7 @@ void measure_ticks(ui::Surroundings around, int seconds)
     game.show();
     if (!QTest::qWaitForWindowActive(&game))
         return std::puts("no window manager"), void();
-    const double idle = share(seconds);
+    const double bare = share_of_bare_timer(seconds);
     const ui::Surroundings real{.db = around.db,
                                 .queries = around.queries,
                                 .settings = around.settings,
@@ -115,7 +68,8 @@ void measure_ticks(ui::Surroundings around, int seconds)
     if (!overlay.isVisible())
         return std::puts("the overlay does not follow"), void();
     const double pinned = share(seconds);
-    std::printf("pinned for %d s: %.3f %% of a core, without it %.3f %%\n", seconds, pinned, idle);
+    std::printf("pinned for %d s: %.3f %% of a core, a bare timer %.3f %%\n", seconds, pinned,
+                bare);
     print_figure("overlay_tick_core_percent", pinned, Goal::at_most, 0.3);
     around.settings.set(settings::overlay_pinned, false);
 }

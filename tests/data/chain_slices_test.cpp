@@ -58,7 +58,7 @@ TEST(HonorSince, ReadsARangeOfItsIndexWhichComesToAnOldStoreWithoutCountingAnew)
     EXPECT_THAT(text_of(store.plain(),
                         u"EXPLAIN QUERY PLAN"_s + data::honor_since_statement().replace(u'?', u'1'))
                     .toStdString(),
-                testing::HasSubstr("SEARCH chain_slices USING INDEX idx_slices_mail"));
+                testing::HasSubstr("SEARCH chain_slices USING COVERING INDEX idx_slices_mail"));
 }
 
 class ChainSlicesAfter : public testing::TestWithParam<const char *> {};

@@ -1,5 +1,5 @@
 // Stands in for the game: shows a window and holds an honor roll in memory that is full of things
-// which resemble one. Says "ready ROLL_ADDRESS" on its output, then obeys lines on its input and
+// which resemble one. Says "ready" on its output, then obeys lines on its input and
 // answers each with "done". Ends with its input.
 
 #include "fake_window.h"
@@ -7,7 +7,6 @@
 #include "roll_image.h"
 
 #include <malloc.h>
-#include <sys/mman.h>
 #include <sys/prctl.h>
 
 #include <csignal>
@@ -62,14 +61,6 @@ char *lay_roll_amid_decoys(const std::vector<RollPerson> &people, std::size_t st
     return roll;
 }
 
-/// Takes the right to read from the page in the middle of the roll.
-void punch_hole(char *roll, std::size_t size)
-{
-    constexpr std::uintptr_t page = 4096;
-    const auto middle = reinterpret_cast<std::uintptr_t>(roll) + size / 2;
-    mprotect(reinterpret_cast<void *>(middle / page * page), page, PROT_NONE);
-}
-
 /// Writes the roll anew with more honor for everybody, as when the player opens it again.
 void add_honor(char *roll, std::vector<RollPerson> &people, std::size_t stride, std::uint64_t more)
 {
@@ -88,8 +79,6 @@ void obey_input(FakeWindow &window, char *roll, std::vector<RollPerson> people, 
             window.close();
         else if (command == "full" || command == "window")
             window.set_full_screen(command == "full");
-        else if (command == "hole")
-            punch_hole(roll, people.size() * stride);
         else if (command.starts_with("add "))
             add_honor(roll, people, stride, std::stoull(command.substr(4)));
         std::cout << "done" << std::endl;
@@ -112,7 +101,7 @@ int main(int argc, char **argv)
     FakeWindow window{options.at("title"), options.count("no-window") == 0};
     if (options.count("undumpable") != 0)
         prctl(PR_SET_DUMPABLE, 0);
-    std::cout << "ready " << reinterpret_cast<std::uintptr_t>(roll) << std::endl;
+    std::cout << "ready" << std::endl;
     obey_input(window, roll, people, stride);
     return 0;
 }

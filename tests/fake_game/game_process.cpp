@@ -17,10 +17,7 @@ GameProcess::GameProcess(const QProcessEnvironment &environment, const QStringLi
     process_.setProcessEnvironment(environment);
     process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process_.start(QStringLiteral(TALLY_FAKE_GAME), options);
-    const QList<QByteArray> words = answer().trimmed().split(' ');
-    ready_ = words.size() == 2 && words.first() == "ready";
-    if (ready_)
-        roll_address_ = words.last().toULongLong();
+    ready_ = answer() == "ready\n";
 }
 
 GameProcess::~GameProcess()

@@ -21,7 +21,6 @@ public:
 
     bool ready() const { return ready_; }
     std::uint32_t pid() const { return static_cast<std::uint32_t>(process_.processId()); }
-    std::uint64_t roll_address() const { return roll_address_; }
 
     /// Has it obey one line. \return whether it answered.
     bool tell(const QByteArray &command);
@@ -33,7 +32,6 @@ private:
 
     QProcess process_;
     bool ready_ = false;
-    std::uint64_t roll_address_ = 0;
 };
 
 } // namespace tally::test

@@ -59,14 +59,6 @@ TEST(MarkerScan, FindsWhatAPlainSearchFinds)
     }
 }
 
-TEST(MarkerAddresses, NamesInRunningTextLeadNowhere)
-{
-    std::string text;
-    while (text.size() < 2 * mib)
-        text += std::string{player_name} + " beat " + first_enemy + " and " + second_enemy + "\n";
-    EXPECT_TRUE(addresses_in(image_of({{base, text}})).empty());
-}
-
 class MarkerAddressesAtSeams : public testing::TestWithParam<int> {};
 
 // The player's record is moved over the place where two chunks meet, and over a page that cannot be
@@ -106,14 +98,6 @@ TEST(MarkerAddresses, ThousandsOfShapedMessagesCostOnePassAndAFewLooks)
     EXPECT_LE(image->bytes_asked, chat.size() + roll.size() + 280 * mib);
 }
 
-TEST(MarkerAddresses, AnAbsentPlayersRollIsFoundByHisEnemies)
-{
-    auto people = roll_people(300, 100);
-    people[99].name = "Someone else";
-    const auto image = image_of({{base, padded(roll_image(people), 0x20000, mib)}});
-    EXPECT_EQ(addresses_in(image), std::vector{start_of(base + 0x20000)});
-}
-
 struct CopiesCase {
     const char *rule;
     std::size_t gap; ///< between the copies
@@ -135,24 +119,6 @@ TEST(MarkerAddresses, AnOlderCopyNearbyStaysOutOfTheWindowsStart)
         const auto image = image_of({{base, padded(both, 0x8000, mib)}});
         EXPECT_EQ(addresses_in(image), std::vector{start_of(base + now_at)}) << c.rule;
     }
-}
-
-TEST(MarkerAddresses, ARecordThatLostItsHonorDoesNotCutTheRollShort)
-{
-    auto people = roll_people(500, 250);
-    const std::string older = roll_image(earlier(people, 30'000));
-    people[100].honor = 0;
-    const auto image = image_of({{base, padded(roll_image(people) + older, 0x8000, mib)}});
-    EXPECT_EQ(addresses_in(image), std::vector{start_of(base + 0x8000)});
-}
-
-TEST(MarkerAddresses, OfCopiesWithTheSameOwnHonorTheFullestCounts)
-{
-    const std::string whole = roll_image(roll_people(500, 250));
-    const std::string half = torn(whole);
-    const std::uint64_t whole_at = base + 16 * mib;
-    const auto image = image_of({{base, half}, {whole_at, whole}, {base + 32 * mib, half}});
-    EXPECT_EQ(addresses_in(image), std::vector{start_of(whole_at)});
 }
 
 TEST(MarkerAddresses, ManyCopiesDoNotCrowdTheWholeRollOut)
@@ -188,18 +154,6 @@ TEST(MarkerAddresses, APlayerFarBehindTheFirstStaysInView)
     EXPECT_GT(name_at + 0x1000, addresses.front() + 0x80000);
 }
 
-TEST(MarkerAddresses, AStopEndsTheWalkBeforeTheNextChunk)
-{
-    const auto image = image_of({{base, std::string(16 * mib, 'x')}});
-    std::stop_source stop;
-    image->on_read = [&] {
-        if (image->reads == 3)
-            stop.request_stop();
-    };
-    EXPECT_TRUE(addresses_in(image, stop.get_token()).empty());
-    EXPECT_EQ(image->reads, 3U);
-}
-
 TEST(MarkerAddresses, RegionsThatVanishAreLeftBehindAtOnce)
 {
     const std::string roll = roll_image(roll_people(200, 100));
@@ -210,16 +164,6 @@ TEST(MarkerAddresses, RegionsThatVanishAreLeftBehindAtOnce)
     };
     EXPECT_EQ(addresses_in(image), std::vector{start_of(base + 128 * mib)});
     EXPECT_LE(image->bytes_asked, 8 * mib);
-}
-
-TEST(MarkerAddresses, AProcessThatEndsEndsTheWalk)
-{
-    const auto image = image_of({{base, std::string(64 * mib, 'x')}, {base + 128 * mib, "x"}});
-    image->on_read = [&] {
-        image->gone = image->reads >= 5;
-    };
-    EXPECT_TRUE(addresses_in(image).empty());
-    EXPECT_LE(image->reads, 80U);
 }
 
 } // namespace

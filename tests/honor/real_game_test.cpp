@@ -1,7 +1,5 @@
 #include "honor/real_game.h"
 
-#include <QHash>
-
 #include <gtest/gtest.h>
 
 #include <sys/wait.h>
@@ -83,55 +81,6 @@ TEST_F(RealGame, AProcessKilledInTheMiddleOfAReadGivesNothing)
         EXPECT_FALSE(reader.read_honor_roll(QString::fromUtf8(player_name)).has_value());
         EXPECT_EQ(reader.state(), ReaderState::GameNotFound);
     }
-}
-
-TEST_F(RealGame, AStopIsHeededAtTheNextRead)
-{
-    const GameProcess game{*session, {QStringLiteral("--noise-mib"), QStringLiteral("64")}};
-    ASSERT_TRUE(game.ready());
-    WatchedHost host{display()};
-    std::stop_source stop;
-    int reads = 0;
-    host.on_read = [&] {
-        if (++reads == 20)
-            stop.request_stop();
-    };
-    GameMemoryReader reader = reader_on(host);
-    const auto result = reader.read_honor_roll(QString::fromUtf8(player_name), stop.get_token());
-    EXPECT_FALSE(result.has_value());
-    EXPECT_EQ(reads, 20);
-    EXPECT_EQ(reader.state(), ReaderState::Ok);
-}
-
-TEST_F(RealGame, APageLostInTheMiddleOfTheRollCostsOnlyItsRecords)
-{
-    // The player is not on it: his own record tells the roll from an older one.
-    GameProcess game{*session, {QStringLiteral("--rank"), QStringLiteral("250")}};
-    ASSERT_TRUE(game.ready());
-    ASSERT_TRUE(game.tell("hole"));
-    platform::X11Host host{display()};
-    GameMemoryReader reader = reader_on(host);
-    const auto result = reader.read_honor_roll(QString::fromUtf8(player_name));
-    ASSERT_TRUE(result.has_value());
-
-    const auto people = roll_people(1000, 250);
-    const std::uint64_t hole =
-        (game.roll_address() + people.size() * roll_stride / 2) / 4096 * 4096;
-    QHash<QString, LeaderboardEntry> read;
-    for (const LeaderboardEntry &entry : result->entries)
-        read.insert(entry.name, entry);
-    int spared = 0;
-    for (std::size_t i = 0; i < people.size(); ++i) {
-        const std::uint64_t begin = game.roll_address() + i * roll_stride;
-        if (begin + roll_stride > hole && begin < hole + 4096)
-            continue;
-        ++spared;
-        const QString name = QString::fromStdString(people[i].name);
-        ASSERT_TRUE(read.contains(name)) << people[i].name;
-        EXPECT_EQ(read[name].honor, std::int64_t(people[i].honor)) << people[i].name;
-        EXPECT_EQ(read[name].kingdom, people[i].kingdom) << people[i].name;
-    }
-    EXPECT_GE(spared, 970);
 }
 
 /// What a reader without root's rights finds: forked, since rights once given up stay so.

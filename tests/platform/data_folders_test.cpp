@@ -28,14 +28,6 @@ INSTANTIATE_TEST_SUITE_P(
                     RootCase{QStringLiteral("x/systems"), QStringLiteral("x/systems")},
                     RootCase{QStringLiteral("system/x"), QStringLiteral("system/x")}));
 
-TEST(DataFolders, LieInOneDataFolderUnderTheRoot)
-{
-    const QDir root(app_root_dir());
-    EXPECT_EQ(db_path(), root.filePath(QStringLiteral("data/tally.db")));
-    EXPECT_EQ(raw_dir(), root.filePath(QStringLiteral("data/raw")));
-    EXPECT_EQ(icon_cache_dir(), root.filePath(QStringLiteral("data/icon_cache")));
-}
-
 TEST(MailcacheDefault, IsTheFirstCandidateThatExistsElseTheFirst)
 {
     const QTemporaryDir dir;

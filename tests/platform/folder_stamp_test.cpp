@@ -9,12 +9,6 @@
 using namespace tally;
 using namespace Qt::StringLiterals;
 
-TEST(FolderStamp, AFolderThatIsMissingHasNone)
-{
-    const QTemporaryDir dir;
-    EXPECT_FALSE(platform::folder_stamp(dir.filePath(u"missing"_s)));
-}
-
 TEST(FolderStamp, AnotherFolderOfTheSameTimeIsToldApart)
 {
     const QTemporaryDir dir;

@@ -19,13 +19,6 @@ using std::chrono::milliseconds;
 
 constexpr LockAttempt held{LockOutcome::HeldElsewhere, 0, "CreateMutexW"};
 
-TEST(InstanceLock, AFreeLockIsTakenAtOnce)
-{
-    FakeHost host;
-    EXPECT_EQ(claim_single_instance(host), InstanceClaim::Only);
-    EXPECT_EQ(host.paused, milliseconds{0});
-}
-
 TEST(InstanceLock, ALockThatComesFreeIsTakenOnTheLastTry)
 {
     FakeHost host;

@@ -89,21 +89,6 @@ TEST_F(Log, KeepsTimeLevelAndCategory)
               QStringLiteral("tally.test: kind 7\nplain\n[main] quitting — now\n").toLocal8Bit());
 }
 
-TEST_F(Log, AddsToTheFileOfTheRunBefore)
-{
-    start();
-    start();
-    EXPECT_EQ(entries(), QStringList(2, QStringLiteral("info process: run")));
-}
-
-TEST_F(Log, HandsMessagesBackAtItsEnd)
-{
-    start();
-    qInfo() << "after the end";
-    ProcessLog::line(QStringLiteral("after the end"));
-    EXPECT_FALSE(content().contains(u"after the end"));
-}
-
 TEST_F(Log, NoTextCanFakeAnEntry)
 {
     const auto log = start();
@@ -131,19 +116,6 @@ TEST_F(Log, KeepsThreeFilesWithinTheirSizeAndTheNewestLines)
     }
     for (qsizetype i = 0; i < kept.size(); ++i)
         EXPECT_EQ(kept[i], QStringLiteral("info tally.test: %1").arg(500 - kept.size() + i));
-}
-
-TEST_F(Log, LeavesAFullFileOfTheRunBeforeBehind)
-{
-    start(2000);
-    QFile file(file_name(QStringLiteral("tallyhand.log")));
-    ASSERT_TRUE(file.open(QIODevice::Append));
-    file.write(QByteArray(2000, 'x'));
-    file.close();
-
-    start(2000);
-    EXPECT_THAT(entries(), ElementsAre(QStringLiteral("info process: run")));
-    EXPECT_TRUE(content(QStringLiteral("tallyhand.1.log")).endsWith(u'x'));
 }
 
 TEST_F(Log, ThreadsNeitherLoseNorMixLines)
@@ -183,15 +155,6 @@ TEST_F(Log, AFileThatCannotBeWrittenCostsOnlyTheFile)
     qInfo() << "said again";
     EXPECT_THAT(entries(), ElementsAre(QStringLiteral("info process: run"),
                                        QStringLiteral("info default: said again")));
-}
-
-TEST(StartLine, NamesProgramQtPlatformAndStore)
-{
-    const QString line = start_line(QStringLiteral("/x/tally.db"));
-    EXPECT_TRUE(line.startsWith(QStringLiteral("Ledgerline - Tallyhand v")));
-    EXPECT_TRUE(line.contains(QLatin1StringView(qVersion())));
-    EXPECT_TRUE(line.contains(QSysInfo::prettyProductName()));
-    EXPECT_TRUE(line.endsWith(QStringLiteral("/x/tally.db")));
 }
 
 } // namespace

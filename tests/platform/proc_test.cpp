@@ -71,13 +71,6 @@ TEST(ProcImage, AWineProgramIsKnownByItsOwnPath)
         EXPECT_EQ(shown_image_path(c.image, c.command_line), c.shown) << c.image;
 }
 
-TEST(ProcImage, ThisProcessHasAPathAndAMissingOneHasNone)
-{
-    EXPECT_TRUE(
-        image_path_of_process(static_cast<std::uint32_t>(getpid())).ends_with(u"/test_platform"));
-    EXPECT_TRUE(image_path_of_process(0).empty());
-}
-
 class OwnMemory : public testing::Test {
 protected:
     static constexpr std::size_t page = 4096;

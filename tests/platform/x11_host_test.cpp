@@ -32,11 +32,11 @@ protected:
     }
 
     /// Has xdotool do something to a window.
-    void tell(const QString &command, WindowHandle window)
+    void tell(const QString &command, WindowHandle window, const QStringList &rest = {})
     {
         QProcess tool;
         tool.setProcessEnvironment(session_.environment());
-        tool.start(QStringLiteral("xdotool"), {command, QString::number(window)});
+        tool.start(QStringLiteral("xdotool"), QStringList{command, QString::number(window)} + rest);
         ASSERT_TRUE(tool.waitForFinished(bound_ms));
         ASSERT_EQ(tool.exitCode(), 0) << tool.readAllStandardError().toStdString();
     }
@@ -48,6 +48,19 @@ protected:
             QTest::qWaitFor([&] { return find_game_windows(host_).size() == 1; }, bound_ms));
         const auto windows = find_game_windows(host_);
         return windows.isEmpty() ? GameWindowInfo{} : windows.first();
+    }
+
+    /// Whether one look comes to tell what the questions tell one by one.
+    bool look_agrees(WindowHandle window)
+    {
+        const auto all_of = [](const WindowLook &look) {
+            return std::tuple(look.usable, look.process_id, look.foreground_process_id, look.rect.x,
+                              look.rect.y, look.rect.w, look.rect.h, look.rect.valid);
+        };
+        const auto agrees = [&] {
+            return all_of(host_.look_at(window)) == all_of(host_.Host::look_at(window));
+        };
+        return QTest::qWaitFor(agrees, bound_ms);
     }
 
     XSession session_;
@@ -115,6 +128,8 @@ TEST_P(X11, AClosedWindowIsNoWindow)
     EXPECT_FALSE(host_.window_rect(window).valid);
     EXPECT_EQ(host_.window_process_id(window), 0U);
     EXPECT_TRUE(host_.window_title(window).empty());
+    EXPECT_TRUE(look_agrees(window));
+    EXPECT_TRUE(look_agrees(no_window));
 }
 
 TEST_P(X11, TheWindowWithTheFocusIsInTheForeground)
@@ -124,6 +139,7 @@ TEST_P(X11, TheWindowWithTheFocusIsInTheForeground)
     const WindowHandle window = only_window().hwnd;
     tell(managed() ? QStringLiteral("windowactivate") : QStringLiteral("windowfocus"), window);
     EXPECT_TRUE(QTest::qWaitFor([&] { return host_.foreground_window() == window; }, bound_ms));
+    EXPECT_TRUE(look_agrees(window));
 }
 
 TEST_F(ManagedX11, AMinimisedWindowIsListedButNotUsable)
@@ -135,6 +151,7 @@ TEST_F(ManagedX11, AMinimisedWindowIsListedButNotUsable)
     EXPECT_TRUE(QTest::qWaitFor([&] { return !window_usable(host_, window); }, bound_ms));
     EXPECT_TRUE(host_.window_exists(window));
     EXPECT_EQ(only_window().hwnd, window);
+    EXPECT_TRUE(look_agrees(window));
     tell(QStringLiteral("windowactivate"), window);
     EXPECT_TRUE(QTest::qWaitFor([&] { return window_usable(host_, window); }, bound_ms));
 }
@@ -144,15 +161,11 @@ TEST_P(X11, AWindowThatIsMovedTellsItsNewPlace)
     const GameProcess game{session_, titled(QStringLiteral("Rise of Kingdoms"))};
     ASSERT_TRUE(game.ready());
     const WindowHandle window = only_window().hwnd;
-    const WindowRect before = host_.window_rect(window);
-    QProcess tool;
-    tool.setProcessEnvironment(session_.environment());
-    tool.start(QStringLiteral("xdotool"), {QStringLiteral("windowmove"), QString::number(window),
-                                           QStringLiteral("300"), QStringLiteral("200")});
-    ASSERT_TRUE(tool.waitForFinished(bound_ms));
+    const WindowRect before = host_.look_at(window).rect; // which is kept
+    tell(QStringLiteral("windowmove"), window, {QStringLiteral("300"), QStringLiteral("200")});
     EXPECT_TRUE(QTest::qWaitFor(
         [&] {
-            const WindowRect now = host_.window_rect(window);
+            const WindowRect now = host_.look_at(window).rect;
             return now.x == 300 && now.y == 200 && now.w == before.w && now.h == before.h;
         },
         bound_ms));

@@ -53,7 +53,9 @@ constexpr Definition slice_tables[] = {
 constexpr Definition slice_indexes[] = {
     {"idx_slices_file", "chain_slices(file_name, chain_start_time, chain_end_time)"},
     {"idx_slices_time", "chain_slices(COALESCE(chain_start_time, file_mtime))"},
-    {"idx_slices_mail", "chain_slices(COALESCE(file_mtime, chain_end_time, chain_start_time))"},
+    // With all that the honor since a moment is counted from, so that no row is looked up for it.
+    {"idx_slices_mail", "chain_slices(COALESCE(file_mtime, chain_end_time, chain_start_time), "
+                        "honor, file_mtime, chain_end_time, chain_start_time)"},
 };
 
 /// Deletes what is known of a chain the first time that one of its rows changes. `chain` is its

@@ -59,12 +59,6 @@ const GameWindowInfo *pick_game_window(const QList<GameWindowInfo> &windows,
     return &windows.first();
 }
 
-bool window_usable(Host &host, WindowHandle window)
-{
-    return window != no_window && host.window_exists(window) && host.window_visible(window) &&
-           !host.window_minimised(window);
-}
-
 QString classify_exe_path(const QString &path)
 {
     if (path.isEmpty())

@@ -29,9 +29,6 @@ QList<GameWindowInfo> find_game_windows(Host &host);
 const GameWindowInfo *pick_game_window(const QList<GameWindowInfo> &windows,
                                        const QString &target_exe);
 
-/// Whether a window can be followed: it exists, is shown and isn't minimised.
-bool window_usable(Host &host, WindowHandle window);
-
 /// Tells a sandbox or emulator by the path of its image: "unknown" for an empty path,
 /// "sandbox: %1" with the product's name, or "native".
 QString classify_exe_path(const QString &path);

@@ -25,10 +25,10 @@ struct WindowRect {
 
 /// What who follows a window wants to know at every look.
 struct WindowLook {
-    bool usable = false; ///< it exists, is shown and isn't minimised
+    bool usable = false; ///< see `window_usable`
     WindowRect rect;
     std::uint32_t process_id = 0;
-    WindowHandle foreground = no_window;
+    std::uint32_t foreground_process_id = 0; ///< of the window that has the user's attention
 };
 
 /// What an attempt to open a process for reading gave.
@@ -45,6 +45,10 @@ struct LockAttempt {
     unsigned long error = 0;    ///< the system's error number of a failure
     const char *mechanism = ""; ///< the system call that the lock rests on
 };
+
+class Host;
+/// Whether a window can be followed: it exists, is shown and isn't minimised.
+inline bool window_usable(Host &host, WindowHandle window);
 
 /// The operating system as this program needs it: windows, processes, rights, one lock. Each
 /// operation is primitive; everything that decides stands above. A failure is an ordinary answer
@@ -70,9 +74,8 @@ public:
     /// All of it at once, for a system where each answer is waited for.
     virtual WindowLook look_at(WindowHandle window)
     {
-        const bool usable = window != no_window && window_exists(window) &&
-                            window_visible(window) && !window_minimised(window);
-        return {usable, window_rect(window), window_process_id(window), foreground_window()};
+        return {window_usable(*this, window), window_rect(window), window_process_id(window),
+                window_process_id(foreground_window())};
     }
 
     virtual std::uint32_t own_process_id() = 0;
@@ -89,5 +92,11 @@ public:
     virtual LockAttempt try_instance_lock() = 0;
     virtual void pause(std::chrono::milliseconds duration) = 0;
 };
+
+inline bool window_usable(Host &host, WindowHandle window)
+{
+    return window != no_window && host.window_exists(window) && host.window_visible(window) &&
+           !host.window_minimised(window);
+}
 
 } // namespace tally::platform

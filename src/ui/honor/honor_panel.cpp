@@ -29,12 +29,6 @@ void set_look(QLabel *label, const QString &look)
     label->style()->polish(label);
 }
 
-void show_styled(QLabel *label, const StyledText &text)
-{
-    label->setText(text.text);
-    set_look(label, text.look);
-}
-
 QLabel *label_of(const QString &look, const QString &text = {})
 {
     QLabel *label = ui::plain_label(text);
@@ -172,20 +166,34 @@ QFrame *HonorPanel::line() const
     return line;
 }
 
+void HonorPanel::show_text(QLabel *label, const QString &text)
+{
+    if (label->text() == text)
+        return;
+    label->setText(text);
+    fitting_size_ = {};
+}
+
+void HonorPanel::show_styled(QLabel *label, const StyledText &text)
+{
+    show_text(label, text.text);
+    set_look(label, text.look);
+}
+
 void HonorPanel::show_figures(const HonorSnapshot &figures, double now)
 {
-    big_label_->setText(honor_text(figures.estimated));
-    name_label_->setText(figures.player_name);
-    baseline_value_->setText(honor_text(figures.base_honor));
+    show_text(big_label_, honor_text(figures.estimated));
+    show_text(name_label_, figures.player_name);
+    show_text(baseline_value_, honor_text(figures.base_honor));
     show_styled(delta_value_, delta_text(figures.delta_reports));
-    read_value_->setText(read_text(figures.base_ts, now));
-    rank_value_->setText(rank_text(figures.rank));
+    show_text(read_value_, read_text(figures.base_ts, now));
+    show_text(rank_value_, rank_text(figures.rank));
 }
 
 void HonorPanel::show_overtake(const std::array<OvertakeTexts, 3> &rows)
 {
     for (std::size_t slot = 0; slot < rows.size(); ++slot) {
-        overtake_rows_[slot].rank->setText(rows[slot].rank);
+        show_text(overtake_rows_[slot].rank, rows[slot].rank);
         show_styled(overtake_rows_[slot].name, rows[slot].name);
         show_styled(overtake_rows_[slot].gap, rows[slot].gap);
     }
@@ -193,13 +201,13 @@ void HonorPanel::show_overtake(const std::array<OvertakeTexts, 3> &rows)
 
 void HonorPanel::show_status(const QString &text)
 {
-    status_label_->setText(text);
+    show_text(status_label_, text);
 }
 
 void HonorPanel::warn(const QString &figure, const QString &name, const QString &style)
 {
-    big_label_->setText(figure);
-    name_label_->setText(name);
+    show_text(big_label_, figure);
+    show_text(name_label_, name);
     big_label_->setStyleSheet(style);
     name_label_->setStyleSheet(style);
 }
@@ -228,6 +236,12 @@ void HonorPanel::set_font_size(int size)
     setStyleSheet(look_.panel());
 }
 
+void HonorPanel::changeEvent(QEvent *event)
+{
+    fitting_size_ = {}; // of another style or font
+    QWidget::changeEvent(event);
+}
+
 void HonorPanel::fit_columns()
 {
     const auto children = findChildren<QLabel *>();
@@ -244,6 +258,8 @@ void HonorPanel::fit_columns()
 
 QSize HonorPanel::fitting_size()
 {
+    if (!fitting_size_.isEmpty())
+        return fitting_size_;
     fit_columns();
     // Of what has changed within, a layout would hear only when the event loop runs.
     for (QLayout *part : {title_bar_->layout(), body_->layout(), layout()}) {
@@ -251,7 +267,8 @@ QSize HonorPanel::fitting_size()
         part->activate();
     }
     const int width = std::max(least_width, layout()->minimumSize().width());
-    return {width, layout()->totalHeightForWidth(width)};
+    fitting_size_ = {width, layout()->totalHeightForWidth(width)};
+    return fitting_size_;
 }
 
 } // namespace tally::honor

@@ -4,6 +4,7 @@
 #include "ui/honor/honor_texts.h"
 
 #include <QList>
+#include <QSize>
 #include <QWidget>
 
 #include <array>
@@ -45,6 +46,9 @@ Q_SIGNALS:
     void historyWanted();
     void closeWanted();
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
     struct OvertakeRowLabels {
         QLabel *rank;
@@ -58,6 +62,8 @@ private:
     OvertakeRowLabels add_overtake_row(QBoxLayout &body);
     QFrame *line() const;
     void warn(const QString &figure, const QString &name, const QString &style);
+    void show_text(QLabel *label, const QString &text);
+    void show_styled(QLabel *label, const StyledText &text);
     void fit_columns();
 
     HonorLook look_;
@@ -72,6 +78,7 @@ private:
     QLabel *status_label_ = nullptr;
     QList<QLabel *> captions_;
     std::array<OvertakeRowLabels, 3> overtake_rows_{};
+    QSize fitting_size_; ///< empty after what may change it
 };
 
 } // namespace tally::honor

@@ -1,17 +1,15 @@
 #include "ui/honor/honor_texts.h"
 
-#include "data/values/numbers.h"
+#include "data/store/sql_values.h"
 #include "ui/parts/format_count.h"
 #include "ui/parts/local_time.h"
-
-#include <algorithm>
 
 namespace tally::honor {
 namespace {
 
 const QString unknown = QStringLiteral("---");
 
-QString age_text(int seconds)
+QString age_text(qint64 seconds)
 {
     if (seconds < 60)
         return QStringLiteral("%1s ago").arg(seconds);
@@ -63,8 +61,7 @@ QString read_text(std::optional<double> base_ts, double now)
 {
     if (!base_ts)
         return unknown;
-    // The clock may have been set back since.
-    const int age = std::max(data::to_int(now - *base_ts).value_or(0), 0);
+    const auto age = data::saturated<qint64>(now - *base_ts);
     return QStringLiteral("%1 (%2)").arg(age_text(age),
                                          ui::local_time_text(*base_ts, QStringLiteral("HH:mm:ss")));
 }

@@ -32,6 +32,16 @@ WindowHandle PinState::find_target()
     return found != nullptr ? found->hwnd : platform::no_window;
 }
 
+/// Searches only where the window that was followed can't be any more.
+platform::WindowLook PinState::look_at_game()
+{
+    const platform::WindowLook look = host_.look_at(game_window_);
+    if (look.usable)
+        return look;
+    game_window_ = find_target();
+    return host_.look_at(game_window_);
+}
+
 /// The window's rectangle in the pixels of the policy.
 WindowRect PinState::game_rect(const platform::WindowLook &game, const OverlayView &overlay) const
 {
@@ -41,11 +51,9 @@ WindowRect PinState::game_rect(const platform::WindowLook &game, const OverlayVi
 }
 
 /// A dialog of this program in front leaves the overlay where it is, too.
-bool PinState::is_in_front(const platform::WindowLook &game)
+bool PinState::is_in_front(const platform::WindowLook &game) const
 {
-    const std::uint32_t front = game.foreground == game_window_
-                                    ? game.process_id
-                                    : host_.window_process_id(game.foreground);
+    const std::uint32_t front = game.foreground_process_id;
     return front == own_process_ || (game.process_id != 0 && game.process_id == front);
 }
 
@@ -53,11 +61,7 @@ PinStep PinState::tick(const OverlayView &overlay)
 {
     if (closing_ || !pinned_ || dragging_)
         return {};
-    platform::WindowLook look = host_.look_at(game_window_);
-    if (!look.usable) {
-        game_window_ = find_target();
-        look = host_.look_at(game_window_);
-    }
+    const platform::WindowLook look = look_at_game();
     const bool hides = policy_.when_away == PinPolicy::WhenAway::Hide;
     const WindowRect game = look.usable || !hides ? game_rect(look, overlay) : WindowRect{};
     PinStep step;
@@ -121,7 +125,7 @@ void PinState::end_drag(const OverlayView &overlay)
     if (!pinned_)
         return;
     const bool needs_usable = policy_.when_away == PinPolicy::WhenAway::Hide;
-    const platform::WindowLook look = host_.look_at(game_window_);
+    const platform::WindowLook look = look_at_game(); // the game may have come since the last tick
     const WindowRect game = game_rect(look, overlay);
     if (game.valid && (look.usable || !needs_usable))
         store_place(overlay.box, game);

@@ -78,9 +78,10 @@ public:
 
 private:
     platform::WindowHandle find_target();
+    platform::WindowLook look_at_game();
     platform::WindowRect game_rect(const platform::WindowLook &game,
                                    const OverlayView &overlay) const;
-    bool is_in_front(const platform::WindowLook &game);
+    bool is_in_front(const platform::WindowLook &game) const;
     void store_place(const OverlayBox &overlay, const platform::WindowRect &game);
 
     platform::Host &host_;

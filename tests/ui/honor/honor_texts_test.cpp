@@ -21,7 +21,7 @@ TEST(HonorTexts, TheAgeOfAReadingIsToldInItsLargestUnit)
     const std::pair<double, QString> cases[] = {
         {0.4, u"0s ago"_s},         {59.9, u"59s ago"_s},   {60.0, u"1 min ago"_s},
         {3'599.0, u"59 min ago"_s}, {3'600.0, u"1h ago"_s}, {90'000.0, u"25h ago"_s},
-        {-5.0, u"0s ago"_s},
+        {-5.0, u"-5s ago"_s},
     };
     for (const auto &[age, text] : cases)
         EXPECT_EQ(read_text(read_at, read_at + age), text + u" (22:00:00)"_s);

@@ -94,39 +94,6 @@ TEST(GameWindowSelector, IsDrivenByTheKeyboard)
     EXPECT_EQ(dialog.chosen_exe_path(), u"D:\\nox\\Nox.exe");
 }
 
-TEST(GameWindowSelector, TheCheckedRowIsInSight)
-{
-    auto windows = three_windows() + three_windows() + three_windows();
-    windows.last().exe_path = QStringLiteral("E:\\last.exe");
-    GameWindowSelector dialog{windows, windows.last().exe_path};
-    dialog.show();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
-    const auto rows = dialog.findChildren<GameWindowRow *>();
-    const auto in_sight = [](const QWidget *row) {
-        return row->visibleRegion().boundingRect() == row->rect();
-    };
-    EXPECT_TRUE(in_sight(rows.last()));
-    for (qsizetype i = 0; i + 1 < rows.size(); ++i)
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Up);
-    EXPECT_EQ(checked_row(dialog), 0);
-    EXPECT_TRUE(in_sight(rows.first()));
-}
-
-TEST(GameWindowSelector, EscapeAndCancelChooseNothing)
-{
-    for (const bool by_key : {true, false}) {
-        GameWindowSelector dialog{three_windows(), QString{}};
-        dialog.show();
-        if (by_key)
-            QTest::keyClick(&dialog, Qt::Key_Escape);
-        else
-            QTest::mouseClick(dialog.findChildren<QPushButton *>()[0], Qt::LeftButton);
-        EXPECT_FALSE(dialog.isVisible());
-        EXPECT_EQ(dialog.result(), QDialog::Rejected);
-        EXPECT_TRUE(dialog.chosen_exe_path().isEmpty());
-    }
-}
-
 TEST(GameWindowSelector, AClickOnARowsTextChecksIt)
 {
     GameWindowSelector dialog{three_windows(), QString{}};

@@ -22,6 +22,10 @@ constexpr std::uint32_t longest_property = 1U << 16; // in units of four bytes
 constexpr std::uint32_t iconic_state = 3;            // of WM_STATE
 constexpr int deepest_window_tree = 64;
 
+/// How long a look holds where no change was told: some managers hide or move a frame without
+/// telling the window in it.
+constexpr std::chrono::seconds longest_trust{2};
+
 /// X names windows with 29 bits; anything wider was never one of its handles.
 xcb_window_t x_window(WindowHandle window)
 {
@@ -79,32 +83,24 @@ void X11Windows::connect()
         root_ = screens.data->root;
 }
 
-xcb_get_property_cookie_t X11Windows::ask(xcb_window_t window, Atom property)
+/// Some events go to every client, asked for or not. All would pile up unread.
+void X11Windows::take_events()
 {
-    return xcb_get_property(connection_, 0, window, atoms_[property], XCB_GET_PROPERTY_TYPE_ANY, 0,
-                            longest_property);
-}
-
-std::vector<std::uint32_t> X11Windows::numbers(xcb_get_property_cookie_t question)
-{
-    const ReplyPtr<xcb_get_property_reply_t> reply{
-        xcb_get_property_reply(connection_, question, nullptr)};
-    if (!reply || reply->format != 32)
-        return {};
-    const auto *first = static_cast<const std::uint32_t *>(xcb_get_property_value(reply.get()));
-    return {first, first + reply->value_len};
-}
-
-/// Or 0.
-std::uint32_t X11Windows::first_number(xcb_get_property_cookie_t question)
-{
-    const std::vector<std::uint32_t> all = numbers(question);
-    return all.empty() ? 0 : all.front();
+    while (const ReplyPtr<xcb_generic_event_t> event{xcb_poll_for_event(connection_)})
+        ++changes_;
 }
 
 std::vector<std::uint32_t> X11Windows::numbers(xcb_window_t window, Atom property)
 {
-    return numbers(ask(window, property));
+    const ReplyPtr<xcb_get_property_reply_t> reply{
+        xcb_get_property_reply(connection_,
+                               xcb_get_property(connection_, 0, window, atoms_[property],
+                                                XCB_GET_PROPERTY_TYPE_ANY, 0, longest_property),
+                               nullptr)};
+    if (!reply || reply->format != 32)
+        return {};
+    const auto *first = static_cast<const std::uint32_t *>(xcb_get_property_value(reply.get()));
+    return {first, first + reply->value_len};
 }
 
 std::optional<std::string> X11Windows::bytes(xcb_window_t window, xcb_atom_t property,
@@ -141,9 +137,7 @@ std::vector<WindowHandle> X11Windows::top_level()
 {
     if (!connected())
         return {};
-    // Some events go to every client, asked for or not, and would pile up unread.
-    while (const ReplyPtr<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) {
-    }
+    take_events();
     std::vector<xcb_window_t> bottom_first;
     if (managed())
         bottom_first = numbers(root_, ClientListStacking);
@@ -172,20 +166,13 @@ bool X11Windows::visible(WindowHandle window)
 
 bool X11Windows::minimised(WindowHandle window)
 {
-    return connected() && is_iconic(ask_state(x_window(window)));
-}
-
-X11Windows::StateQuestion X11Windows::ask_state(xcb_window_t client)
-{
-    return {ask(client, NetWmState), ask(client, WmState)};
-}
-
-bool X11Windows::is_iconic(const StateQuestion &question)
-{
-    const std::vector<std::uint32_t> states = numbers(question.net_state);
-    const bool is_hidden =
-        std::find(states.begin(), states.end(), atoms_[NetWmStateHidden]) != states.end();
-    return first_number(question.wm_state) == iconic_state || is_hidden;
+    if (!connected())
+        return false;
+    const std::vector<std::uint32_t> states = numbers(x_window(window), NetWmState);
+    if (std::find(states.begin(), states.end(), atoms_[NetWmStateHidden]) != states.end())
+        return true;
+    const std::vector<std::uint32_t> wm_state = numbers(x_window(window), WmState);
+    return !wm_state.empty() && wm_state.front() == iconic_state;
 }
 
 std::u16string X11Windows::title(WindowHandle window)
@@ -202,31 +189,25 @@ std::uint32_t X11Windows::process_id(WindowHandle window)
 {
     if (window == no_window || !connected())
         return 0;
-    return first_number(ask(x_window(window), NetWmPid));
+    const std::vector<std::uint32_t> pid = numbers(x_window(window), NetWmPid);
+    return pid.empty() ? 0 : pid.front();
 }
 
 WindowRect X11Windows::outer_rect(WindowHandle window)
 {
-    return connected() ? rect_of(ask_rect(x_window(window))) : WindowRect{};
-}
-
-X11Windows::RectQuestion X11Windows::ask_rect(xcb_window_t client)
-{
-    return {xcb_get_geometry(connection_, client),
-            xcb_translate_coordinates(connection_, client, root_, 0, 0),
-            ask(client, NetFrameExtents)};
-}
-
-WindowRect X11Windows::rect_of(const RectQuestion &question)
-{
+    if (!connected())
+        return {};
+    const xcb_window_t client = x_window(window);
+    const auto geometry_cookie = xcb_get_geometry(connection_, client);
+    const auto origin_cookie = xcb_translate_coordinates(connection_, client, root_, 0, 0);
     const ReplyPtr<xcb_get_geometry_reply_t> geometry{
-        xcb_get_geometry_reply(connection_, question.geometry, nullptr)};
+        xcb_get_geometry_reply(connection_, geometry_cookie, nullptr)};
     const ReplyPtr<xcb_translate_coordinates_reply_t> origin{
-        xcb_translate_coordinates_reply(connection_, question.origin, nullptr)};
-    const std::vector<std::uint32_t> extents = numbers(question.extents);
+        xcb_translate_coordinates_reply(connection_, origin_cookie, nullptr)};
     if (!geometry || !origin)
         return {};
     std::array<int, 4> frame{}; // left, right, top, bottom
+    const std::vector<std::uint32_t> extents = numbers(client, NetFrameExtents);
     if (extents.size() == frame.size()) {
         std::transform(extents.begin(), extents.end(), frame.begin(), [](std::uint32_t extent) {
             return static_cast<int>(std::min<std::uint32_t>(extent, 0x7FFF));
@@ -241,27 +222,12 @@ WindowRect X11Windows::rect_of(const RectQuestion &question)
 
 WindowHandle X11Windows::foreground()
 {
-    return connected() ? foreground_of(ask_foreground()) : no_window;
-}
-
-X11Windows::ForegroundQuestion X11Windows::ask_foreground()
-{
-    const xcb_window_t manager = manager_;
-    return {manager, ask(root_, SupportingWmCheck), ask(manager, SupportingWmCheck),
-            ask(root_, ActiveWindow)};
-}
-
-WindowHandle X11Windows::foreground_of(const ForegroundQuestion &question)
-{
-    const xcb_window_t manager = first_number(question.check);
-    xcb_window_t named = first_number(question.check_of_manager);
-    const std::uint32_t active = first_number(question.active);
-    if (manager != question.manager) {
-        manager_ = manager;
-        named = first_number(ask(manager, SupportingWmCheck));
+    if (!connected())
+        return no_window;
+    if (managed()) {
+        const std::vector<std::uint32_t> active = numbers(root_, ActiveWindow);
+        return active.empty() ? no_window : active.front();
     }
-    if (manager != XCB_WINDOW_NONE && named == manager) // as in `managed`
-        return active;
     const ReplyPtr<xcb_get_input_focus_reply_t> focus{
         xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr)};
     return focus ? top_level_of(focus->focus) : no_window;
@@ -271,22 +237,48 @@ WindowLook X11Windows::look_at(WindowHandle window)
 {
     if (!connected())
         return {};
-    const xcb_window_t client = x_window(window);
-    const ForegroundQuestion foreground = ask_foreground();
     if (window == no_window)
-        return {
-            .usable = false, .rect = {}, .process_id = 0, .foreground = foreground_of(foreground)};
-    const auto attributes = xcb_get_window_attributes(connection_, client);
-    const StateQuestion state = ask_state(client);
-    const RectQuestion rect = ask_rect(client);
-    const auto pid = ask(client, NetWmPid);
-    const ReplyPtr<xcb_get_window_attributes_reply_t> reply{
-        xcb_get_window_attributes_reply(connection_, attributes, nullptr)};
-    const bool is_shown = reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
-    return {.usable = !is_iconic(state) && is_shown,
-            .rect = rect_of(rect),
-            .process_id = first_number(pid),
-            .foreground = foreground_of(foreground)};
+        return ask_all(window);
+    take_events();
+    const unsigned changes = changes_;
+    const auto now = std::chrono::steady_clock::now();
+    const std::lock_guard lock(looks_mutex_);
+    const auto kept = std::find_if(looks_.begin(), looks_.end(), [window](const KeptLook &look) {
+        return look.window == window;
+    });
+    std::uint32_t front_before = 0;
+    if (kept == looks_.end()) {
+        watch(window);
+    } else {
+        if (kept->changes == changes && now - kept->at < longest_trust)
+            return kept->look;
+        front_before = kept->look.foreground_process_id;
+        looks_.erase(kept);
+    }
+    WindowLook look = ask_all(window);
+    // Who has the focus where no manager runs is told to nobody.
+    if (look.usable && managed())
+        looks_.push_back({window, changes, now, look});
+    // While the focus goes from one window to another, no window has it for a moment: that counts
+    // from the next look on.
+    if (look.foreground_process_id == 0)
+        look.foreground_process_id = front_before;
+    return look;
+}
+
+/// From now on the server tells of the window's changes, and of those of the root.
+void X11Windows::watch(WindowHandle window)
+{
+    constexpr std::uint32_t root_events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    constexpr std::uint32_t events = root_events | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(connection_, root_, XCB_CW_EVENT_MASK, &root_events);
+    xcb_change_window_attributes(connection_, x_window(window), XCB_CW_EVENT_MASK, &events);
+}
+
+WindowLook X11Windows::ask_all(WindowHandle window)
+{
+    return {visible(window) && !minimised(window), outer_rect(window), process_id(window),
+            process_id(foreground())};
 }
 
 /// The ancestor that is a child of the root; toolkits often focus a window within.

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -31,6 +32,7 @@ public:
     std::uint32_t process_id(WindowHandle window);
     WindowRect outer_rect(WindowHandle window);
     WindowHandle foreground();
+    /// What a window manager has told of no change since is not asked again.
     WindowLook look_at(WindowHandle window);
 
 private:
@@ -50,36 +52,11 @@ private:
 
     bool connected();
     void connect();
+    void take_events();
     bool managed();
-
-    // A question is sent when it is asked. Reading the answer waits for it, and for all that was
-    // asked before.
-    struct RectQuestion {
-        xcb_get_geometry_cookie_t geometry;
-        xcb_translate_coordinates_cookie_t origin;
-        xcb_get_property_cookie_t extents;
-    };
-    struct StateQuestion {
-        xcb_get_property_cookie_t net_state;
-        xcb_get_property_cookie_t wm_state;
-    };
-    struct ForegroundQuestion {
-        xcb_window_t manager; ///< as it was known when it was asked
-        xcb_get_property_cookie_t check;
-        xcb_get_property_cookie_t check_of_manager;
-        xcb_get_property_cookie_t active;
-    };
-    xcb_get_property_cookie_t ask(xcb_window_t window, Atom property);
-    RectQuestion ask_rect(xcb_window_t client);
-    StateQuestion ask_state(xcb_window_t client);
-    ForegroundQuestion ask_foreground();
-    std::vector<std::uint32_t> numbers(xcb_get_property_cookie_t question);
+    void watch(WindowHandle window);
+    WindowLook ask_all(WindowHandle window);
     std::vector<std::uint32_t> numbers(xcb_window_t window, Atom property);
-    std::uint32_t first_number(xcb_get_property_cookie_t question);
-    WindowRect rect_of(const RectQuestion &question);
-    bool is_iconic(const StateQuestion &question);
-    WindowHandle foreground_of(const ForegroundQuestion &question);
-
     std::optional<std::string> bytes(xcb_window_t window, xcb_atom_t property, xcb_atom_t type);
     std::vector<xcb_window_t> children_of_root();
     xcb_window_t top_level_of(xcb_window_t window);
@@ -88,8 +65,17 @@ private:
     std::once_flag connect_once_;
     xcb_connection_t *connection_ = nullptr;
     xcb_window_t root_ = XCB_WINDOW_NONE;
-    std::atomic<xcb_window_t> manager_ = XCB_WINDOW_NONE; ///< the window that stood for it last
     std::array<xcb_atom_t, AtomCount> atoms_{};
+
+    struct KeptLook {
+        WindowHandle window;
+        unsigned changes; ///< of which the look knows
+        std::chrono::steady_clock::time_point at;
+        WindowLook look;
+    };
+    std::atomic<unsigned> changes_ = 0; ///< that the server has told of
+    std::mutex looks_mutex_;
+    std::vector<KeptLook> looks_; ///< of windows whose changes the server tells, under the mutex
 };
 
 } // namespace tally::platform
