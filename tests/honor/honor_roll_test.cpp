@@ -8,7 +8,6 @@ namespace {
 
 using tally::test::roll_record;
 using tally::test::roll_tag_offset;
-using tally::test::RollPerson;
 
 /// A lone record: its tag at `tag_at`, the honor before it if there is room, `size` bytes in all.
 QByteArray lone_record(qsizetype tag_at, const QByteArray &name, quint64 honor,
