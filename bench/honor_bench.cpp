@@ -5,20 +5,17 @@
 #include "data/mail/battle_report.h"
 #include "data/store/chain_statistics.h"
 #include "data/store/tally_db.h"
+#include "filled_store.h"
 #include "honor/honor_summary_service.h"
 #include "idle_cost.h"
 #include "page_refresh.h"
 #include "platform/host/system_host.h"
-#include "queries/store_queries.h"
 #include "settings/catalogue.h"
-#include "settings/settings.h"
-#include "store_filler.h"
 #include "support/x_session.h"
 #include "ui/honor/honor_summary_overlay.h"
 
 #include <QApplication>
 #include <QSqlQuery>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <cstdio>
@@ -221,28 +218,13 @@ int main(int argc, char *argv[])
     qputenv("DISPLAY", session.display());
     qputenv("QT_QPA_PLATFORM", "xcb");
     const QApplication application(argc, argv);
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("tally.db"));
-    tools::FillOptions options;
-    options.rounds = 1'000'000;
-    tools::fill_store(path, options);
-    data::TallyDb db(path);
-    db.init_schema();
-    db.complete_chain_slices();
-    queries::StoreQueries queries(db);
-    Settings settings(db);
+    FilledStore store(1'000'000);
     const std::unique_ptr<platform::Host> host = platform::make_system_host();
-    const ui::Surroundings around{.db = db,
-                                  .queries = queries,
-                                  .settings = settings,
-                                  .host = *host,
-                                  .clock = [end = options.end] { return end; },
-                                  .icon_dir = folder.path()};
-    measure_queries(db, options.end);
-    Tracker tracker(around, options.end);
+    measure_queries(store.db, store.end);
+    Tracker tracker(store.surroundings(*host), store.end);
     tracker.open();
     if (!QTest::qWaitFor([&tracker] { return !tracker.busy(); }, 60'000))
         return std::puts("no reading is shown"), 1;
-    measure_stops(tracker, options.end);
-    measure_idle(tracker, settings, seconds);
+    measure_stops(tracker, store.end);
+    measure_idle(tracker, store.settings, seconds);
 }

@@ -1,21 +1,17 @@
 // What the statistics overlay costs while nothing happens: pinned to a window under a window
 // manager, and a refresh with nothing new. overlay_bench [SECONDS]
 
-#include "data/store/tally_db.h"
+#include "filled_store.h"
 #include "idle_cost.h"
 #include "platform/host/fake/fake_host.h"
 #include "platform/host/system_host.h"
-#include "queries/store_queries.h"
 #include "settings/catalogue.h"
-#include "settings/settings.h"
-#include "store_filler.h"
 #include "support/x_session.h"
 #include "ui/chains/chain_tracker_tab.h"
 #include "ui/overlay/overlay_source.h"
 #include "ui/overlay/overlay_window.h"
 
 #include <QApplication>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <cstdio>
@@ -113,22 +109,9 @@ int main(int argc, char *argv[])
     qputenv("DISPLAY", session.display());
     qputenv("QT_QPA_PLATFORM", "xcb");
     const QApplication application(argc, argv);
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("tally.db"));
-    tools::FillOptions options;
-    options.rounds = rounds;
-    tools::fill_store(path, options);
-    data::TallyDb db(path);
-    db.init_schema();
-    db.complete_chain_slices();
-    queries::StoreQueries queries(db);
-    Settings settings(db);
+    FilledStore store(rounds);
     platform::FakeHost host;
-    const ui::Surroundings around{.db = db,
-                                  .queries = queries,
-                                  .settings = settings,
-                                  .host = host,
-                                  .icon_dir = folder.path()};
+    const ui::Surroundings around = store.surroundings(host);
     measure_refreshes(around);
     measure_ticks(around, seconds);
 }

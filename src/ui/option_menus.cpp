@@ -10,6 +10,7 @@
 #include <QMenu>
 
 namespace tally::ui {
+
 void add_overlay_options(QMenu &menu, Settings &settings)
 {
     QMenu *options = menu.addMenu(QStringLiteral("Overlay options"));

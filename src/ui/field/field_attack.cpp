@@ -1,6 +1,7 @@
 #include "ui/field/field_attack.h"
 
 #include "data/store/sql_values.h"
+#include "data/values/numbers.h"
 #include "ui/field/hero_names.h"
 
 #include <algorithm>
@@ -9,15 +10,10 @@
 namespace tally::ui {
 namespace {
 
-/// A number in full: the shortest text of 5000000.0 would be "5e+06".
-QString id_in_full(const QVariant &id)
+/// Numbers in full: the shortest text of 5000000.0 would be "5e+06".
+QString key_text(const QVariant &id)
 {
-    constexpr double longest = 1e18;
-    if (id.typeId() != QMetaType::Double)
-        return id.toString();
-    const double number = id.toDouble();
-    const bool is_plain = std::abs(number) < longest && number == std::floor(number);
-    return is_plain ? QString::number(static_cast<qint64>(number)) : id.toString();
+    return id.typeId() == QMetaType::Double ? data::id_text(id.toDouble()) : id.toString();
 }
 
 } // namespace
@@ -55,9 +51,9 @@ FieldAttack attack_in(const QVariantMap &row, HeroNames &heroes)
     attack.file_name = text("file_name");
     attack.attack_id = value("attack_id");
     const QVariant tour = value("tour_id");
-    attack.tour = tour.isNull() ? QStringLiteral("?_%1").arg(attack.file_name) : id_in_full(tour);
+    attack.tour = tour.isNull() ? QStringLiteral("?_%1").arg(attack.file_name) : key_text(tour);
     const QVariant report = value("email_id");
-    attack.report = report.isNull() ? attack.file_name : id_in_full(report);
+    attack.report = report.isNull() ? attack.file_name : key_text(report);
     attack.time = data::number_or_zero(value("email_time"));
     attack.number = std::max(small("attack_seq"), 1);
     attack.count = small("n_attacks");
