@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
+#include <functional>
 
 using namespace tally;
 using namespace tally::test;
@@ -45,6 +46,16 @@ protected:
     }
 
     void key(const QString &keys) const { xdotool({u"key"_s, u"--delay"_s, u"50"_s, keys}); }
+    /// A window manager that is still moving the focus loses keys.
+    void press(const QStringList &keys, const std::function<bool()> &have_worked) const
+    {
+        for (int attempt = 0; attempt < 5; ++attempt) {
+            for (const QString &each : keys)
+                key(each);
+            if (QTest::qWaitFor(have_worked, patience / 5))
+                return;
+        }
+    }
     QByteArray active_window() const { return xdotool({u"getactivewindow"_s}); }
     QByteArray main_window() const
     {
@@ -75,6 +86,8 @@ protected:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
+    bool has_ended() const { return first_.state() == QProcess::NotRunning; }
+
     int end_of(QProcess &process) const
     {
         const bool has_ended =
@@ -93,9 +106,9 @@ protected:
 TEST_F(Program, MenusWorkByKeyboardAndAnExitKeepsTheWindowsState)
 {
     start();
-    key(u"alt+v"_s);
-    for (const QString &each : {u"Up"_s, u"Right"_s, u"Down"_s, u"Return"_s, u"ctrl+q"_s})
-        key(each);
+    press({u"Escape"_s, u"Escape"_s, u"alt+v"_s, u"Up"_s, u"Right"_s, u"Down"_s, u"Return"_s},
+          [this] { return program_.setting(u"theme"_s) == u"light"; });
+    press({u"ctrl+q"_s}, [this] { return has_ended(); });
     EXPECT_EQ(end_of(first_), 0);
     EXPECT_EQ(program_.setting(u"theme"_s), u"light");
     EXPECT_NE(program_.setting(u"window_geometry_qt"_s), u"");
@@ -105,11 +118,7 @@ TEST_F(Program, MenusWorkByKeyboardAndAnExitKeepsTheWindowsState)
 TEST_F(Program, WithoutATrayTheCloseButtonEndsIt)
 {
     start();
-    // A window manager that is still moving the focus loses keys.
-    for (int attempt = 0; attempt < 5 && first_.state() == QProcess::Running; ++attempt) {
-        key(u"alt+F4"_s);
-        first_.waitForFinished(patience / 5);
-    }
+    press({u"alt+F4"_s}, [this] { return has_ended(); });
     EXPECT_EQ(end_of(first_), 0);
 }
 

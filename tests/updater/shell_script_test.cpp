@@ -113,7 +113,7 @@ INSTANTIATE_TEST_SUITE_P(
     , FailingStep,
     testing::Values(FailureCase{"unzip", "*", 1, "] EXTRACT FAILED"},
                     // Somebody else has made the folder, in a place that all may write.
-                    FailureCase{"mkdir", "*-m*", 1, "] BACKUP FAILED"},
+                    FailureCase{"mkdir", "-m*", 1, "] BACKUP FAILED"},
                     // The disk is full.
                     FailureCase{"cp", "*tally-new", 1, "] SWAP FAILED — nothing was changed"},
                     // Half of the files have taken their places.
