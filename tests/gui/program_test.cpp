@@ -8,6 +8,7 @@
 
 #include <csignal>
 #include <functional>
+#include <iostream>
 
 using namespace tally;
 using namespace tally::test;
@@ -34,6 +35,8 @@ protected:
             first_.kill();
             first_.waitForFinished();
         }
+        if (HasFailure())
+            std::cerr << first_.readAllStandardError().toStdString();
     }
 
     QByteArray xdotool(const QStringList &arguments) const
