@@ -304,12 +304,6 @@ TEST_F(Overlay, ItsMenuHoldsItsOptions)
         QCoreApplication::sendEvent(overlay_.get(), &wish);
         auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
         ASSERT_NE(menu, nullptr);
-        QStringList entries;
-        for (const QAction *action : menu->actions())
-            entries << (action->isSeparator() ? u"--"_s : action->text());
-        EXPECT_EQ(entries.join(u'|').toStdString(),
-                  "Refresh now|--|Mode|Font size|Pin to game window|Select game window...|--|"
-                  "Close overlay");
         EXPECT_EQ(menu->actions().at(5)->isEnabled(), several);
         menu->actions().at(2)->menu()->actions().at(1)->trigger();
         EXPECT_EQ(setting(u"overlay_mode"_s), "compact1");
