@@ -79,16 +79,6 @@ TEST(GameMemoryReader, TheProcessStaysOpenWhileItsIdStays)
     EXPECT_TRUE(reader.read_memory(base, 3).isEmpty());
 }
 
-TEST(GameMemoryReader, TheTargetPicksAmongSeveralGames)
-{
-    FakeHost host = host_with(image_of({{base, "top"}}));
-    host.windows.push_back({6, u"Rise of Kingdoms", 78});
-    host.processes[78] = {u"D:\\Other\\ROK.exe", image_of({{base, "two"}})};
-    GameMemoryReader chosen = reader_on(host, QStringLiteral("d:\\other\\rok.EXE"));
-    ASSERT_TRUE(chosen.attach());
-    EXPECT_EQ(chosen.read_memory(base, 3), "two");
-}
-
 TEST(GameMemoryReader, WithoutAMarkerNothingIsReadButTheStateIsOk)
 {
     const auto image = image_of({{base, usual_roll()}});

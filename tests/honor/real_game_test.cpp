@@ -62,27 +62,6 @@ INSTANTIATE_TEST_SUITE_P(
                     RollCase{"1000", "1000", "192", "64"}, RollCase{"1000", "1000", "480", "64"},
                     RollCase{"100", "99", "192", "64"}, RollCase{"80", "40", "3000", "64"}));
 
-TEST_F(RealGame, AProcessKilledInTheMiddleOfAReadGivesNothing)
-{
-    for (const int kill_at : {1, 40, 150, 400, 700}) {
-        GameProcess game{*session, {QStringLiteral("--noise-mib"), QStringLiteral("16")}};
-        ASSERT_TRUE(game.ready());
-        WatchedHost host{display()};
-        int reads = 0;
-        host.on_read = [&] {
-            if (++reads == kill_at)
-                game.kill();
-        };
-        GameMemoryReader reader = reader_on(host);
-        EXPECT_FALSE(reader.read_honor_roll(QString::fromUtf8(player_name)).has_value());
-        EXPECT_GE(reads, kill_at);
-        EXPECT_LE(reads, kill_at + 1'500) << "reads of a dead process";
-        ASSERT_TRUE(game_has_left(host));
-        EXPECT_FALSE(reader.read_honor_roll(QString::fromUtf8(player_name)).has_value());
-        EXPECT_EQ(reader.state(), ReaderState::GameNotFound);
-    }
-}
-
 /// What a reader without root's rights finds: forked, since rights once given up stay so.
 int state_for_others(const std::string &display)
 {

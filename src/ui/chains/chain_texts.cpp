@@ -1,9 +1,8 @@
 #include "ui/chains/chain_texts.h"
 
-#include "data/store/sql_values.h"
+#include "ui/parts/utc_time.h"
 #include "ui/parts/value_texts.h"
 
-#include <QDateTime>
 #include <QStringView>
 
 #include <algorithm>
@@ -11,13 +10,6 @@
 
 namespace tally::ui {
 namespace {
-
-QString utc_minute(double time)
-{
-    const auto moment = QDateTime::fromSecsSinceEpoch(data::saturated<qint64>(time), Qt::UTC);
-    return moment.isValid() ? moment.toString(QStringLiteral("yyyy-MM-dd HH:mm 'UTC'"))
-                            : QStringLiteral("?");
-}
 
 QString hour_axis()
 {
@@ -37,7 +29,7 @@ QString best_chain_line(const QString &label, const std::optional<data::BestChai
         return QStringLiteral("%1: no data").arg(label);
     return QStringLiteral("%1: %2 rounds in %3 (%4)")
         .arg(label, QString::number(best->wins), duration_text(best->dur),
-             utc_minute(*best->start_time));
+             utc_moment_text(*best->start_time, QStringLiteral("yyyy-MM-dd HH:mm 'UTC'")));
 }
 
 QString sparkline(const std::array<int, 24> &chains)

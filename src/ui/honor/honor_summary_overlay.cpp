@@ -45,7 +45,7 @@ HonorSummaryOverlay::HonorSummaryOverlay(const ui::Surroundings &around,
     layout->setSpacing(0);
     layout->setSizeConstraint(QLayout::SetNoConstraint); // it has the size that fits the panel
     layout->addWidget(panel_);
-    show_overtake();
+    show_overtake(service_->snapshot());
     refresh_estimate();
     fit();
     move(pin_.free_position().x, pin_.free_position().y);
@@ -114,13 +114,13 @@ void HonorSummaryOverlay::set_pinned(bool pinned)
 void HonorSummaryOverlay::show_figures(const HonorSnapshot &figures)
 {
     panel_->show_figures(figures, around_.clock());
-    show_overtake();
+    show_overtake(figures);
     fit();
 }
 
-void HonorSummaryOverlay::show_overtake()
+void HonorSummaryOverlay::show_overtake(const HonorSnapshot &known)
 {
-    panel_->show_overtake(overtake_texts(service_->overtake_targets(rivals), service_->snapshot()));
+    panel_->show_overtake(overtake_texts(overtake_targets(known, rivals), known));
 }
 
 void HonorSummaryOverlay::on_honor_updated(std::optional<qint64> base_honor, int delta_reports,
@@ -218,6 +218,7 @@ void HonorSummaryOverlay::closeEvent(QCloseEvent *event)
 
 void HonorSummaryOverlay::contextMenuEvent(QContextMenuEvent *event)
 {
+    drag_.release(); // the menu takes the mouse, and with it the button's release
     auto *menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->addAction(QStringLiteral("Sync now"), this, &HonorSummaryOverlay::on_sync_click);

@@ -64,7 +64,7 @@ private:
     void connect_service();
     void follow_settings();
     void show_figures(const HonorSnapshot &figures);
-    void show_overtake();
+    void show_overtake(const HonorSnapshot &known);
     void fit();
 
     ui::Surroundings around_;

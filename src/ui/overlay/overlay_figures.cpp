@@ -2,8 +2,8 @@
 
 #include "data/store/sql_values.h"
 #include "ui/parts/format_count.h"
+#include "ui/parts/utc_time.h"
 
-#include <QDateTime>
 #include <QtNumeric>
 
 #include <algorithm>
@@ -131,8 +131,7 @@ QString wins_text(const data::ChainSummary &summary)
 
 QString utc_minute(double time)
 {
-    return QDateTime::fromSecsSinceEpoch(data::saturated<qint64>(time), Qt::UTC)
-        .toString(QStringLiteral("yyyy-MM-dd HH:mm"));
+    return utc_moment_text(time, QStringLiteral("yyyy-MM-dd HH:mm"));
 }
 
 } // namespace

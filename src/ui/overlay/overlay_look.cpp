@@ -18,11 +18,12 @@ int OverlayLook::icon_side() const
 
 QString OverlayLook::window() const
 {
-    // A style sheet writes the "::" of a class's full name as "--". The last rule keeps the sheet
-    // of the application, whose theme may be another one, from filling what lies within.
+    // A style sheet writes the "::" of a class's full name as "--". What lies within is neither
+    // filled by the sheet of the application, whose theme may be another one, nor are dialogs above
+    // the overlay written in its colours.
     return QStringLiteral("tally--ui--OverlayWindow { background: %1; border: 1px solid %2; }"
-                          "QLabel { color: %3; }"
-                          "QLabel, #overlayContent { background: transparent; }")
+                          "#overlayContent QLabel { color: %3; background: transparent; }"
+                          "#overlayContent { background: transparent; }")
         .arg(QLatin1StringView(colours_.bg), QLatin1StringView(colours_.border),
              QLatin1StringView(colours_.text));
 }

@@ -217,6 +217,7 @@ void OverlayWindow::closeEvent(QCloseEvent *event)
 
 void OverlayWindow::contextMenuEvent(QContextMenuEvent *event)
 {
+    drag_.release(); // the menu takes the mouse, and with it the button's release
     auto *menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->addAction(QStringLiteral("Refresh now"), this, &OverlayWindow::refresh_data);

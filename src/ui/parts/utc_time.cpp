@@ -17,6 +17,12 @@ QString utc_time_text(double seconds, const QString &format)
     return QDateTime::fromSecsSinceEpoch(whole, Qt::UTC).toString(format);
 }
 
+QString utc_moment_text(double seconds, const QString &format)
+{
+    const auto moment = QDateTime::fromSecsSinceEpoch(data::saturated<qint64>(seconds), Qt::UTC);
+    return moment.isValid() ? moment.toString(format) : QStringLiteral("?");
+}
+
 QDate utc_date(double seconds)
 {
     return QDateTime::fromSecsSinceEpoch(data::saturated<qint64>(seconds), Qt::UTC).date();

@@ -9,6 +9,9 @@ namespace tally::ui {
 
 /// \param seconds 0 or less, and what is no time at all, reads "?"
 QString utc_time_text(double seconds, const QString &format);
+/// Of a moment that may lie before 1970 as well.
+/// \param seconds what no calendar has reads "?"
+QString utc_moment_text(double seconds, const QString &format);
 QDate utc_date(double seconds);
 
 } // namespace tally::ui

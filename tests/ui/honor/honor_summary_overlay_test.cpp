@@ -14,7 +14,6 @@
 
 #include <QApplication>
 #include <QLabel>
-#include <QMenu>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTableWidget>
@@ -184,21 +183,6 @@ TEST_F(HonorOverlay, ADragIsStoredAlsoWhilePinned)
     EXPECT_EQ(overlay_->pos(), start + QPoint(20, 10));
     EXPECT_EQ(settings_.get(settings::honor_tracker_x), overlay_->x());
     EXPECT_EQ(settings_.get(settings::honor_tracker_pin_off_x), overlay_->x() - 100);
-}
-
-TEST_F(HonorOverlay, ItsMenuHasAllThatItCan)
-{
-    open(ReaderState::Ok, {});
-    QContextMenuEvent wanted(QContextMenuEvent::Mouse, {9, 9}, overlay_->mapToGlobal(QPoint(9, 9)));
-    QApplication::sendEvent(overlay_.get(), &wanted);
-    const QMenu *menu = overlay_->findChild<QMenu *>();
-    ASSERT_NE(menu, nullptr);
-    QStringList entries;
-    for (const QAction *action : menu->actions())
-        entries << (action->isSeparator() ? u"-"_s : action->text());
-    EXPECT_EQ(entries, (QStringList{u"Sync now"_s, u"History"_s, u"-"_s, u"Font size"_s,
-                                    u"Pin to game window"_s, u"Select game window..."_s, u"-"_s,
-                                    u"Close"_s}));
 }
 
 TEST_F(HonorOverlay, TheHistoryShowsTheNewestReadingFirstAndExportsNumbers)

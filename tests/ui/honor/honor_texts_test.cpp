@@ -28,17 +28,13 @@ TEST(HonorTexts, TheAgeOfAReadingIsToldInItsLargestUnit)
     EXPECT_EQ(read_text({}, read_at), u"---");
 }
 
-TEST(HonorTexts, FiguresHaveGroupsSignsAndLooks)
+TEST(HonorTexts, WhatReportsEarnedHasItsSignAndLook)
 {
     const QLocale before;
     QLocale::setDefault(QLocale(u"en_US"_s));
-    EXPECT_EQ(honor_text(1'284'234), u"1 284 234");
-    EXPECT_EQ(honor_text({}), u"---");
     EXPECT_EQ(delta_text(1'250), (StyledText{u"+1 250"_s, u"delta_pos"_s}));
     EXPECT_EQ(delta_text(0), (StyledText{u"+0"_s, u"muted"_s}));
     EXPECT_EQ(delta_text(-7), (StyledText{u"-7"_s, u"delta_neg"_s}));
-    EXPECT_EQ(rank_text(12), u"#12");
-    EXPECT_EQ(rank_text({}), u"---");
     QLocale::setDefault(before);
 }
 

@@ -58,20 +58,6 @@ TEST(WindowRowText, TitlesAndPathsAreShownAsTheyAre)
     EXPECT_EQ(shown, QStringLiteral("<img src=x> %3 & %1 (native)\nC:\\<b>\\%2.exe\nPID: 7"));
 }
 
-TEST(WindowRowText, WhatIsUnknownIsSaid)
-{
-    EXPECT_EQ(window_row_html({}),
-              QStringLiteral(
-                  "<b>(no title)</b> <span style=\"color: #888;\">(unknown)</span><br><span "
-                  "style=\"color: #888; font-size: 9pt; font-family: Consolas, monospace;\">(exe "
-                  "path unknown)</span><br><span style=\"color: #666; font-size: 8pt;\">PID: "
-                  "0</span>"));
-    EXPECT_EQ(classification_html(QStringLiteral("sandbox: MuMu")),
-              u"<span style=\"color: #f39c12;\">(sandbox: MuMu)</span>");
-    EXPECT_EQ(classification_html(QStringLiteral("native")),
-              u"<span style=\"color: #2ecc71;\">(native)</span>");
-}
-
 TEST(GameWindowSelector, TheLastRowOfTheCurrentImageIsCheckedElseTheFirst)
 {
     auto windows = three_windows();

@@ -144,20 +144,6 @@ TEST_F(PinStates, OnlyTheStatisticsOverlayCountsInLogicalPixels)
     expect_move(honor.tick(overlay), 120, 130);
 }
 
-TEST_F(PinStates, AChoiceIsAskedForOnlyAmongSeveralAndOnlyOnce)
-{
-    PinState pin{host, honor_pin, kept.settings};
-    EXPECT_TRUE(pin.windows_to_choose_from().isEmpty());
-    host.windows.push_back({5, u"Rise of Kingdoms", 50, {0, 0, 640, 360, true}});
-    host.processes[50].image_path = u"E:\\second.exe";
-    EXPECT_EQ(pin.windows_to_choose_from().size(), 2);
-    pin.choose_target(QStringLiteral("E:\\second.exe"));
-    EXPECT_EQ(texts[QStringLiteral("honor_tracker_pin_target_exe")], u"E:\\second.exe");
-    EXPECT_TRUE(pin.windows_to_choose_from().isEmpty());
-    pin.set_pinned(true);
-    expect_move(pin.tick(overlay), 20, 80);
-}
-
 TEST_F(PinStates, PinningKeepsTheOverlayWhereItStands)
 {
     for (const PinPolicy *policy : {&statistics_pin, &honor_pin}) {

@@ -156,57 +156,33 @@ TEST_F(OverlayOnScreen, HidesBehindOtherProgramsAndStaysBesideOurDialogs)
 TEST_F(OverlayOnScreen, NeverTakesTheFocusByItself)
 {
     open(false);
-    const auto game_has_it = [this] {
-        return host_.foreground_window() == window_;
-    };
-    const std::pair<const char *, std::function<void()>> steps[] = {
-        {"move",
-         [this] {
-             overlay_->move(400, 300);
-         }},
-        {"refresh",
-         [this] {
-             QMetaObject::invokeMethod(overlay_.get(), "refresh_data");
-         }},
-        {"mode",
-         [this] {
-             overlay_->set_mode(0);
-         }},
-        {"size",
-         [this] {
-             overlay_->set_font_size(20);
-         }},
-        {"pin",
-         [this] {
-             overlay_->set_pinned(true);
-         }},
-        {"raise",
-         [this] {
-             overlay_->raise();
-         }},
-        {"clicks",
-         [this] {
-             settings_.set(settings::overlay_click_through, true);
-         }},
-        {"hide",
-         [this] {
-             overlay_->hide();
-         }},
-        {"show",
-         [this] {
-             overlay_->show();
-         }},
-    };
-    EXPECT_TRUE(game_has_it());
-    const Told activated(*overlay_, QEvent::WindowActivate);
-    for (const auto &[name, step] : steps) {
-        step();
-        // What the window manager makes of it has come by the time that it moves the game.
+    const auto expect_focus_on_game = [this](const char *after) {
+        // What the window manager makes of a step has come by the time that it moves the game.
         const int x = host_.window_rect(window_).x;
         tell_window(u"windowmove"_s, {QString::number(x + 40), u"100"_s});
-        ASSERT_TRUE(comes([&] { return host_.window_rect(window_).x != x; }));
-        EXPECT_TRUE(game_has_it()) << name;
-    }
+        EXPECT_TRUE(comes([&] { return host_.window_rect(window_).x != x; }));
+        EXPECT_EQ(host_.foreground_window(), window_) << after;
+    };
+    const Told activated(*overlay_, QEvent::WindowActivate);
+    expect_focus_on_game("opening");
+    overlay_->move(400, 300);
+    expect_focus_on_game("move");
+    QMetaObject::invokeMethod(overlay_.get(), "refresh_data");
+    expect_focus_on_game("refresh");
+    overlay_->set_mode(0);
+    expect_focus_on_game("mode");
+    overlay_->set_font_size(20);
+    expect_focus_on_game("size");
+    overlay_->set_pinned(true);
+    expect_focus_on_game("pin");
+    overlay_->raise();
+    expect_focus_on_game("raise");
+    settings_.set(settings::overlay_click_through, true);
+    expect_focus_on_game("clicks");
+    overlay_->hide();
+    expect_focus_on_game("hide");
+    overlay_->show();
+    expect_focus_on_game("show");
     EXPECT_EQ(activated.times, 0);
 }
 
