@@ -166,6 +166,8 @@ void FieldFightDetailsWindow::toggle_favorite()
     is_toggling_ = true;
     // Not here: while another program holds the store, writing waits for seconds. An asker in sight
     // runs its query once only.
+    // The question would go with the window.
+    setAttribute(Qt::WA_DeleteOnClose, false);
     favorite_.ask(
         [&db = around_.db, key = favorite_key_](const data::TallyDb &,
                                                 const queries::IsOutdated &) {
@@ -174,10 +176,18 @@ void FieldFightDetailsWindow::toggle_favorite()
             return wanted;
         },
         [this](bool is_favorite) {
-            is_toggling_ = false;
             show_favorite(is_favorite);
+            end_toggling();
         },
-        [this](const QString & /*why*/) { is_toggling_ = false; });
+        [this](const QString & /*why*/) { end_toggling(); });
+}
+
+void FieldFightDetailsWindow::end_toggling()
+{
+    is_toggling_ = false;
+    setAttribute(Qt::WA_DeleteOnClose);
+    if (!isVisible())
+        deleteLater();
 }
 
 void FieldFightDetailsWindow::show_favorite(bool is_favorite)
