@@ -164,10 +164,9 @@ void FieldFightDetailsWindow::toggle_favorite()
     if (favorite_key_.isEmpty() || is_toggling_)
         return;
     is_toggling_ = true;
+    setAttribute(Qt::WA_DeleteOnClose, false); // the question would go with the window
     // Not here: while another program holds the store, writing waits for seconds. An asker in sight
     // runs its query once only.
-    // The question would go with the window.
-    setAttribute(Qt::WA_DeleteOnClose, false);
     favorite_.ask(
         [&db = around_.db, key = favorite_key_](const data::TallyDb &,
                                                 const queries::IsOutdated &) {
