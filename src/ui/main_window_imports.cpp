@@ -149,6 +149,7 @@ data::MailImport MainWindow::import_dropped(const QUrl &url)
     try {
         return data::import_mail(local_path(url), around_.raw_dir, around_.db);
     } catch (const std::exception &failure) {
+        qCWarning(log_ui) << "drop import failed:" << url.fileName() << failure.what();
         return {false, platform::text_of(failure)};
     }
 }

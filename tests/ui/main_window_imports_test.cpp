@@ -1,3 +1,4 @@
+#include "support/log_capture.h"
 #include "support/plain_connection.h"
 #include "support/small_mails.h"
 #include "support/window_fixture.h"
@@ -114,7 +115,9 @@ TEST_F(Imports, AFailingFileDoesNotStopTheOthersOfADrop)
 {
     const QList<QUrl> urls = {add(mail.arg(1)), add(u"other"_s)};
     PlainConnection(fixture_.store.path).rows(u"DROP TABLE trial_reports"_s);
+    const LogCapture log;
     drop(urls);
+    EXPECT_EQ(LogCapture::lines(u"drop import failed:"_s).size(), 1);
     EXPECT_THAT(fixture_.message(),
                 testing::MatchesRegex("Drop import: 0 file\\(s\\) imported, 1 skipped\\. 1 mail "
                                       "could not be stored \\(.*\\); drop it again\\."));

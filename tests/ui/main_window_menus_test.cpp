@@ -4,10 +4,7 @@
 #include "ui/logo.h"
 
 #include <QApplication>
-#include <QLabel>
 #include <QMenu>
-#include <QMessageBox>
-#include <QTimer>
 
 #include <gmock/gmock.h>
 
@@ -164,35 +161,10 @@ TEST_F(Menus, AStoreThatFailsCostsTheSettingOnly)
     EXPECT_TRUE(checked(u"View/Overlay options/Pin to game window"_s));
 }
 
-TEST_F(Menus, TheAboutBoxNamesVersionMakerAndPage)
-{
-    fixture_.around.endpoint.product_page = u"https://page.example/?a&b"_s;
-    fixture_.open();
-    QString text;
-    QTimer::singleShot(0, [&text] {
-        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        ASSERT_TRUE(box);
-        text = box->windowTitle() + u'|' + box->text();
-        box->close();
-    });
-    fixture_.action(u"Help/About..."_s)->trigger();
-    EXPECT_EQ(text.toStdString(),
-              "About|<b>Ledgerline - Tallyhand</b><br>v2.0-alfa.072<br><br>© 2026 Fennbrook<br>"
-              "<a href=\"https://page.example/?a&amp;b\">https://page.example/?a&amp;b</a>");
-}
-
 TEST(Logo, EverySizeIsAPicture)
 {
     const QIcon logo = ui::logo();
     for (const int size : {64, 256})
         EXPECT_EQ(logo.pixmap(size).size(), QSize(size, size));
     EXPECT_FALSE(QImage(u":/icons/logo.png"_s).isNull());
-}
-
-TEST_F(Menus, TheStatusBarStartsReadyAndNamesTheVersion)
-{
-    const ui::MainWindow &window = fixture_.open();
-    EXPECT_EQ(fixture_.message(), "Ready.");
-    EXPECT_EQ(window.findChild<QLabel *>(u"versionLabel"_s)->text(),
-              u"Version: v2.0-alfa.072  © 2026 Fennbrook"_s);
 }

@@ -94,7 +94,7 @@ AttackTree::AttackTree(const QString &export_name, QWidget *parent) : QTreeWidge
     header()->setSectionsMovable(true);
     // The narrow columns have no room for the theme's padding beside their titles.
     setStyleSheet(QStringLiteral("QTreeWidget::item { padding: 2px 0; } "
-                                 "QHeaderView::section { padding: 6px 2px; }"));
+                                 "QHeaderView::section { padding: 6px 1px; }"));
     setAlternatingRowColors(true);
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::ExtendedSelection);

@@ -164,6 +164,7 @@ void FieldFightDetailsWindow::toggle_favorite()
     if (favorite_key_.isEmpty() || is_toggling_)
         return;
     is_toggling_ = true;
+    setAttribute(Qt::WA_DeleteOnClose, false); // the question would go with the window
     // Not here: while another program holds the store, writing waits for seconds. An asker in sight
     // runs its query once only.
     favorite_.ask(
@@ -174,10 +175,18 @@ void FieldFightDetailsWindow::toggle_favorite()
             return wanted;
         },
         [this](bool is_favorite) {
-            is_toggling_ = false;
             show_favorite(is_favorite);
+            end_toggling();
         },
-        [this](const QString & /*why*/) { is_toggling_ = false; });
+        [this](const QString & /*why*/) { end_toggling(); });
+}
+
+void FieldFightDetailsWindow::end_toggling()
+{
+    is_toggling_ = false;
+    setAttribute(Qt::WA_DeleteOnClose);
+    if (!isVisible())
+        deleteLater();
 }
 
 void FieldFightDetailsWindow::show_favorite(bool is_favorite)

@@ -34,6 +34,7 @@ private Q_SLOTS:
 private:
     QWidget *new_head(const AttackDetails &details);
     void ask_for_favorite();
+    void end_toggling();
     void show_favorite(bool is_favorite);
 
     Surroundings around_;

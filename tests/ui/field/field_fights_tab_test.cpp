@@ -4,6 +4,7 @@
 #include "settings/settings.h"
 #include "support/report_page_fixture.h"
 #include "ui/field/attack_tree.h"
+#include "ui/field/field_fight_details_window.h"
 #include "ui/field/field_fights_tab.h"
 #include "ui/parts/summary_card.h"
 
@@ -12,6 +13,8 @@
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QPointer>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTextEdit>
 #include <QWindow>
@@ -287,6 +290,26 @@ TEST_F(FieldFights, AttacksAreKeptAmongTheFavorites)
     EXPECT_EQ(star().text(), u"☆"_s);
     EXPECT_FALSE(store_.db.is_field_favorite(u"a"_s));
     close_dialog();
+}
+
+TEST_F(FieldFights, AStarThatWaitsForTheStoreOutlivesItsWindow)
+{
+    fight(u"a"_s, noon);
+    queries::StoreQueries busy(store_.db, std::chrono::nanoseconds(0));
+    auto let_go = std::make_shared<QSemaphore>();
+    queries::Asker other(busy, queries::Sight::Seen);
+    other.ask([let_go](const auto &, const auto &) { return let_go->tryAcquire(1, 5'000); },
+              [](bool) {});
+    const QPointer<QDialog> window = new ui::FieldFightDetailsWindow(
+        *store_.db.field_attack(u"a"_s, {}),
+        {.db = store_.db, .queries = busy, .settings = settings_, .host = host_});
+    window->show();
+    QTest::mouseClick(window->findChild<QPushButton *>(), Qt::LeftButton);
+    QTest::keyClick(window, Qt::Key_Escape);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    let_go->release();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !window; }));
+    EXPECT_TRUE(store_.db.is_field_favorite(u"a"_s));
 }
 
 TEST_F(FieldFights, TheWindowOfAnAttackKeepsTheSizeThatItIsGiven)
