@@ -51,6 +51,11 @@ void KeepToast::show_toast()
 {
     slot_index_ = static_cast<int>(active_toasts().size());
     active_toasts() << this;
+    // A game that changes the resolution, or a screen that goes, would leave it where nobody can
+    // click.
+    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &KeepToast::stack_again);
+    if (const QScreen *screen = QGuiApplication::primaryScreen())
+        connect(screen, &QScreen::availableGeometryChanged, this, &KeepToast::stack_again);
     stack_again();
     show();
     raise();

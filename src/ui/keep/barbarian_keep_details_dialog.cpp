@@ -4,6 +4,7 @@
 #include "ui/items/strip_label.h"
 #include "ui/keep/keep_texts.h"
 #include "ui/parts/plain_label.h"
+#include "ui/parts/value_texts.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -34,11 +35,11 @@ QFrame *new_participant(const data::TrialParticipantRow &participant, const QStr
     frame->setStyleSheet(
         QStringLiteral(".QFrame { background: rgba(80,80,80,0.08); border-radius: 3px; }"
                        ".QFrame:hover { background: rgba(120,150,220,0.12); }"));
-    auto *name =
-        plain_label(participant.player_name, QStringLiteral("font-weight: 600; font-size: 10pt;"));
+    auto *name = plain_label(name_text(participant.player_name),
+                             QStringLiteral("font-weight: 600; font-size: 10pt;"));
     name->setFixedWidth(name_width);
     name->setToolTip(
-        QStringLiteral("<span>%1</span>").arg(participant.player_name.toHtmlEscaped()));
+        QStringLiteral("<span>%1</span>").arg(name_text(participant.player_name).toHtmlEscaped()));
     // On a dark ground: on that of the light theme nobody could read the colour.
     const QString percent = QStringLiteral("%1%").arg(participant.damage_rate, 0, 'f', 2);
     auto *damage = new QLabel(
@@ -61,8 +62,8 @@ QFrame *new_participant(const data::TrialParticipantRow &participant, const QStr
 
 BarbarianKeepDetailsDialog::BarbarianKeepDetailsDialog(data::TrialDetail detail,
                                                        const QString &icon_dir, QWidget *parent)
-    : DetailsDialog(QStringLiteral("Keep Kill — %1").arg(detail.boss_name), {820, 540}, 0, 0,
-                    parent),
+    : DetailsDialog(QStringLiteral("Keep Kill — %1").arg(name_text(detail.boss_name)), {820, 540},
+                    0, 0, parent),
       detail_(std::move(detail))
 {
     add(head_label(detail_));

@@ -3,8 +3,8 @@
 #include "data/store/sql_values.h"
 #include "ui/parts/format_count.h"
 #include "ui/parts/local_time.h"
-
-#include <QDateTime>
+#include "ui/parts/utc_time.h"
+#include "ui/parts/value_texts.h"
 
 namespace tally::ui {
 namespace {
@@ -54,7 +54,7 @@ ItemRow keep_kill_row(const data::KeepKill &kill)
     RowCell time = left_cell(local_time_text(kill.event_time, QStringLiteral("yyyy-MM-dd HH:mm")));
     time.value = data::saturated<qint64>(kill.event_time * 1000.0);
     return {.key = kill.file_name,
-            .cells = {time, left_cell(kill.boss_name),
+            .cells = {time, left_cell(name_text(kill.boss_name)),
                       left_cell(keep_tile_text(kill.tile_x, kill.tile_y)),
                       right_cell(QStringLiteral("%1%").arg(kill.damage_rate, 0, 'f', 2),
                                  kill.damage_rate)}};
@@ -63,11 +63,11 @@ ItemRow keep_kill_row(const data::KeepKill &kill)
 QString keep_kill_headline(const data::TrialDetail &detail)
 {
     const QString time =
-        QDateTime::fromSecsSinceEpoch(data::saturated<qint64>(detail.event_time), Qt::UTC)
-            .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss 'UTC'"));
+        utc_time_text(detail.event_time, QStringLiteral("yyyy-MM-dd HH:mm:ss 'UTC'"));
     return QStringLiteral("<b>%1</b> &nbsp;·&nbsp; %2 &nbsp;·&nbsp; %3 &nbsp;·&nbsp; "
                           "%4 participants")
-        .arg(detail.boss_name.toHtmlEscaped(), keep_tile_text(detail.tile_x, detail.tile_y), time,
+        .arg(name_text(detail.boss_name).toHtmlEscaped(),
+             keep_tile_text(detail.tile_x, detail.tile_y), time,
              QString::number(detail.participants.size()));
 }
 

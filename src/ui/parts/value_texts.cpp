@@ -12,6 +12,11 @@ QString padded(qint64 number)
 
 } // namespace
 
+QString name_text(const QString &name)
+{
+    return name.isEmpty() ? QStringLiteral("?") : name;
+}
+
 QString duration_text(double seconds)
 {
     const auto whole = data::saturated<qint64>(seconds);

@@ -32,6 +32,15 @@ void set_style(QWidget &widget, const QString &style)
         widget.setStyleSheet(style);
 }
 
+/// Wraps what it says; a word too long for it is cut off rather than widening the dialog.
+QLabel *new_note(const QString &text = {}, const QString &style = {})
+{
+    QLabel *note = plain_label(text, style);
+    note->setWordWrap(true);
+    note->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Maximum);
+    return note;
+}
+
 QWidget *in_a_row(std::initializer_list<QWidget *> widgets)
 {
     auto *holder = new QWidget;
@@ -73,9 +82,7 @@ QFormLayout *SettingsDialog::new_folder_form()
     mailcache_edit_->setPlaceholderText(default_dir);
     mailcache_edit_->setAccessibleName(QStringLiteral("Game mailcache folder"));
     connect(mailcache_edit_, &QLineEdit::textChanged, this, &SettingsDialog::show_folder_note);
-    mailcache_note_ = plain_label({});
-    mailcache_note_->setWordWrap(true);
-    mailcache_note_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+    mailcache_note_ = new_note();
     auto *browse = new QPushButton(QStringLiteral("Browse..."));
     connect(browse, &QPushButton::clicked, this, &SettingsDialog::browse_mailcache);
     auto *help = new QLabel(folder_help(platform::mailcache_candidates()));
@@ -99,7 +106,7 @@ QGroupBox *SettingsDialog::new_keep_group()
     cooldown_spin_->setValue(settings_->get(settings::keep_cooldown_hours));
     notify_before_edit_ = new QLineEdit(settings_->get(settings::keep_notify_before_hours));
     notify_before_edit_->setPlaceholderText(QStringLiteral("e.g. 5,3,1"));
-    QLabel *understood = plain_label(hours_note(notify_before_edit_->text()), quiet);
+    QLabel *understood = new_note(hours_note(notify_before_edit_->text()), quiet);
     understood->setObjectName(QStringLiteral("hoursNote"));
     connect(notify_before_edit_, &QLineEdit::textChanged, understood,
             [understood](const QString &text) { understood->setText(hours_note(text)); });

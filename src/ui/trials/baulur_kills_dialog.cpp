@@ -2,6 +2,7 @@
 
 #include "data/store/tally_db.h"
 #include "ui/items/item_row_table.h"
+#include "ui/parts/value_texts.h"
 #include "ui/trials/trial_texts.h"
 
 #include <QLabel>
@@ -14,7 +15,8 @@ namespace tally::ui {
 BaulurKillsDialog::BaulurKillsDialog(queries::StoreQueries *queries, const QStringList &files,
                                      const QString &player, const QString &icon_dir,
                                      QWidget *parent)
-    : DetailsDialog(QStringLiteral("Player kills — %1").arg(player), {940, 520}, 10, 8, parent),
+    : DetailsDialog(QStringLiteral("Player kills — %1").arg(name_text(player)), {940, 520}, 10, 8,
+                    parent),
       player_(player), header_(new QLabel),
       view_(new ItemRowTable(
           {.name = QStringLiteral("Kills"),
@@ -25,7 +27,7 @@ BaulurKillsDialog::BaulurKillsDialog(queries::StoreQueries *queries, const QStri
       kills_(*queries, this)
 {
     header_->setTextFormat(Qt::RichText);
-    header_->setText(QStringLiteral("<b>%1</b>").arg(player_.toHtmlEscaped()));
+    header_->setText(QStringLiteral("<b>%1</b>").arg(name_text(player_).toHtmlEscaped()));
     add(header_);
     add(view_, 1);
     kills_.ask(
@@ -38,7 +40,7 @@ BaulurKillsDialog::BaulurKillsDialog(queries::StoreQueries *queries, const QStri
 void BaulurKillsDialog::show_kills(const std::vector<data::PlayerKill> &kills)
 {
     header_->setText(QStringLiteral("<b>%1</b>  ·  %2 kills in this session")
-                         .arg(player_.toHtmlEscaped(), QString::number(kills.size())));
+                         .arg(name_text(player_).toHtmlEscaped(), QString::number(kills.size())));
     std::vector<ItemRow> rows;
     std::transform(kills.begin(), kills.end(), std::back_inserter(rows), kill_row);
     view_->set_rows(std::move(rows));

@@ -92,7 +92,7 @@ QWidget *BaulurRunTab::new_page()
 void BaulurRunTab::refresh()
 {
     TrialQuestion question = filter_->question();
-    question.session_file = selected_session_.file_names.value(0);
+    question.session_files = selected_session_.file_names;
     figures_.ask(
         [question](const data::TallyDb &db, const queries::IsOutdated &is_outdated) {
             return trial_figures(db, question, is_outdated);
@@ -114,8 +114,7 @@ void BaulurRunTab::show_figures(const TrialFigures &figures)
         return;
     }
     // The user may have chosen another one while this was being counted.
-    const data::TrialSession *chosen =
-        session_with(sessions_, selected_session_.file_names.value(0));
+    const data::TrialSession *chosen = session_with(sessions_, selected_session_.file_names);
     if (!figures.selected)
         return ask_for_session(chosen ? *chosen : sessions_.front());
     if (chosen && *chosen != figures.selected->session)
@@ -157,7 +156,7 @@ void BaulurRunTab::ask_for_session(const data::TrialSession &session)
         },
         [this](const SessionFigures &figures) {
             // A refresh may have come in between.
-            if (session_with(sessions_, figures.session.file_names.value(0)))
+            if (session_with(sessions_, figures.session.file_names))
                 show_session(figures);
         });
 }

@@ -4,15 +4,19 @@
 #include "ui/parts/part_queries.h"
 #include "ui/trials/trial_texts.h"
 
+#include <QSet>
+
 #include <algorithm>
 
 namespace tally::ui {
 
 const data::TrialSession *session_with(const std::vector<data::TrialSession> &sessions,
-                                       const QString &file_name)
+                                       const QStringList &file_names)
 {
+    const QSet<QString> wanted(file_names.begin(), file_names.end());
     const auto found = std::ranges::find_if(sessions, [&](const data::TrialSession &session) {
-        return session.file_names.contains(file_name);
+        return std::ranges::any_of(session.file_names,
+                                   [&](const QString &file) { return wanted.contains(file); });
     });
     return found == sessions.end() ? nullptr : &*found;
 }
@@ -39,7 +43,7 @@ TrialFigures trial_figures(const data::TallyDb &db, const TrialQuestion &questio
     });
     if (!figures.sessions || figures.sessions->empty())
         return figures;
-    const data::TrialSession *selected = session_with(*figures.sessions, question.session_file);
+    const data::TrialSession *selected = session_with(*figures.sessions, question.session_files);
     const data::TrialSession &session = selected ? *selected : figures.sessions->front();
     queries.ask(figures.selected, [&] {
         return SessionFigures{session, db.session_players(session.file_names)};

@@ -21,8 +21,8 @@ struct TrialQuestion {
     double from = 0.0;  ///< seconds since the Unix epoch, as `to`; both included
     double to = 0.0;
     int gap_minutes = 60;
-    QString player;       ///< whose loot is summed up; empty for everybody's
-    QString session_file; ///< a kill of the session that is selected now; empty for none
+    QString player;            ///< whose loot is summed up; empty for everybody's
+    QStringList session_files; ///< the kills of the session that is selected now
 };
 
 /// The players of one session.
@@ -45,8 +45,8 @@ struct TrialFigures {
 TrialFigures trial_figures(const data::TallyDb &db, const TrialQuestion &question,
                            const std::function<bool()> &is_outdated);
 
-/// The session to which a kill belongs, by its file; null if there is none.
+/// The first session to which one of these kills belongs; null if there is none.
 const data::TrialSession *session_with(const std::vector<data::TrialSession> &sessions,
-                                       const QString &file_name);
+                                       const QStringList &file_names);
 
 } // namespace tally::ui

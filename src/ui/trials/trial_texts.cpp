@@ -3,8 +3,10 @@
 #include "data/store/sql_values.h"
 #include "ui/parts/format_count.h"
 #include "ui/parts/local_time.h"
+#include "ui/parts/value_texts.h"
 
 #include <algorithm>
+#include <iterator>
 #include <tuple>
 
 namespace tally::ui {
@@ -151,16 +153,18 @@ std::vector<data::LootStat> loot_card_order(std::vector<data::LootStat> stats)
 
 ItemRow session_row(const data::TrialSession &session)
 {
+    QStringList bosses;
+    std::ranges::transform(session.bosses, std::back_inserter(bosses), name_text);
     return {.key = session.file_names.value(0),
             .cells = {left_cell(session_time_text(session)),
-                      left_cell(session.bosses.join(QStringLiteral(" + "))),
+                      left_cell(bosses.join(QStringLiteral(" + "))),
                       centred_cell(QString::number(session.kills), session.kills)}};
 }
 
 ItemRow player_row(const data::SessionPlayer &player)
 {
     return {.key = player.name,
-            .cells = {left_cell(player.name),
+            .cells = {left_cell(name_text(player.name)),
                       centred_cell(QString::number(player.kills), player.kills)},
             .loot = player.loot};
 }
@@ -170,7 +174,8 @@ ItemRow kill_row(const data::PlayerKill &kill)
     return {.key = kill.file_name,
             .cells = {left_cell(
                           local_time_text(kill.event_time, QStringLiteral("yyyy-MM-dd HH:mm:ss"))),
-                      left_cell(kill.boss_name), centred_cell(tile_text(kill.tile_x, kill.tile_y)),
+                      left_cell(name_text(kill.boss_name)),
+                      centred_cell(tile_text(kill.tile_x, kill.tile_y)),
                       right_cell(QStringLiteral("%1%").arg(kill.damage_rate, 0, 'f', 2),
                                  kill.damage_rate)},
             .loot = strip_items(kill.loot)};

@@ -7,7 +7,6 @@ namespace tally::test {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr double hour = 3600.0;
 
@@ -30,14 +29,6 @@ protected:
     Settings settings_{store_.db};
     std::unique_ptr<services::KeepCooldownService> service_;
 };
-
-TEST_F(KeepPage, WaitsForAKill)
-{
-    open_page();
-    page_->refresh();
-    EXPECT_THAT(column(kills(), 0), IsEmpty());
-    EXPECT_TRUE(says(u"🏰 Barbarian Keep — Ready!"_s));
-}
 
 TEST_F(KeepPage, ShowsWhoseKillsTheyAreAndTheCountdownOfTheNewest)
 {

@@ -78,6 +78,10 @@ TEST_F(BaulurRun, KeepsTheSelectedSessionWhenAKillComesIn)
     page_->refresh();
     EXPECT_EQ(table(u"Sessions"_s).currentIndex().row(), 1);
     EXPECT_THAT(players(), ElementsAre("Ada", "Bob", "Joe"));
+    select_session(2);
+    sql(u"DELETE FROM trial_reports WHERE file_name = 'b1'"_s); // which began it
+    page_->refresh();
+    EXPECT_EQ(table(u"Sessions"_s).currentIndex().row(), 2);
 }
 
 TEST_F(BaulurRun, SumsUpTheChosenPlayerWithoutTouchingTheSessions)

@@ -77,6 +77,10 @@ TEST_F(SettingsDialogTest, StoresWhatIsConfirmedAndNothingElse)
     EXPECT_EQ(dialog_->findChild<QSpinBox *>()->value(), 240);
     EXPECT_TRUE(dialog_->findChild<QCheckBox *>()->isChecked());
     folder().setText(u" /new "_s);
+    const int width = dialog_->width();
+    hours().setText(QString(400, u'x'));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(dialog_->width(), width);
     press(u"Cancel"_s);
     EXPECT_EQ(settings_.get(settings::mailcache_dir), u"/old"_s);
 
