@@ -8,6 +8,7 @@
 #include "platform/updater/backups.h"
 #include "platform/updater/rollback_notes.h"
 #include "support/temp_store.h"
+#include "support/unprivileged.h"
 
 #include <QDir>
 #include <QFile>
@@ -102,9 +103,11 @@ TEST(RollbackMarker, AHealthyTimeRemovesAllBackupsButTheNewestTwo)
     const QString marker = folder.filePath(u"rollback-pending.txt"_s);
     make_file(marker);
     ASSERT_TRUE(folder.mkpath(u"another/plugins"_s));
+    std::filesystem::permissions(dir.path().toStdString(), std::filesystem::perms::all);
     for (const int age : {0, 2, 1, 3}) {
         const QString backup = folder.filePath(u"tallyhand-backup-v%1"_s.arg(age));
         ASSERT_TRUE(folder.mkpath(backup + u"/plugins"_s));
+        std::filesystem::permissions(backup.toStdString(), std::filesystem::perms::all);
         std::filesystem::last_write_time(backup.toStdString(),
                                          std::filesystem::file_time_type::clock::now() - age * 1h);
     }
@@ -112,6 +115,11 @@ TEST(RollbackMarker, AHealthyTimeRemovesAllBackupsButTheNewestTwo)
         QFile::link(folder.filePath(u"another"_s), folder.filePath(u"tallyhand-backup-x"_s)));
     EXPECT_EQ(platform::Updater::newest_backup(dir.path()),
               folder.filePath(u"tallyhand-backup-v0"_s));
+    {
+        const test::Unprivileged other;
+        EXPECT_EQ(platform::Updater::newest_backup(dir.path()).isEmpty(), geteuid() == 65534)
+            << "another's is not this user's, whatever he may do with it";
+    }
     QObject context;
     app::clear_rollback_marker_when_healthy(marker, &context, 1ms, dir.path());
     EXPECT_TRUE(QFile::exists(marker));

@@ -1,5 +1,6 @@
 #include "platform/updater/backups.h"
 
+#include "platform/updater/install.h"
 #include "platform/updater/update_log.h"
 
 #include <QDir>
@@ -7,11 +8,14 @@
 namespace tally::platform::Updater {
 namespace {
 
-/// Newest first. Others have backups of their own in a folder that all share.
+/// Newest first. Others have folders of their own, which may bear such a name, in a place that all
+/// share; what they let this user write is neither to be removed nor to be told of.
 QFileInfoList backups_in(const QString &temp_dir)
 {
-    return QDir(temp_dir).entryInfoList({QStringLiteral("tallyhand-backup-*")},
-                                        QDir::Dirs | QDir::NoSymLinks | QDir::Writable, QDir::Time);
+    QFileInfoList backups = QDir(temp_dir).entryInfoList({QStringLiteral("tallyhand-backup-*")},
+                                                         QDir::Dirs | QDir::NoSymLinks, QDir::Time);
+    backups.removeIf([](const QFileInfo &backup) { return !is_own(backup); });
+    return backups;
 }
 
 } // namespace

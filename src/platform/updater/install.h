@@ -9,6 +9,8 @@
 
 #include <functional>
 
+class QFileInfo;
+
 namespace tally::platform::Updater {
 
 /// How this system installs an update. Passed in, so that a test can look at what would be done.
@@ -30,6 +32,9 @@ InstallTools system_tools();
 
 /// Whether the program runs as administrator.
 bool is_elevated();
+
+/// Whether a file or folder is this user's, so far as others can have theirs in the same place.
+bool is_own(const QFileInfo &file);
 
 /// What keeps an update from being installed, as far as it can be told before it is downloaded:
 /// a tool that is missing, a folder that cannot be written, a path that a script cannot carry.

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -42,6 +43,11 @@ InstallTools system_tools()
 bool is_elevated()
 {
     return ::geteuid() == 0;
+}
+
+bool is_own(const QFileInfo &file)
+{
+    return file.ownerId() == ::geteuid();
 }
 
 } // namespace tally::platform::Updater

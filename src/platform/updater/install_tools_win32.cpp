@@ -56,4 +56,9 @@ bool is_elevated()
     return IsUserAnAdmin() != FALSE;
 }
 
+bool is_own(const QFileInfo &)
+{
+    return true; // each user has a folder of his own for what is temporary
+}
+
 } // namespace tally::platform::Updater

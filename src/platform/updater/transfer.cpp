@@ -11,6 +11,7 @@ namespace tally::platform::Updater {
 QNetworkRequest update_request(const QUrl &url, const Endpoint &endpoint)
 {
     constexpr int most_redirects = 10;
+    constexpr int longest_silence = 30'000; // ms
     QNetworkRequest request(url);
     request.setSslConfiguration(tls_of(endpoint));
     request.setHeader(QNetworkRequest::UserAgentHeader, QStringLiteral("Tallyhand-Updater"));
@@ -19,6 +20,9 @@ QNetworkRequest update_request(const QUrl &url, const Endpoint &endpoint)
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::NoLessSafeRedirectPolicy);
     request.setMaximumRedirectsAllowed(most_redirects);
+    // Of the body. A server that has stopped need not be waited for, and one whose headers never
+    // end would otherwise fill the memory with them.
+    request.setTransferTimeout(longest_silence);
     return request;
 }
 
