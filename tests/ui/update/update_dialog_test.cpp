@@ -136,6 +136,9 @@ TEST_F(Dialog, AnOfferCanBePostponedOrClosed)
     EXPECT_EQ(snoozed_version(&store_.db), u"v3"_s);
     EXPECT_EQ(snoozed_until(&store_.db)->toSecsSinceEpoch(), 1'800'086'400);
     clear_snooze(&store_.db);
+    QTest::keyClick(open().findChildren<QPushButton *>().last(), Qt::Key_Return);
+    EXPECT_EQ(snoozed_version(&store_.db), u"v3"_s) << "not the default button";
+    clear_snooze(&store_.db);
     QTest::keyClick(&open(), Qt::Key_Escape);
     EXPECT_FALSE(dialog_->isVisible());
     EXPECT_EQ(snoozed_until(&store_.db), std::nullopt);
