@@ -48,11 +48,12 @@ QProcessEnvironment XSession::environment() const
 
 bool XSession::start_server()
 {
-    // The server tells its number when it is ready to be connected to.
+    // The server tells its number when it is ready to be connected to. Without -noreset it starts
+    // anew when its last client goes, and takes nobody meanwhile.
     server_.start(QStringLiteral("Xvfb"),
-                  {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                   QStringLiteral("0"), QStringLiteral("1280x1024x24"), QStringLiteral("-ac"),
-                   QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+                  {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-noreset"),
+                   QStringLiteral("-screen"), QStringLiteral("0"), QStringLiteral("1280x1024x24"),
+                   QStringLiteral("-ac"), QStringLiteral("-nolisten"), QStringLiteral("tcp")});
     QByteArray number;
     while (!number.endsWith('\n')) {
         if (!server_.waitForReadyRead(start_ms))
