@@ -33,6 +33,19 @@ xcb_window_t x_window(WindowHandle window)
     return window <= widest ? static_cast<xcb_window_t>(window) : xcb_window_t{XCB_WINDOW_NONE};
 }
 
+std::uint32_t first_of(const std::vector<std::uint32_t> &numbers)
+{
+    return numbers.empty() ? 0 : numbers.front();
+}
+
+/// Whether a window manager runs. The lists on the root outlive a manager that crashed, so that the
+/// window which it names, and which dies with it, must name itself.
+bool names_itself(const std::vector<std::uint32_t> &manager,
+                  const std::vector<std::uint32_t> &named_by_it)
+{
+    return !manager.empty() && named_by_it == manager;
+}
+
 } // namespace
 
 X11Windows::X11Windows(std::string display) : display_(std::move(display)) {}
@@ -90,17 +103,25 @@ void X11Windows::take_events()
         ++changes_;
 }
 
-std::vector<std::uint32_t> X11Windows::numbers(xcb_window_t window, Atom property)
+xcb_get_property_cookie_t X11Windows::ask(xcb_window_t window, Atom property)
+{
+    return xcb_get_property(connection_, 0, window, atoms_[property], XCB_GET_PROPERTY_TYPE_ANY, 0,
+                            longest_property);
+}
+
+std::vector<std::uint32_t> X11Windows::answer_to(xcb_get_property_cookie_t asked)
 {
     const ReplyPtr<xcb_get_property_reply_t> reply{
-        xcb_get_property_reply(connection_,
-                               xcb_get_property(connection_, 0, window, atoms_[property],
-                                                XCB_GET_PROPERTY_TYPE_ANY, 0, longest_property),
-                               nullptr)};
+        xcb_get_property_reply(connection_, asked, nullptr)};
     if (!reply || reply->format != 32)
         return {};
     const auto *first = static_cast<const std::uint32_t *>(xcb_get_property_value(reply.get()));
     return {first, first + reply->value_len};
+}
+
+std::vector<std::uint32_t> X11Windows::numbers(xcb_window_t window, Atom property)
+{
+    return answer_to(ask(window, property));
 }
 
 std::optional<std::string> X11Windows::bytes(xcb_window_t window, xcb_atom_t property,
@@ -115,12 +136,10 @@ std::optional<std::string> X11Windows::bytes(xcb_window_t window, xcb_atom_t pro
     return std::string{first, first + reply->value_len};
 }
 
-/// Whether a window manager runs. The lists on the root outlive a manager that crashed, so that
-/// the window which it names, and which dies with it, must name itself.
 bool X11Windows::managed()
 {
-    const std::vector<std::uint32_t> check = numbers(root_, SupportingWmCheck);
-    return !check.empty() && numbers(check.front(), SupportingWmCheck) == check;
+    const std::vector<std::uint32_t> manager = numbers(root_, SupportingWmCheck);
+    return names_itself(manager, numbers(first_of(manager), SupportingWmCheck));
 }
 
 std::vector<xcb_window_t> X11Windows::children_of_root()
@@ -168,11 +187,16 @@ bool X11Windows::minimised(WindowHandle window)
 {
     if (!connected())
         return false;
-    const std::vector<std::uint32_t> states = numbers(x_window(window), NetWmState);
-    if (std::find(states.begin(), states.end(), atoms_[NetWmStateHidden]) != states.end())
-        return true;
-    const std::vector<std::uint32_t> wm_state = numbers(x_window(window), WmState);
-    return !wm_state.empty() && wm_state.front() == iconic_state;
+    const auto state = ask(x_window(window), NetWmState);
+    return is_minimised(state, ask(x_window(window), WmState));
+}
+
+bool X11Windows::is_minimised(xcb_get_property_cookie_t state, xcb_get_property_cookie_t icon_state)
+{
+    const std::vector<std::uint32_t> states = answer_to(state);
+    const std::vector<std::uint32_t> icon_states = answer_to(icon_state);
+    return std::find(states.begin(), states.end(), atoms_[NetWmStateHidden]) != states.end() ||
+           first_of(icon_states) == iconic_state;
 }
 
 std::u16string X11Windows::title(WindowHandle window)
@@ -189,25 +213,31 @@ std::uint32_t X11Windows::process_id(WindowHandle window)
 {
     if (window == no_window || !connected())
         return 0;
-    const std::vector<std::uint32_t> pid = numbers(x_window(window), NetWmPid);
-    return pid.empty() ? 0 : pid.front();
+    return first_of(numbers(x_window(window), NetWmPid));
 }
 
 WindowRect X11Windows::outer_rect(WindowHandle window)
 {
-    if (!connected())
-        return {};
-    const xcb_window_t client = x_window(window);
-    const auto geometry_cookie = xcb_get_geometry(connection_, client);
-    const auto origin_cookie = xcb_translate_coordinates(connection_, client, root_, 0, 0);
+    return connected() ? answer_to(ask_rect(x_window(window))) : WindowRect{};
+}
+
+X11Windows::RectQuestion X11Windows::ask_rect(xcb_window_t window)
+{
+    return {xcb_get_geometry(connection_, window),
+            xcb_translate_coordinates(connection_, window, root_, 0, 0),
+            ask(window, NetFrameExtents)};
+}
+
+WindowRect X11Windows::answer_to(const RectQuestion &asked)
+{
     const ReplyPtr<xcb_get_geometry_reply_t> geometry{
-        xcb_get_geometry_reply(connection_, geometry_cookie, nullptr)};
+        xcb_get_geometry_reply(connection_, asked.geometry, nullptr)};
     const ReplyPtr<xcb_translate_coordinates_reply_t> origin{
-        xcb_translate_coordinates_reply(connection_, origin_cookie, nullptr)};
+        xcb_translate_coordinates_reply(connection_, asked.origin, nullptr)};
+    const std::vector<std::uint32_t> extents = answer_to(asked.frame);
     if (!geometry || !origin)
         return {};
     std::array<int, 4> frame{}; // left, right, top, bottom
-    const std::vector<std::uint32_t> extents = numbers(client, NetFrameExtents);
     if (extents.size() == frame.size()) {
         std::transform(extents.begin(), extents.end(), frame.begin(), [](std::uint32_t extent) {
             return static_cast<int>(std::min<std::uint32_t>(extent, 0x7FFF));
@@ -224,10 +254,12 @@ WindowHandle X11Windows::foreground()
 {
     if (!connected())
         return no_window;
-    if (managed()) {
-        const std::vector<std::uint32_t> active = numbers(root_, ActiveWindow);
-        return active.empty() ? no_window : active.front();
-    }
+    return managed() ? first_of(numbers(root_, ActiveWindow)) : focused_top_level();
+}
+
+/// Who has the keyboard, where no window manager tells.
+WindowHandle X11Windows::focused_top_level()
+{
     const ReplyPtr<xcb_get_input_focus_reply_t> focus{
         xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr)};
     return focus ? top_level_of(focus->focus) : no_window;
@@ -238,7 +270,7 @@ WindowLook X11Windows::look_at(WindowHandle window)
     if (!connected())
         return {};
     if (window == no_window)
-        return ask_all(window);
+        return ask_all(window).look;
     take_events();
     const unsigned changes = changes_;
     const auto now = std::chrono::steady_clock::now();
@@ -255,9 +287,9 @@ WindowLook X11Windows::look_at(WindowHandle window)
         front_before = kept->look.foreground_process_id;
         looks_.erase(kept);
     }
-    WindowLook look = ask_all(window);
+    auto [look, is_managed] = ask_all(window);
     // Who has the focus where no manager runs is told to nobody.
-    if (look.usable && managed())
+    if (look.usable && is_managed)
         looks_.push_back({window, changes, now, look});
     // While the focus goes from one window to another, no window has it for a moment: that counts
     // from the next look on.
@@ -275,10 +307,32 @@ void X11Windows::watch(WindowHandle window)
     xcb_change_window_attributes(connection_, x_window(window), XCB_CW_EVENT_MASK, &events);
 }
 
-WindowLook X11Windows::ask_all(WindowHandle window)
+/// Sends what it asks before it awaits the first answer: one question after the other would hold
+/// the caller up a dozen times.
+X11Windows::FullLook X11Windows::ask_all(WindowHandle handle)
 {
-    return {visible(window) && !minimised(window), outer_rect(window), process_id(window),
-            process_id(foreground())};
+    const xcb_window_t window = x_window(handle);
+    const auto attributes_asked = xcb_get_window_attributes(connection_, window);
+    const auto state = ask(window, NetWmState);
+    const auto icon_state = ask(window, WmState);
+    const RectQuestion rect = ask_rect(window);
+    const auto process = ask(window, NetWmPid);
+    const auto manager_asked = ask(root_, SupportingWmCheck);
+    const auto active = ask(root_, ActiveWindow);
+    const ReplyPtr<xcb_get_window_attributes_reply_t> attributes{
+        xcb_get_window_attributes_reply(connection_, attributes_asked, nullptr)};
+    const bool is_shown = !is_minimised(state, icon_state) && attributes &&
+                          attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+    FullLook full{{is_shown, answer_to(rect), first_of(answer_to(process)), 0}, false};
+
+    const std::vector<std::uint32_t> manager = answer_to(manager_asked);
+    const auto check = ask(first_of(manager), SupportingWmCheck);
+    const auto front = ask(first_of(answer_to(active)), NetWmPid);
+    full.is_managed = names_itself(manager, answer_to(check));
+    full.look.foreground_process_id = first_of(answer_to(front));
+    if (!full.is_managed)
+        full.look.foreground_process_id = process_id(focused_top_level());
+    return full;
 }
 
 /// The ancestor that is a child of the root; toolkits often focus a window within.

@@ -50,13 +50,30 @@ private:
         AtomCount
     };
 
+    /// What has been asked and still is to be answered.
+    struct RectQuestion {
+        xcb_get_geometry_cookie_t geometry;
+        xcb_translate_coordinates_cookie_t origin;
+        xcb_get_property_cookie_t frame;
+    };
+    struct FullLook {
+        WindowLook look;
+        bool is_managed = false; ///< whether a window manager runs
+    };
+
     bool connected();
     void connect();
     void take_events();
     bool managed();
     void watch(WindowHandle window);
-    WindowLook ask_all(WindowHandle window);
+    FullLook ask_all(WindowHandle window);
+    xcb_get_property_cookie_t ask(xcb_window_t window, Atom property);
+    RectQuestion ask_rect(xcb_window_t window);
+    std::vector<std::uint32_t> answer_to(xcb_get_property_cookie_t asked);
+    WindowRect answer_to(const RectQuestion &asked);
     std::vector<std::uint32_t> numbers(xcb_window_t window, Atom property);
+    bool is_minimised(xcb_get_property_cookie_t state, xcb_get_property_cookie_t icon_state);
+    WindowHandle focused_top_level();
     std::optional<std::string> bytes(xcb_window_t window, xcb_atom_t property, xcb_atom_t type);
     std::vector<xcb_window_t> children_of_root();
     xcb_window_t top_level_of(xcb_window_t window);
