@@ -323,16 +323,16 @@ X11Windows::FullLook X11Windows::ask_all(WindowHandle handle)
         xcb_get_window_attributes_reply(connection_, attributes_asked, nullptr)};
     const bool is_shown = !is_minimised(state, icon_state) && attributes &&
                           attributes->map_state == XCB_MAP_STATE_VIEWABLE;
-    FullLook full{{is_shown, answer_to(rect), first_of(answer_to(process)), 0}, false};
+    const WindowRect outer = answer_to(rect);
+    const std::uint32_t owner = first_of(answer_to(process));
 
     const std::vector<std::uint32_t> manager = answer_to(manager_asked);
     const auto check = ask(first_of(manager), SupportingWmCheck);
-    const auto front = ask(first_of(answer_to(active)), NetWmPid);
-    full.is_managed = names_itself(manager, answer_to(check));
-    full.look.foreground_process_id = first_of(answer_to(front));
-    if (!full.is_managed)
-        full.look.foreground_process_id = process_id(focused_top_level());
-    return full;
+    const auto front_asked = ask(first_of(answer_to(active)), NetWmPid);
+    const bool is_managed = names_itself(manager, answer_to(check));
+    const std::uint32_t front = first_of(answer_to(front_asked));
+    return {{is_shown, outer, owner, is_managed ? front : process_id(focused_top_level())},
+            is_managed};
 }
 
 /// The ancestor that is a child of the root; toolkits often focus a window within.
