@@ -56,8 +56,8 @@ QString attack_title(const Row &row)
     const QString place =
         count < 2 ? QString() : QStringLiteral("  (attack %1/%2)").arg(number).arg(count);
     return QStringLiteral("Field Fight: %1 vs %2%3")
-        .arg(or_otherwise(row.name(QStringLiteral("player_name")), QStringLiteral("?")),
-             or_otherwise(row.name(QStringLiteral("enemy_name")), QStringLiteral("?")), place);
+        .arg(name_text(row.name(QStringLiteral("player_name"))),
+             name_text(row.name(QStringLiteral("enemy_name"))), place);
 }
 
 QString head_line(const Row &row)
@@ -138,7 +138,7 @@ SideDetails side_details(const Row &row, const QString &prefix, const QString &t
 
 QString side_title(const QString &pattern, const QString &name, const QString &alliance)
 {
-    return pattern.arg(or_otherwise(name, QStringLiteral("?")), alliance);
+    return pattern.arg(name_text(name), alliance);
 }
 
 } // namespace

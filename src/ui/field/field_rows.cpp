@@ -3,6 +3,7 @@
 #include "data/store/sql_values.h"
 #include "ui/parts/format_count.h"
 #include "ui/parts/utc_time.h"
+#include "ui/parts/value_texts.h"
 
 #include <QHash>
 #include <QStringList>
@@ -80,10 +81,8 @@ QString enemies_text(const std::vector<FieldAttack> &attacks, const Indexes &whi
 {
     constexpr qsizetype named = 3;
     std::set<QString> enemies;
-    for (const std::size_t index : which) {
-        const QString &name = attacks[index].enemy;
-        enemies.insert(name.isEmpty() ? QStringLiteral("?") : name);
-    }
+    for (const std::size_t index : which)
+        enemies.insert(name_text(attacks[index].enemy));
     const QStringList names(enemies.begin(), enemies.end());
     QString text = names.first(std::min(named, names.size())).join(QStringLiteral(", "));
     if (names.size() > named)
