@@ -41,7 +41,8 @@ endif()
 
 if(TALLY_TSAN)
   # What it adds to the code makes g++ 12 think that moved optionals are uninitialised.
-  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer -Wno-maybe-uninitialized)
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer -fno-optimize-sibling-calls
+                      -Wno-maybe-uninitialized)
   add_link_options(-fsanitize=thread)
 endif()
 

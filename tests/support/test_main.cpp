@@ -1,10 +1,10 @@
-#include <QCoreApplication>
+#include "support/queue_order.h"
 
 #include <gtest/gtest.h>
 
 int main(int argc, char *argv[])
 {
-    const QCoreApplication application(argc, argv);
+    const tally::test::OrderedApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }
