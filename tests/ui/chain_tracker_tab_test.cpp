@@ -105,6 +105,7 @@ TEST_F(ChainTracker, ARefreshLeavesTheUserWhereHeIs)
     EXPECT_EQ(list->currentItem()->text().toStdString(), chosen);
     EXPECT_EQ(list->verticalScrollBar()->value(), 3);
     EXPECT_EQ(table->selectionModel()->selectedRows().size(), 1);
+    EXPECT_EQ(table->currentIndex().row(), 0);
 }
 
 TEST_F(ChainTracker, AClickOrEnterOnAPairOpensItsRounds)

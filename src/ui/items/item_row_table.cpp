@@ -121,6 +121,7 @@ ItemRowTable::Place ItemRowTable::place() const
     place.current = key_of(currentIndex());
     if (verticalScrollBar()->value() > 0)
         place.top = key_of(indexAt({0, 0}));
+    place.left = horizontalScrollBar()->value();
     return place;
 }
 
@@ -140,6 +141,7 @@ void ItemRowTable::go_back(const Place &place)
     const QModelIndex top = place.top.isEmpty() ? model_->index(0, 0) : index_of(place.top);
     if (top.isValid())
         scrollTo(top, QAbstractItemView::PositionAtTop);
+    horizontalScrollBar()->setValue(place.left);
 }
 
 } // namespace tally::ui

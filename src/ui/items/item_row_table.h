@@ -52,7 +52,8 @@ private:
     struct Place {
         QSet<QString> selected;
         QString current;
-        QString top; ///< empty if it is the first one
+        QString top;  ///< empty if it is the first one
+        int left = 0; ///< of the horizontal bar
     };
     Place place() const;
     void go_back(const Place &place);

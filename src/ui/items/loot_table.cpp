@@ -45,16 +45,24 @@ void LootTable::show_rows(std::vector<data::LootStat> rows, int total_rounds)
     QStringList selected_items;
     for (const QModelIndex &row : selectionModel()->selectedRows())
         selected_items << row.data().toString();
+    const QString current_item = currentIndex().siblingAtColumn(0).data().toString();
     const int scrolled = verticalScrollBar()->value();
 
     model_->set_rows(std::move(rows), total_rounds);
 
     QItemSelection selected;
+    QModelIndex current;
     for (int row = 0; row < model_->rowCount(); ++row) {
         const QModelIndex index = model_->index(row, 0);
-        if (selected_items.contains(index.data().toString()))
+        const QString item = index.data().toString();
+        if (selected_items.contains(item))
             selected.select(index, index);
+        if (item == current_item)
+            current = index;
     }
+    setAutoScroll(false); // to the current row
+    selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+    setAutoScroll(true);
     selectionModel()->select(selected, QItemSelectionModel::Select | QItemSelectionModel::Rows);
     verticalScrollBar()->setValue(scrolled);
 }

@@ -15,7 +15,8 @@ namespace tally::ui {
 class LootTableModel;
 
 /// The table of a `LootTableModel`, whose rows can be copied and exported. New rows leave the user
-/// where he is: with the items that he selected, at the place that he scrolled to.
+/// where he is: with the items that he selected, at the row of the keyboard and the place
+/// that he scrolled to.
 class LootTable : public QTableView {
     Q_OBJECT
 

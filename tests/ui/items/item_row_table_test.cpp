@@ -81,6 +81,23 @@ TEST_F(ReportTable, KeepsSelectionAndPlaceWhenRowsComeInAbove)
     EXPECT_EQ(table_.key_of(selected.front()), u"302"_s);
 }
 
+TEST_F(ReportTable, KeepsItsPlaceToTheSide)
+{
+    std::vector<ItemRow> rows = rows_from(1, 50);
+    rows.front().loot.resize(20);
+    table_.set_rows(rows);
+    QTest::qWait(0);
+    ASSERT_TRUE(table_.select_key(u"3"_s));
+    for (const int scrolled : {0, 4}) {
+        table_.verticalScrollBar()->setValue(scrolled);
+        table_.horizontalScrollBar()->setValue(500);
+        rows.insert(rows.begin() + 1, rows_from(100 + scrolled, 1).front());
+        table_.set_rows(rows);
+        QTest::qWait(0);
+        EXPECT_EQ(table_.horizontalScrollBar()->value(), 500);
+    }
+}
+
 TEST_F(ReportTable, ShowsNewRowsToWhoLooksAtTheTop)
 {
     ASSERT_TRUE(table_.select_key(u"101"_s));
