@@ -21,10 +21,9 @@ void complete(data::LootStat &row)
         row.total_value = data::saturated<qint64>(row.pieces * row.unit_value + 0.5);
 }
 
-ChainGap chain_gap(const data::TallyDb &db, const ChainFilter &filter)
+ChainGap chain_gap(const data::TallyDb &db, const ChainFilter &filter, const QString &mail_folder)
 {
-    const QString folder = db.setting_or(QStringLiteral("mailcache_dir"), {});
-    return {!folder.isEmpty() && QFileInfo(folder).isDir(),
+    return {!mail_folder.isEmpty() && QFileInfo(mail_folder).isDir(),
             db.last_chain(filter.btype, filter.player)};
 }
 
@@ -44,7 +43,7 @@ std::vector<data::LootStat> loot_rows(std::vector<data::LootStat> rows)
     return rows;
 }
 
-ChainFigures chain_figures(const data::TallyDb &db, const ChainQuestion &question,
+ChainFigures chain_figures(const data::TallyDb &db, const ChainPageQuestion &question,
                            const std::function<bool()> &is_outdated)
 {
     ChainFigures figures;
@@ -62,7 +61,8 @@ ChainFigures chain_figures(const data::TallyDb &db, const ChainQuestion &questio
     const std::optional<double> player = figures.filter.player;
     asking.ask(figures.summary, [&] { return db.summary(btype, from, to, player); });
     if (figures.summary && figures.summary->files == 0)
-        asking.ask(figures.gap, [&] { return chain_gap(db, figures.filter); });
+        asking.ask(figures.gap,
+                   [&] { return chain_gap(db, figures.filter, question.mail_folder); });
     asking.ask(figures.best_in_filter, [&] { return db.best_chain(btype, from, to, player); });
     asking.ask(figures.best_overall, [&] { return db.best_chain(btype, {}, {}, {}); });
     asking.ask(figures.hourly, [&] { return db.hourly(btype, from, to, player); });

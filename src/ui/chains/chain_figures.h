@@ -17,10 +17,11 @@ class TallyDb;
 
 namespace tally::ui {
 
-/// What is asked for, with the player who is chosen now: he stays if his account still exists.
-struct ChainQuestion {
+/// What the page asks for, with the player who is chosen now: he stays if his account still exists.
+struct ChainPageQuestion {
     ChainFilter filter;
     QString player_text; ///< his entry; empty before the first choice
+    QString mail_folder; ///< of the settings; empty if there is none
 };
 
 /// What there is where no chain fits the filter.
@@ -45,7 +46,7 @@ struct ChainFigures {
 
 /// Asks one query after the other; never throws.
 /// \param is_outdated asked between the queries: what it ends early is of no use
-ChainFigures chain_figures(const data::TallyDb &db, const ChainQuestion &question,
+ChainFigures chain_figures(const data::TallyDb &db, const ChainPageQuestion &question,
                            const std::function<bool()> &is_outdated);
 
 /// Loot in the order of the table, with the names that have arrived since it was counted.

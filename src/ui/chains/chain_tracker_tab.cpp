@@ -1,6 +1,8 @@
 #include "ui/chains/chain_tracker_tab.h"
 
 #include "data/store/tally_db.h"
+#include "settings/catalogue.h"
+#include "settings/settings.h"
 #include "ui/chains/chain_cards.h"
 #include "ui/chains/chain_filter_bar.h"
 #include "ui/chains/chain_gap_notes.h"
@@ -73,7 +75,8 @@ void ChainTrackerTab::refresh()
 {
     filter_->set_shown_period(filter_->period());
     around_.db.free_ap_mode = filter_->ap_source();
-    const ChainQuestion question = {current_filter(), filter_->player_text()};
+    const ChainPageQuestion question = {current_filter(), filter_->player_text(),
+                                        around_.settings.get(settings::mailcache_dir)};
     if (figures_.sight() == queries::Sight::Hidden)
         ask_for_accounts();
     figures_.ask(
