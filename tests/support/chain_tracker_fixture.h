@@ -137,20 +137,14 @@ protected:
     QComboBox &player_combo() const { return *named<QComboBox>(u"Player"_s); }
     std::string player() const { return player_combo().currentText().toStdString(); }
 
-    /// Closes the window that comes up. \return what it says
-    static std::shared_ptr<std::string> close_what_comes()
+    /// Closes the box that has come up. \return what it says
+    static std::string close_box()
     {
-        auto text = std::make_shared<std::string>("nothing came");
-        QTimer::singleShot(0, qApp, [text] {
-            QWidget *window = QApplication::activeModalWidget();
-            if (!window)
-                return;
-            *text = window->windowTitle().toStdString();
-            if (auto *box = qobject_cast<QMessageBox *>(window))
-                *text += ": " + box->text().toStdString();
-            window->close();
-        });
-        return text;
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (!box)
+            return "nothing came";
+        box->close();
+        return (box->windowTitle() + u": "_s + box->text()).toStdString();
     }
 
     TempStore store_;

@@ -105,10 +105,12 @@ protected:
             throw std::runtime_error("no dialog has opened");
         return *dialog;
     }
-    static void close_dialog()
+    void close_dialog() const
     {
         dialog().reject();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        page_->activateWindow(); // as a window manager does
+        EXPECT_TRUE(QTest::qWaitForWindowActive(page_.get()));
     }
 
     const LocalZone zone_{"Europe/Berlin"};

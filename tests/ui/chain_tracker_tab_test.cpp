@@ -140,16 +140,14 @@ TEST_F(ChainTracker, APairWithoutChainsOrWithoutAStoreSaysSo)
     list->setFocus();
     list->setCurrentRow(0);
     break_store(u"DELETE FROM reports"_s);
-    auto said = close_what_comes();
     QTest::keyClick(list, Qt::Key_Return);
-    EXPECT_EQ(*said, "No data: No chains found for this hero pair in the current filter.");
+    EXPECT_EQ(close_box(), "No data: No chains found for this hero pair in the current filter.");
     break_store(u"DROP TABLE reports"_s);
     tab_->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(tab_.get()));
     list->setFocus();
-    said = close_what_comes();
     QTest::keyClick(list, Qt::Key_Return);
-    EXPECT_THAT(*said, HasSubstr("Error: Failed to load chains: TallyDb fatal: "));
+    EXPECT_THAT(close_box(), HasSubstr("Error: Failed to load chains: TallyDb fatal: "));
     tab_->refresh(); // now the list says that it is empty
 }
 

@@ -5,34 +5,26 @@
 #include "queries/asker.h"
 #include "ui/chains/hero_pair_list.h"
 #include "ui/chains/round_overview_window.h"
-
-#include <QMessageBox>
+#include "ui/parts/message_box.h"
+#include "ui/parts/quiet_modal.h"
 
 namespace tally::ui {
 namespace {
-
-/// What the store says may look like rich text.
-void show_box(QMessageBox::Icon icon, const QString &title, const QString &text, QWidget *parent)
-{
-    QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
-    box.setTextFormat(Qt::PlainText);
-    box.exec();
-}
 
 void open_window(queries::StoreQueries &queries, const HeroPairChoice &pair,
                  std::vector<data::ChainHead> heads, const QString &icon_dir, QWidget *parent)
 {
     if (heads.empty()) {
-        show_box(QMessageBox::Information, QStringLiteral("No data"),
-                 QStringLiteral("No chains found for this hero pair in the current filter."),
-                 parent);
+        show_late_box(QMessageBox::Information, QStringLiteral("No data"),
+                      QStringLiteral("No chains found for this hero pair in the current filter."),
+                      parent);
         return;
     }
     const data::MasterCache &master = data::MasterCache::instance();
     auto *window =
         new RoundOverviewWindow(queries, master.hero_name(pair.hero_1),
                                 master.hero_name(pair.hero_2), std::move(heads), icon_dir, parent);
-    window->show();
+    open_quietly(*window, Qt::ApplicationModal);
 }
 
 } // namespace
@@ -50,8 +42,8 @@ void open_round_overview(queries::Asker &asker, queries::StoreQueries &queries,
             open_window(queries, pair, std::move(heads), icon_dir, parent);
         },
         [parent](const QString &what) {
-            show_box(QMessageBox::Warning, QStringLiteral("Error"),
-                     QStringLiteral("Failed to load chains: %1").arg(what), parent);
+            show_late_box(QMessageBox::Warning, QStringLiteral("Error"),
+                          QStringLiteral("Failed to load chains: %1").arg(what), parent);
         });
 }
 

@@ -8,6 +8,7 @@
 #include "ui/field/field_filter_bar.h"
 #include "ui/field/kept_columns.h"
 #include "ui/parts/page_view.h"
+#include "ui/parts/quiet_modal.h"
 #include "ui/parts/summary_box.h"
 #include "ui/parts/utc_time.h"
 
@@ -116,7 +117,7 @@ void FieldFightsTab::on_row_double_click(QTreeWidgetItem *item, int /*col*/)
                     const queries::IsOutdated &) { return db.field_attack(file_name, id); },
                 [this](const std::optional<QVariantMap> &row) {
                     if (row)
-                        (new FieldFightDetailsWindow(*row, around_, window()))->show();
+                        open_quietly(*new FieldFightDetailsWindow(*row, around_, window()));
                 });
 }
 

@@ -7,6 +7,7 @@
 #include "ui/parts/message_box.h"
 #include "ui/parts/page_view.h"
 #include "ui/parts/plain_label.h"
+#include "ui/parts/quiet_modal.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -106,18 +107,19 @@ void BarbarianKeepTab::on_row_activated(const QModelIndex &index)
                              const queries::IsOutdated &) { return db.trial_detail(file_name); },
                  [this](const std::optional<data::TrialDetail> &detail) { show_details(detail); },
                  [this](const QString &failure) {
-                     show_box(QMessageBox::Warning, QStringLiteral("Error"),
-                              QStringLiteral("Failed to load kill details: %1").arg(failure), this);
+                     show_late_box(QMessageBox::Warning, QStringLiteral("Error"),
+                                   QStringLiteral("Failed to load kill details: %1").arg(failure),
+                                   this);
                  });
 }
 
 void BarbarianKeepTab::show_details(const std::optional<data::TrialDetail> &detail)
 {
     if (detail)
-        (new BarbarianKeepDetailsDialog(*detail, icon_dir_, this))->show();
+        open_quietly(*new BarbarianKeepDetailsDialog(*detail, icon_dir_, this));
     else
-        show_box(QMessageBox::Information, QStringLiteral("No data"),
-                 QStringLiteral("Details for this kill are no longer available."), this);
+        show_late_box(QMessageBox::Information, QStringLiteral("No data"),
+                      QStringLiteral("Details for this kill are no longer available."), this);
 }
 
 } // namespace tally::ui

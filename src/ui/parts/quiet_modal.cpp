@@ -1,25 +1,25 @@
 #include "ui/parts/quiet_modal.h"
 
 #include <QApplication>
-#include <QDialog>
 #include <QEvent>
+#include <QWidget>
 
 namespace tally::ui {
 namespace {
 
-/// Makes a dialog modal when the window below it gets the keyboard.
+/// Makes a window modal when the one below it gets the keyboard.
 class LateModality : public QObject {
 public:
-    LateModality(QDialog &dialog, Qt::WindowModality modality)
-        : QObject(&dialog), dialog_(dialog), modality_(modality)
+    LateModality(QWidget &window, Qt::WindowModality modality)
+        : QObject(&window), window_(window), modality_(modality)
     {
-        dialog.parentWidget()->window()->installEventFilter(this);
+        window.parentWidget()->window()->installEventFilter(this);
     }
 
-    bool eventFilter(QObject *window, QEvent *event) override
+    bool eventFilter(QObject *below, QEvent *event) override
     {
         if (event->type() == QEvent::WindowActivate) {
-            window->removeEventFilter(this);
+            below->removeEventFilter(this);
             QMetaObject::invokeMethod(
                 this, [this] { take_hold(); }, Qt::QueuedConnection);
         }
@@ -30,31 +30,31 @@ private:
     void take_hold()
     {
         deleteLater();
-        if (!dialog_.isVisible())
+        if (!window_.isVisible())
             return;
-        const QPoint place = dialog_.pos();
-        dialog_.hide();
-        dialog_.setAttribute(Qt::WA_ShowWithoutActivating, false);
-        dialog_.setWindowModality(modality_);
-        dialog_.move(place); // else some window managers add the frame to it
-        dialog_.show();
+        const QPoint place = window_.pos();
+        window_.hide();
+        window_.setAttribute(Qt::WA_ShowWithoutActivating, false);
+        window_.setWindowModality(modality_);
+        window_.move(place); // else some window managers add the frame to it
+        window_.show();
     }
 
-    QDialog &dialog_;
+    QWidget &window_;
     Qt::WindowModality modality_;
 };
 
 } // namespace
 
-void open_quietly(QDialog &dialog, Qt::WindowModality modality)
+void open_quietly(QWidget &window, Qt::WindowModality modality)
 {
     // On X11 a modal window takes the keyboard whatever its attributes say.
-    const bool is_quiet = !QApplication::activeWindow() && dialog.parentWidget();
-    dialog.setAttribute(Qt::WA_ShowWithoutActivating, is_quiet);
-    dialog.setWindowModality(is_quiet ? Qt::NonModal : modality);
+    const bool is_quiet = !QApplication::activeWindow() && window.parentWidget();
+    window.setAttribute(Qt::WA_ShowWithoutActivating, is_quiet);
+    window.setWindowModality(is_quiet ? Qt::NonModal : modality);
     if (is_quiet)
-        new LateModality(dialog, modality);
-    dialog.show();
+        new LateModality(window, modality);
+    window.show();
 }
 
 } // namespace tally::ui
