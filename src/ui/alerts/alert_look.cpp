@@ -1,6 +1,5 @@
 #include "ui/alerts/alert_look.h"
 
-#include <QLabel>
 #include <QPainter>
 #include <QStyleOption>
 
@@ -11,14 +10,6 @@ void make_alert(QWidget &alert)
     alert.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     alert.setAttribute(Qt::WA_DeleteOnClose);
     alert.setCursor(Qt::PointingHandCursor);
-}
-
-QLabel *alert_label(const QString &text, const QString &style)
-{
-    auto *label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setStyleSheet(style);
-    return label;
 }
 
 void paint_alert(QWidget &alert)

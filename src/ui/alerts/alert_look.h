@@ -1,8 +1,5 @@
 #pragma once
 
-#include <QString>
-
-class QLabel;
 class QWidget;
 
 namespace tally::ui {
@@ -11,7 +8,6 @@ namespace tally::ui {
 
 /// Frameless, on top of everything, deleted when it is closed, with a hand for a pointer.
 void make_alert(QWidget &alert);
-QLabel *alert_label(const QString &text, const QString &style);
 /// To be called from `paintEvent`: the background of a style sheet is drawn by nobody else.
 void paint_alert(QWidget &alert);
 

@@ -2,6 +2,7 @@
 
 #include "ui/alerts/alert_look.h"
 #include "ui/alerts/keep_toast.h"
+#include "ui/parts/plain_label.h"
 
 #include <QEvent>
 #include <QGuiApplication>
@@ -29,9 +30,9 @@ QRect banner_place(const QRect &available)
 }
 
 BarbarianKeepOverlay::BarbarianKeepOverlay(QWidget *parent)
-    : QWidget(parent), title_(alert_label(QStringLiteral("🏰  BARBARIAN KEEP AVAILABLE"),
+    : QWidget(parent), title_(plain_label(QStringLiteral("🏰  BARBARIAN KEEP AVAILABLE"),
                                           title_style.arg(largest_title))),
-      body_(alert_label(QStringLiteral("please go kill — don't waste time!"),
+      body_(plain_label(QStringLiteral("please go kill — don't waste time!"),
                         QStringLiteral("color: #ffffff; font-size: 15pt; font-weight: 500;")))
 {
     make_alert(*this);
@@ -39,7 +40,7 @@ BarbarianKeepOverlay::BarbarianKeepOverlay(QWidget *parent)
         QStringLiteral("tally--ui--BarbarianKeepOverlay {  background: qlineargradient(x1:0, y1:0, "
                        "x2:1, y2:1,     stop:0 #601818, stop:1 #300808);  border: 3px "
                        "solid #ffcf40;}"));
-    QLabel *hint = alert_label(QStringLiteral("(click anywhere to dismiss)"),
+    QLabel *hint = plain_label(QStringLiteral("(click anywhere to dismiss)"),
                                QStringLiteral("color: rgba(255,255,255,0.75); font-size: 9pt;"));
     setAccessibleName(title_->text());
     auto *layout = new QVBoxLayout(this);

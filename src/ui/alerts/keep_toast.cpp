@@ -2,6 +2,7 @@
 
 #include "ui/alerts/alert_look.h"
 #include "ui/alerts/toast_places.h"
+#include "ui/parts/plain_label.h"
 
 #include <QGuiApplication>
 #include <QLabel>
@@ -26,11 +27,11 @@ KeepToast::KeepToast(const QString &title, const QString &body, QWidget *parent)
     layout->setContentsMargins(14, 10, 14, 10);
     layout->setSpacing(4);
     layout->addWidget(
-        alert_label(title, QStringLiteral("color: #ffcf40; font-size: 12pt; font-weight: 700;")));
-    QLabel *text = alert_label(body, QStringLiteral("color: #ffffff; font-size: 10pt;"));
+        plain_label(title, QStringLiteral("color: #ffcf40; font-size: 12pt; font-weight: 700;")));
+    QLabel *text = plain_label(body, QStringLiteral("color: #ffffff; font-size: 10pt;"));
     text->setWordWrap(true);
     layout->addWidget(text);
-    layout->addWidget(alert_label(QStringLiteral("(click to dismiss)"),
+    layout->addWidget(plain_label(QStringLiteral("(click to dismiss)"),
                                   QStringLiteral("color: rgba(255,255,255,0.55); font-size: 8pt;")),
                       0, Qt::AlignRight);
 }

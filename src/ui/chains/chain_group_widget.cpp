@@ -1,11 +1,16 @@
 #include "ui/chains/chain_group_widget.h"
 
+#include "ui/parts/plain_label.h"
+
 #include <QLabel>
 #include <QVBoxLayout>
 
 namespace tally::ui {
 
-ChainGroupWidget::ChainGroupWidget(QWidget *parent) : QFrame(parent), head_(new QLabel)
+ChainGroupWidget::ChainGroupWidget(QWidget *parent)
+    : QFrame(parent),
+      head_(plain_label({}, QStringLiteral("background: rgba(120,150,220,0.15); padding: 6px 10px; "
+                                           "font-weight: bold; border-radius: 3px;")))
 {
     setFrameShape(QFrame::StyledPanel);
     // A style sheet writes the "::" of a class name as "--".
@@ -15,9 +20,6 @@ ChainGroupWidget::ChainGroupWidget(QWidget *parent) : QFrame(parent), head_(new 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(8, 6, 8, 6);
     layout->setSpacing(spacing);
-    head_->setTextFormat(Qt::PlainText);
-    head_->setStyleSheet(QStringLiteral("background: rgba(120,150,220,0.15); padding: 6px 10px; "
-                                        "font-weight: bold; border-radius: 3px;"));
     layout->addWidget(head_);
     layout->addStretch();
 }

@@ -1,6 +1,7 @@
 #include "ui/chains/column_headers.h"
 
 #include "ui/chains/round_columns.h"
+#include "ui/parts/plain_label.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -10,12 +11,9 @@ namespace {
 
 QLabel *header_label(const QString &text, const QString &more_style = {})
 {
-    auto *label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setStyleSheet(QStringLiteral("font-weight: bold; color: #888; font-size: 9pt; "
-                                        "text-transform: uppercase;") +
-                         more_style);
-    return label;
+    return plain_label(text, QStringLiteral("font-weight: bold; color: #888; font-size: 9pt; "
+                                            "text-transform: uppercase;") +
+                                 more_style);
 }
 
 } // namespace

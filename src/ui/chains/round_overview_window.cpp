@@ -3,6 +3,7 @@
 #include "data/store/tally_db.h"
 #include "ui/chains/chain_list.h"
 #include "ui/chains/column_headers.h"
+#include "ui/parts/plain_label.h"
 
 #include <QLabel>
 #include <QScrollBar>
@@ -18,10 +19,9 @@ constexpr QSize default_size(1080, 800);
 
 QWidget *banner(const QString &text)
 {
-    auto *label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setStyleSheet(QStringLiteral("background: rgba(88, 101, 242, 0.85); color: white; "
-                                        "padding: 12px 20px; font-size: 12pt; font-weight: bold;"));
+    QLabel *label = plain_label(
+        text, QStringLiteral("background: rgba(88, 101, 242, 0.85); color: white; "
+                             "padding: 12px 20px; font-size: 12pt; font-weight: bold;"));
     // Names of any length leave the window its width.
     label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     return label;

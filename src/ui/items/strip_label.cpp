@@ -2,6 +2,7 @@
 
 #include "ui/items/item_rows.h"
 #include "ui/items/loot_strip.h"
+#include "ui/parts/plain_label.h"
 
 #include <QLabel>
 
@@ -11,8 +12,7 @@ QLabel *new_strip_label(const std::vector<data::LootStripItem> &loot, const QStr
                         int tile_size)
 {
     constexpr int gap = 3;
-    auto *label = new QLabel;
-    label->setTextFormat(Qt::PlainText);
+    QLabel *label = plain_label({});
     label->setPixmap(render_loot_strip(loot, icon_dir, tile_size, gap));
     label->setToolTip(loot_words(loot, QStringLiteral("\n")));
     label->setAccessibleName(loot_words(loot, QStringLiteral("; ")));
