@@ -45,14 +45,6 @@ TEST_F(ChainTracker, ItStartsWithTheDayOfTheFirstAccount)
     EXPECT_EQ(loot_text(4), "100.0%"); // of the kills
 }
 
-TEST_F(ChainTracker, TheLastMinuteBelongsToTheDay)
-{
-    add_chain(midnight + 24.0 * hour - 0.5, 1);
-    add_chain(midnight + 24.0 * hour, 5);
-    open();
-    EXPECT_EQ(card(u"wins"_s), "1\n(100.0%)");
-}
-
 TEST_F(ChainTracker, ANewDateStartsOrEndsItsDay)
 {
     open();

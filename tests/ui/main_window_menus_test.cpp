@@ -117,13 +117,15 @@ TEST_F(Menus, ChosenOptionsAreStored)
     for (const QString &path :
          {u"View/Overlay options/Font size/14 pt"_s,
           u"View/Overlay options/Mode/Compact (1 line)"_s,
-          u"View/Overlay options/Pin to game window"_s, u"View/Tracker options/Font size/8 pt"_s,
+          u"View/Overlay options/Pin to game window"_s,
+          u"View/Overlay options/Let clicks through"_s, u"View/Tracker options/Font size/8 pt"_s,
           u"View/Tracker options/Pin to game window"_s,
           u"View/Tracker options/Pin to game window"_s})
         fixture_.action(path)->trigger();
     EXPECT_EQ(fixture_.setting(u"overlay_font_size"_s), "14");
     EXPECT_EQ(fixture_.setting(u"overlay_mode"_s), "compact1");
     EXPECT_EQ(fixture_.setting(u"overlay_pinned"_s), "1");
+    EXPECT_EQ(fixture_.setting(u"overlay_click_through"_s), "1");
     EXPECT_EQ(fixture_.setting(u"honor_tracker_font_size"_s), "8");
     EXPECT_EQ(fixture_.setting(u"honor_tracker_pinned"_s), "0");
 }
