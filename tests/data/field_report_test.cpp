@@ -236,6 +236,16 @@ TEST(FieldReport, MoreThanAnyMailHoldsIsRefused)
     EXPECT_THROW(field_in(test::field_of_buffs(data::max_buffs_of_hero + 1)), data::OversizedMail);
 }
 
+TEST(FieldReport, MailCutAnywhereIsNoReport)
+{
+    const QByteArray whole = field(
+        attack(entry(
+            "CIdt", map({entry("HWBs", map({entry("1", map({entry("Buffs", text("7_0.1"))}))}))}))),
+        self_char(entry("HId", number(1))));
+    for (qsizetype size = 0; size < whole.size(); ++size)
+        EXPECT_FALSE(field_in(QByteArray(whole.constData(), size)));
+}
+
 TEST(HeroTexts, SkillsNeedIdAndLevelAndComeByNumber)
 {
     const auto skill = [](const QVariant &id, const QVariant &level) {
