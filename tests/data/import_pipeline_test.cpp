@@ -145,19 +145,6 @@ TEST(ImportDir, TakesMailFilesOnlyAndCallsBackEvery200FilesAndAtTheEnd)
     EXPECT_EQ(calls, expected);
 }
 
-TEST(ImportDir, OfWhatIsNoFolderCountsOneErrorAndDoesNothingElse)
-{
-    TempStore store;
-    bool called = false;
-    const auto progress = [&](int, int, int) {
-        called = true;
-    };
-    const auto stats = import_dir(u"/nowhere"_s, {}, store.db, progress, nullptr);
-    EXPECT_EQ(stats.errors, 1);
-    EXPECT_EQ(stats.scanned, 0);
-    EXPECT_FALSE(called);
-}
-
 TEST(ImportDir, StopsBetweenFilesWhenCancelled)
 {
     const TempMails mails;

@@ -167,13 +167,9 @@ TEST(PlayerEntries, TheChosenOneStaysWhileHisAccountExists)
     EXPECT_EQ(ui::chosen_player(none, {u"Gone"_s, 3.0}), 0U);
     EXPECT_EQ(two.at(2).id, 2.0);
     EXPECT_EQ(two.at(0).id, std::nullopt);
-}
-
-TEST(PlayerEntries, OfTwoWithOneNameTheChosenOneStays)
-{
-    const auto overtaken = ui::player_entries({{2.0, u"Bob"_s, 9}, {1.0, u"Bob"_s, 8}});
-    EXPECT_EQ(ui::chosen_player(overtaken, {u"Bob"_s, 1.0}), 2U);
-    EXPECT_EQ(ui::chosen_player(overtaken, {u"Bob"_s, 3.0}), 1U);
+    const auto of_one_name = ui::player_entries({{2.0, u"Bob"_s, 9}, {1.0, u"Bob"_s, 8}});
+    EXPECT_EQ(ui::chosen_player(of_one_name, {u"Bob"_s, 1.0}), 2U);
+    EXPECT_EQ(ui::chosen_player(of_one_name, {u"Bob"_s, 3.0}), 1U);
 }
 
 TEST(HeroPairs, AHeroWithoutANameShowsHisId)
