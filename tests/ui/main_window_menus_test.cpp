@@ -1,9 +1,7 @@
 #include "settings/catalogue.h"
-#include "support/plain_connection.h"
 #include "support/window_fixture.h"
 #include "ui/logo.h"
 
-#include <QApplication>
 #include <QMenu>
 
 #include <gmock/gmock.h>
@@ -152,15 +150,6 @@ TEST_F(Menus, AThemeTakesEffectAtOnceAndIsStored)
         window.ensurePolished();
         EXPECT_EQ(window.palette().color(QPalette::Window).name(), back);
     }
-}
-
-TEST_F(Menus, AStoreThatFailsCostsTheSettingOnly)
-{
-    fixture_.open();
-    PlainConnection(fixture_.store.path).rows(u"DROP TABLE settings"_s);
-    fixture_.action(u"View/Theme/Light"_s)->trigger();
-    fixture_.action(u"View/Overlay options/Pin to game window"_s)->trigger();
-    EXPECT_TRUE(checked(u"View/Overlay options/Pin to game window"_s));
 }
 
 TEST(Logo, EverySizeIsAPicture)
