@@ -117,5 +117,30 @@ TEST_F(TrackedGame, KilledInTheMiddleOfAReadLeavesTheEstimateAsItWas)
     EXPECT_EQ(service_->snapshot().estimated, 1'284'234);
 }
 
+TEST_F(TrackedGame, AStopInTheMiddleOfAReadEndsItAndLetsTheGameGo)
+{
+    GameProcess game{*session, {u"--noise-mib"_s, u"64"_s}};
+    ASSERT_TRUE(game.ready());
+    std::atomic<int> reads = 0;
+    QSemaphore in_the_middle;
+    QSemaphore stopping;
+    host_->on_read = [&] {
+        if (++reads == 20) {
+            in_the_middle.release();
+            stopping.tryAcquire(1, bound_ms);
+        }
+    };
+    service_->start();
+    const auto has_begun = [&in_the_middle] {
+        return in_the_middle.tryAcquire();
+    };
+    ASSERT_TRUE(QTest::qWaitFor(has_begun, bound_ms));
+    service_->request_end();
+    stopping.release();
+    EXPECT_TRUE(service_->wait_until(QDeadlineTimer(bound_ms)));
+    EXPECT_EQ(reads, 20);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !service_->snapshot().running; }, bound_ms));
+}
+
 } // namespace
 } // namespace tally::honor
