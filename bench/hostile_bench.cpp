@@ -1,12 +1,12 @@
 // What the import of one mail takes at most, in memory and processor time. Each mail is made to
 // cost much and imported by a process of its own. hostile_bench [NAME]
 
+#include "costly_mails.h"
 #include "data/import/import_pipeline.h"
 #include "data/import/mail_file.h"
 #include "data/store/tally_db.h"
 #include "figure.h"
 #include "platform/files/exact_files.h"
-#include "support/hostile_mails.h"
 
 #include <QFile>
 #include <QProcess>
@@ -86,7 +86,7 @@ int run_out_of_memory()
     }
 }
 
-Cost cost_of(const test::HostileMail &mail)
+Cost cost_of(const bench::CostlyMail &mail)
 {
     const QTemporaryDir dir;
     {
@@ -121,7 +121,7 @@ int main(int argc, char *argv[])
     if (argc == 2 && std::strcmp(argv[1], "--run-out-of-memory") == 0)
         return run_out_of_memory();
     Cost worst;
-    for (const test::HostileMail &mail : test::hostile_mails()) {
+    for (const bench::CostlyMail &mail : bench::costly_mails()) {
         if (argc > 1 && !std::strstr(mail.name, argv[1]))
             continue;
         const Cost cost = cost_of(mail);

@@ -104,10 +104,3 @@ TEST(FortReport, DamageIsThePercentageBehindTheWord)
     for (const auto &[content, damage] : damages)
         EXPECT_EQ(report_of(entry("content", text(content))).damage_percent, damage) << content;
 }
-
-TEST(FortReport, MailCutAnywhereIsNoReport)
-{
-    const QByteArray whole = fort(entry("content", text("dealt 37 %")));
-    for (qsizetype size = 0; size < whole.size(); ++size)
-        EXPECT_FALSE(fort_in(QByteArray(whole.constData(), size)));
-}

@@ -3,8 +3,8 @@
 #include "data/import/battle_file.h"
 #include "data/master/master_cache.h"
 #include "mail_encoder.h"
-#include "platform/files/exact_files.h"
 #include "support/hostile_mails.h"
+#include "support/log_capture.h"
 #include "support/plain_connection.h"
 #include "support/small_mails.h"
 #include "support/temp_mails.h"
@@ -105,18 +105,15 @@ TEST(ImportDir, NamesAMailBeyondAllBoundsOnceAndGoesOn)
 {
     const TempMails mails;
     TempStore store;
-    static QStringList lines;
-    lines.clear();
-    const auto log_before = qInstallMessageHandler(
-        [](QtMsgType, const QMessageLogContext &, const QString &line) { lines << line; });
+    const test::LogCapture log;
     mails.add(u"Persistent.Mail.1"_s, test::chain_of_shared_loot(5'000), chain_start);
     mails.add(u"Persistent.Mail.2"_s, chain_mail(), chain_start);
     EXPECT_EQ(import(mails, store.db).imported, 1);
     import(mails, store.db);
-    qInstallMessageHandler(log_before);
-    const QString refusal = u"passed over \"Persistent.Mail.1\" because it has more than 4096 loot "
-                            "entries in a round"_s;
-    EXPECT_EQ(lines.count(refusal), 1) << lines.join(u'\n').toStdString();
+    EXPECT_EQ(test::LogCapture::lines(u"passed over \"Persistent.Mail.1\" because it has more "
+                                      "than 4096 loot entries in a round"_s)
+                  .size(),
+              1);
 }
 
 TEST(ImportDir, TakesMailFilesOnlyAndCallsBackEvery200FilesAndAtTheEnd)
@@ -148,19 +145,6 @@ TEST(ImportDir, TakesMailFilesOnlyAndCallsBackEvery200FilesAndAtTheEnd)
     EXPECT_EQ(calls, expected);
 }
 
-TEST(ImportDir, OfWhatIsNoFolderCountsOneErrorAndDoesNothingElse)
-{
-    TempStore store;
-    bool called = false;
-    const auto progress = [&](int, int, int) {
-        called = true;
-    };
-    const auto stats = import_dir(u"/nowhere"_s, {}, store.db, progress, nullptr);
-    EXPECT_EQ(stats.errors, 1);
-    EXPECT_EQ(stats.scanned, 0);
-    EXPECT_FALSE(called);
-}
-
 TEST(ImportDir, StopsBetweenFilesWhenCancelled)
 {
     const TempMails mails;
@@ -177,19 +161,6 @@ TEST(ImportDir, StopsBetweenFilesWhenCancelled)
     EXPECT_EQ(calls, 2) << "once at 200 and once at the end";
 }
 
-TEST(ImportDir, GoesOnBehindAFileWhoseLookUpFails)
-{
-    const TempMails mails;
-    TempStore store;
-    mails.add(u"Persistent.Mail.1"_s, chain_mail());
-    mails.add(u"Persistent.Mail.2"_s, chain_mail());
-    text_in(store, u"DROP TABLE fort_reports"_s);
-    const ImportStats stats = import(mails, store.db);
-    EXPECT_EQ(stats.scanned, 2);
-    EXPECT_EQ(stats.errors, 2);
-    EXPECT_EQ(stats.imported, 0);
-}
-
 TEST(ImportDir, LinksAFortToAChainThatIsImportedLater)
 {
     const TempMails mails;
@@ -202,19 +173,6 @@ TEST(ImportDir, LinksAFortToAChainThatIsImportedLater)
     mails.add(chain, chain_mail());
     import(mails, store.db);
     EXPECT_EQ(text_in(store, linked), chain);
-}
-
-TEST(ImportFile, KeepsTheFirstVersionOfAFileAsItsRawCopy)
-{
-    const TempMails mails;
-    const QTemporaryDir data;
-    TempStore store;
-    const QString raw = data.filePath(u"deep/raw"_s);
-    const QString name = u"Persistent.Mail.1"_s;
-    import_file(mails.add(name, "half a mail"), raw, store.db);
-    EXPECT_TRUE(import_file(mails.add(name, chain_mail()), raw, store.db))
-        << "a file that was torn is imported when it has become whole";
-    EXPECT_EQ(platform::read_file(QDir(raw).filePath(name)), "half a mail");
 }
 
 TEST(ImportFile, TakesLevelsFromTheReferenceTables)

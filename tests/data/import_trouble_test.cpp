@@ -48,7 +48,7 @@ protected:
     const test::TempMails mails_;
     test::TempStore store_;
     const QTemporaryDir data_;
-    const QString raw_dir_ = data_.filePath(u"raw"_s);
+    const QString raw_dir_ = data_.filePath(u"deep/raw"_s);
     test::LogCapture log_;
 };
 
@@ -77,6 +77,8 @@ TEST_F(ImportTroubles, EachErrorIsLoggedWithTheNameOfItsMail)
         add(name);
     run(u"DROP TABLE fort_reports"_s);
     const ImportStats stats = import();
+    EXPECT_EQ(stats.scanned, 3);
+    EXPECT_EQ(stats.imported, 0);
     EXPECT_EQ(stats.errors, 3);
     EXPECT_EQ(stats.trouble.mails, 3);
     for (const QString &name : names)

@@ -1,7 +1,6 @@
 #include "data/mail/mail_value.h"
 
 #include "mail_encoder.h"
-#include "support/plain_decoder.h"
 #include "support/print_qt.h"
 
 #include <QThread>
@@ -48,16 +47,6 @@ QString error_of(const QByteArray &mail)
 }
 
 } // namespace
-
-TEST(MailValue, ValuesKeepTheirTypes)
-{
-    const QByteArray mail = root_marker +
-                            map({entry("type", text("Battle")), entry("flag", small_value(255)),
-                                 entry("level", hex("034046800000000000"))}) +
-                            "\xff";
-    EXPECT_EQ(test::description(parse_bytes(mail)),
-              u"{t9:mailScene={t4:flag=i255,t5:level=d4046800000000000,t4:type=t6:Battle,},}");
-}
 
 TEST(MailValue, OnlyTheTreeBehindTheFirstMarkerIsRead)
 {

@@ -37,32 +37,30 @@ struct FortStore : TempStore {
 
 } // namespace
 
-struct Chains {
-    std::vector<std::pair<double, bool>> starts; ///< and whether a round is marked
-    QString link;                                ///< start of the chain that is linked
-};
-
-class StoreLink : public testing::TestWithParam<Chains> {};
-
-TEST_P(StoreLink, GoesToTheNearestMarkedChainElseTheNearestWithin300Seconds)
+TEST(StoreLinks, GoToTheNearestMarkedChainElseTheNearestWithin300Seconds)
 {
-    FortStore store;
-    for (const auto &[start, marked] : GetParam().starts)
-        store.add_chain(QString::number(start), start, marked);
-    EXPECT_EQ(store.db.link_fort_to_chains(), GetParam().link == u"NULL" ? 0 : 1);
-    EXPECT_EQ(store.link(), GetParam().link);
-    for (const auto &[start, marked] : GetParam().starts)
-        EXPECT_EQ(store.flags(QString::number(start)),
-                  marked || QString::number(start) == GetParam().link ? u"1|0" : u"0|0");
+    const struct {
+        std::vector<std::pair<double, bool>> starts; ///< and whether a round is marked
+        QString link;                                ///< start of the chain that is linked
+    } cases[] = {{{{9900, false}, {10299, true}, {10250, true}}, u"10250"_s},
+                 {{{9800, false}, {10100, false}, {10301, true}}, u"10100"_s},
+                 {{{9700, false}}, u"9700"_s},
+                 {{{9699.5, false}}, u"NULL"_s},
+                 {{{10300, false}}, u"10300"_s},
+                 {{{10300.5, false}}, u"NULL"_s},
+                 {{{9699.5, true}}, u"NULL"_s},
+                 {{{10300, true}}, u"10300"_s}};
+    for (const auto &[starts, link] : cases) {
+        FortStore store;
+        for (const auto &[start, marked] : starts)
+            store.add_chain(QString::number(start), start, marked);
+        EXPECT_EQ(store.db.link_fort_to_chains(), link == u"NULL" ? 0 : 1);
+        EXPECT_EQ(store.link(), link);
+        for (const auto &[start, marked] : starts)
+            EXPECT_EQ(store.flags(QString::number(start)),
+                      marked || QString::number(start) == link ? u"1|0" : u"0|0");
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    , StoreLink,
-    testing::Values(Chains{{{9900, false}, {10299, true}, {10250, true}}, u"10250"_s},
-                    Chains{{{9800, false}, {10100, false}, {10301, true}}, u"10100"_s},
-                    Chains{{{9700, false}}, u"9700"_s}, Chains{{{9699.5, false}}, u"NULL"_s},
-                    Chains{{{10300, false}}, u"10300"_s}, Chains{{{10300.5, false}}, u"NULL"_s},
-                    Chains{{{9699.5, true}}, u"NULL"_s}, Chains{{{10300, true}}, u"10300"_s}));
 
 TEST(StoreLinks, AFortWithoutAChainIsLookedAtAgain)
 {

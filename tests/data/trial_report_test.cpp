@@ -134,11 +134,3 @@ TEST(TrialReport, NumbersThatNoIntHoldsCountAsMissing)
     }
     EXPECT_EQ(participant_of(entry("order", number(-2147483648.9))).order_, -2147483648);
 }
-
-TEST(TrialReport, MailCutAnywhereIsNoReport)
-{
-    const QByteArray whole =
-        trial(someone(entry("loots", map({entry(1.0, map({entry("Type", number(4))}))}))));
-    for (qsizetype size = 0; size < whole.size(); ++size)
-        EXPECT_FALSE(trial_in(QByteArray(whole.constData(), size)));
-}

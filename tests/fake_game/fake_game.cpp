@@ -29,8 +29,7 @@ Options options_of(int argc, char **argv)
                     {"records", "1000"},
                     {"rank", "500"},
                     {"stride", "192"},
-                    {"noise-mib", "0"},
-                    {"honor-off", "0"}};
+                    {"noise-mib", "0"}};
     for (int i = 1; i + 1 < argc; i += 2)
         options[argv[i] + 2] = argv[i + 1];
     return options;
@@ -98,7 +97,7 @@ int main(int argc, char **argv)
 
     const MemoryNoise noise{number(options, "noise-mib"), people, options.count("churn") != 0};
     char *roll = people.empty() ? nullptr : lay_roll_amid_decoys(people, stride);
-    FakeWindow window{options.at("title"), options.count("no-window") == 0};
+    FakeWindow window{options.at("title")};
     if (options.count("undumpable") != 0)
         prctl(PR_SET_DUMPABLE, 0);
     std::cout << "ready" << std::endl;

@@ -9,7 +9,7 @@ namespace tally::test {
 /// A plain top-level X11 window of 640 by 360, at 120, 90 where nobody places it elsewhere.
 class FakeWindow {
 public:
-    FakeWindow(const std::string &title, bool wanted);
+    explicit FakeWindow(const std::string &title);
     ~FakeWindow();
     FakeWindow(const FakeWindow &) = delete;
     FakeWindow &operator=(const FakeWindow &) = delete;

@@ -236,6 +236,12 @@ TEST_F(HonorService, AStopEndsTheReadBeforeTheReaderIsDetached)
     const QStringList told = told_until(u"Read OK"_s);
     EXPECT_EQ(told.count(u"started"_s), 2) << told.join(u'\n').toStdString();
     EXPECT_THAT(told.filter(u"No data"_s), IsEmpty()) << "of the read that was stopped";
+
+    service_->request_end();
+    EXPECT_TRUE(service_->wait_until(QDeadlineTimer(bound_ms)));
+    service_->trigger_sync();
+    service_->start();
+    EXPECT_FALSE(service_->snapshot().running) << "the program is leaving";
 }
 
 TEST_F(HonorService, AReadThatHangsOutlivesTheServiceWithItsReader)

@@ -1,4 +1,5 @@
 #include "platform/files/exact_files.h"
+#include "platform/files/folder_stamp.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -92,6 +93,20 @@ TEST(FileId, TellsAFileFromItsReplacement)
     ASSERT_EQ(std::rename(qPrintable(other), qPrintable(path)), 0);
     EXPECT_NE(file_id(path), id);
     EXPECT_EQ(file_id(other), std::nullopt);
+}
+
+TEST(FolderStamp, AnotherFolderOfTheSameTimeIsToldApart)
+{
+    const QTemporaryDir dir;
+    for (const QString &name : {QStringLiteral("one"), QStringLiteral("two")})
+        ASSERT_TRUE(QDir(dir.path()).mkdir(name));
+    const auto one = folder_stamp(dir.filePath(QStringLiteral("one")));
+    auto two = folder_stamp(dir.filePath(QStringLiteral("two")));
+    if (!one || !two)
+        GTEST_SKIP() << "the file system of " << dir.path().toStdString() << " has no stamps";
+    two->modified_nanos = one->modified_nanos;
+    two->changed = one->changed;
+    EXPECT_NE(one, two);
 }
 
 } // namespace

@@ -14,7 +14,6 @@
 #include <QImageReader>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSet>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -71,17 +70,6 @@ protected:
 };
 
 QTemporaryDir *SampleReference::folder_ = nullptr;
-
-TEST_F(SampleReference, HasItemsOfEveryUnit)
-{
-    QSet<QString> units;
-    for (const QJsonValue item : entries("items", "items"))
-        units.insert(item.toObject().value(QLatin1StringView("unit")).toString());
-    for (const char *unit :
-         {"crystals", "gems", "min", "leather", "iron ore", "animal bones", "ebony", "wood",
-          "stone", "food", "gold", "xp", "key", "buff", "chest", "book", "packs", "ap"})
-        EXPECT_TRUE(units.contains(QLatin1StringView(unit))) << unit;
-}
 
 TEST_F(SampleReference, HasAnIconForEveryItemAndHero)
 {

@@ -1,38 +1,32 @@
 #pragma once
 
 #include "data/master/master_cache.h"
-#include "support/plain_connection.h"
-#include "support/report_builders.h"
+#include "support/report_page_fixture.h"
 #include "support/window_fixture.h"
 #include "ui/chains/chain_summary_box.h"
 #include "ui/chains/chain_tracker_tab.h"
 #include "ui/chains/round_overview_window.h"
-#include <QApplication>
+
 #include <QComboBox>
 #include <QDateEdit>
-#include <QLabel>
 #include <QListWidget>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QScrollBar>
 #include <QSemaphore>
 #include <QTableView>
 #include <QTimeEdit>
 #include <QTimer>
 
-#include <gtest/gtest.h>
-
 namespace tally::test {
 
-using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 inline constexpr double midnight = 1'700'006'400.0; // 2023-11-15 00:00 UTC
-inline constexpr double hour = 3'600.0;
 
 /// The tab over a store of its own, on a day that stands still.
-class ChainTracker : public testing::Test {
+class ChainTracker : public ReportPage<ui::ChainTrackerTab> {
 protected:
+    ~ChainTracker() override { page_.reset(); }
+
     /// A chain of one minute with won and lost rounds; its file's name tells its number.
     void add_chain(double start, int won, int lost = 0, const QString &player = u"Ada"_s,
                    double player_id = 77.0, double hero_1 = 7.0)
@@ -51,79 +45,56 @@ protected:
         store_.db.insert_report(u"Persistent.Mail.%1"_s.arg(++chains_), report, start);
     }
 
-    /// How long a refresh may wait for its figures.
-    void set_patience(std::chrono::milliseconds patience)
-    {
-        queries_ = std::make_unique<queries::StoreQueries>(store_.db, patience);
-    }
-
     void build()
     {
         const ui::Surroundings around{.db = store_.db,
-                                      .queries = *queries_,
+                                      .queries = impatient_ ? *impatient_ : queries_,
                                       .settings = settings_,
                                       .host = host_,
                                       .clock = clock_,
                                       .icon_dir = store_.folder.filePath(u"icons"_s)};
-        tab_ = std::make_unique<ui::ChainTrackerTab>(around, 1.0, nullptr, setup_);
-        tab_->resize(1'400, 900);
+        page_ = std::make_unique<ui::ChainTrackerTab>(around, 1.0, nullptr, setup_);
+        page_->resize(1'400, 900);
     }
 
     ui::ChainTrackerTab &open()
     {
         build();
-        tab_->show();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(tab_.get()));
-        return *tab_;
-    }
-
-    void break_store(const QString &sql) { PlainConnection(store_.path).rows(sql); }
-
-    template <typename Widget>
-    Widget *named(const QString &accessible_name) const
-    {
-        for (Widget *widget : tab_->findChildren<Widget *>()) {
-            if (widget->accessibleName() == accessible_name)
-                return widget;
-        }
-        throw std::runtime_error("no control is called " + accessible_name.toStdString());
-    }
-
-    void press(const QString &button) const
-    {
-        QTest::mouseClick(named<QPushButton>(button), Qt::LeftButton);
+        page_->show();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(page_.get()));
+        return *page_;
     }
 
     std::string card(const QString &key) const
     {
-        const auto *card = tab_->findChild<QWidget *>(key);
+        const auto *card = page_->findChild<QWidget *>(key);
         return card->findChildren<QLabel *>().constFirst()->text().toStdString();
     }
 
     std::string best(const QString &name) const
     {
-        return tab_->findChild<QLabel *>(name)->text().toStdString();
+        return page_->findChild<QLabel *>(name)->text().toStdString();
     }
 
     std::string period() const
     {
         QStringList parts;
         for (const QString &moment : {u"From"_s, u"To"_s})
-            parts << named<QDateEdit>(moment + u" date (UTC)"_s)->text()
-                  << named<QTimeEdit>(moment + u" time (UTC)"_s)->text();
+            parts << named<QDateEdit>(moment + u" date (UTC)"_s).text()
+                  << named<QTimeEdit>(moment + u" time (UTC)"_s).text();
         return parts.join(u' ').toStdString();
     }
 
     std::vector<std::string> pairs() const
     {
-        const auto *list = named<QListWidget>(u"Hero pairs"_s);
+        const auto &list = named<QListWidget>(u"Hero pairs"_s);
         std::vector<std::string> texts;
-        for (int row = 0; row < list->count(); ++row)
-            texts.push_back(list->item(row)->text().toStdString());
+        for (int row = 0; row < list.count(); ++row)
+            texts.push_back(list.item(row)->text().toStdString());
         return texts;
     }
 
-    QAbstractItemModel &loot() const { return *named<QTableView>(u"Loot"_s)->model(); }
+    QAbstractItemModel &loot() const { return *named<QTableView>(u"Loot"_s).model(); }
     std::string loot_text(int column) const
     {
         return loot().index(0, column).data().toString().trimmed().toStdString();
@@ -131,10 +102,10 @@ protected:
 
     std::string summary_title() const
     {
-        return tab_->findChild<ui::ChainSummaryBox *>()->title().toStdString();
+        return page_->findChild<ui::ChainSummaryBox *>()->title().toStdString();
     }
 
-    QComboBox &player_combo() const { return *named<QComboBox>(u"Player"_s); }
+    QComboBox &player_combo() const { return named<QComboBox>(u"Player"_s); }
     std::string player() const { return player_combo().currentText().toStdString(); }
 
     /// Closes the box that has come up. \return what it says
@@ -147,16 +118,13 @@ protected:
         return (box->windowTitle() + u": "_s + box->text()).toStdString();
     }
 
-    TempStore store_;
-    std::unique_ptr<queries::StoreQueries> queries_ =
-        std::make_unique<queries::StoreQueries>(store_.db, 1h);
+    std::unique_ptr<queries::StoreQueries> impatient_; ///< asked in the place of the others
     Settings settings_{store_.db};
     platform::FakeHost host_;
     platform::Clock clock_ = [] {
         return midnight + 22.0 * hour;
     };
     ui::ChainTrackerSetup setup_;
-    std::unique_ptr<ui::ChainTrackerTab> tab_;
 
 private:
     int chains_ = 0;

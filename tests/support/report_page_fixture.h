@@ -24,6 +24,7 @@ namespace tally::test {
 
 using namespace Qt::StringLiterals;
 
+inline constexpr double hour = 3'600.0;
 inline constexpr double noon = 1'740'830'400.0; // 2025-03-01 12:00 UTC, in Berlin 13:00
 
 /// A page over a store of its own, on the user's clock in Berlin, on a day that stands still. The
@@ -104,6 +105,13 @@ protected:
         if (!dialog)
             throw std::runtime_error("no dialog has opened");
         return *dialog;
+    }
+    static QStringList dialog_texts()
+    {
+        QStringList texts;
+        for (const QLabel *label : dialog().template findChildren<QLabel *>())
+            texts << label->text();
+        return texts;
     }
     void close_dialog() const
     {

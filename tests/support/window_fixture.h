@@ -10,6 +10,7 @@
 #include "ui/report_tabs.h"
 #include "ui/start_up_chain.h"
 
+#include <QApplication>
 #include <QMenuBar>
 #include <QSignalSpy>
 #include <QStatusBar>
@@ -119,6 +120,19 @@ private:
     std::shared_ptr<int> hard_exits_ = std::make_shared<int>(0);
     std::unique_ptr<ui::MainWindow> window_;
 };
+
+/// The windows of a kind that can be seen.
+template <typename Window>
+QList<Window *> shown_windows()
+{
+    QList<Window *> shown;
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        auto *window = qobject_cast<Window *>(widget);
+        if (window && window->isVisible())
+            shown << window;
+    }
+    return shown;
+}
 
 /// Runs the event loop until the condition holds, for at most half a minute.
 template <typename Condition>

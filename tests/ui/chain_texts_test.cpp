@@ -29,12 +29,6 @@ std::string card(const char *key, const data::ChainSummary &summary)
     return "no such card";
 }
 
-struct CardCase {
-    const char *key;
-    void (*fill)(data::ChainSummary &);
-    const char *text;
-};
-
 data::LootStat loot(double subtype, int battles, qint64 total_value)
 {
     data::LootStat row;
@@ -58,59 +52,40 @@ std::vector<std::string> entry_texts(const std::vector<data::PlayerRow> &account
 
 TEST(ChainCards, EachShowsItsShareOfTheSummary)
 {
-    for (const auto &[key, fill, text] : {
-             CardCase{"chains", [](auto &s) { s.files = 1'234'567; }, "1 234 567"},
-             CardCase{"rounds", [](auto &s) { s.battles = 1'000; }, "1 000"},
-             CardCase{"wins",
-                      [](auto &s) {
-                          s.battles = 3'000;
-                          s.wins = 2'000;
-                      },
-                      "2 000\n(66.7%)"},
-             CardCase{"escapes",
-                      [](auto &s) {
-                          s.battles = 8;
-                          s.escapes = 1;
-                      },
-                      "1\n(12.5%)"},
-             CardCase{"escapes", [](auto &s) { s.battles = 8; }, "0\n(0.0%)"},
-             CardCase{"kill", [](auto &s) { s.battles = 5; }, "0"},
-             CardCase{"kill",
-                      [](auto &s) {
-                          s.battles = 5;
-                          s.kills = 4;
-                      },
-                      "4"},
-             CardCase{"barbs_per_ap",
-                      [](auto &s) {
-                          s.kills = 7;
-                          s.chains_ap_only = 3;
-                      },
-                      "2.33"},
-             CardCase{"barbs_per_ap", [](auto &s) { s.kills = 7; }, "—"},
-             CardCase{"active", [](auto &s) { s.total_dur = 3'725.9; }, "1h 02m"},
-             CardCase{"honor", [](auto &s) { s.honor = 12'340; }, "12 340"},
-             CardCase{"avg_chain", [](auto &s) { s.avg_dur = 61.0; }, "1m 01s"},
-             CardCase{"avg_round",
-                      [](auto &s) {
-                          s.battles = 4;
-                          s.total_dur = 50.0;
-                      },
-                      "12.5s"},
-             CardCase{"avg_round", [](auto &s) { s.total_dur = 50.0; }, "—"},
-             CardCase{"rounds_per_hour",
-                      [](auto &s) {
-                          s.battles = 4;
-                          s.total_dur = 50.0;
-                      },
-                      "288.0"},
-             CardCase{"rounds_per_hour", [](auto &s) { s.total_dur = 50.0; }, "—"},
-             CardCase{"rounds_per_hour", [](auto &s) { s.battles = 4; }, "—"},
-             CardCase{"bonus_ap", [](auto &s) { s.free_ap = 1'500; }, "1 500"},
-             CardCase{"tactical", [](auto &s) { s.tactical = 2; }, "2"},
-         }) {
-        data::ChainSummary summary;
-        fill(summary);
+    using Summary = data::ChainSummary;
+    const struct {
+        const char *key;
+        std::vector<std::pair<int Summary::*, int>> counts;
+        const char *text;
+        double total_dur = 0.0;
+        double avg_dur = 0.0;
+    } cases[] = {
+        {"chains", {{&Summary::files, 1'234'567}}, "1 234 567"},
+        {"rounds", {{&Summary::battles, 1'000}}, "1 000"},
+        {"wins", {{&Summary::battles, 3'000}, {&Summary::wins, 2'000}}, "2 000\n(66.7%)"},
+        {"escapes", {{&Summary::battles, 8}, {&Summary::escapes, 1}}, "1\n(12.5%)"},
+        {"escapes", {{&Summary::battles, 8}}, "0\n(0.0%)"},
+        {"kill", {{&Summary::battles, 5}}, "0"},
+        {"kill", {{&Summary::battles, 5}, {&Summary::kills, 4}}, "4"},
+        {"barbs_per_ap", {{&Summary::kills, 7}, {&Summary::chains_ap_only, 3}}, "2.33"},
+        {"barbs_per_ap", {{&Summary::kills, 7}}, "—"},
+        {"active", {}, "1h 02m", 3'725.9},
+        {"honor", {{&Summary::honor, 12'340}}, "12 340"},
+        {"avg_chain", {}, "1m 01s", 0.0, 61.0},
+        {"avg_round", {{&Summary::battles, 4}}, "12.5s", 50.0},
+        {"avg_round", {}, "—", 50.0},
+        {"rounds_per_hour", {{&Summary::battles, 4}}, "288.0", 50.0},
+        {"rounds_per_hour", {}, "—", 50.0},
+        {"rounds_per_hour", {{&Summary::battles, 4}}, "—"},
+        {"bonus_ap", {{&Summary::free_ap, 1'500}}, "1 500"},
+        {"tactical", {{&Summary::tactical, 2}}, "2"},
+    };
+    for (const auto &[key, counts, text, total_dur, avg_dur] : cases) {
+        Summary summary;
+        for (const auto &[count, number] : counts)
+            summary.*count = number;
+        summary.total_dur = total_dur;
+        summary.avg_dur = avg_dur;
         EXPECT_EQ(card(key, summary), text) << key;
     }
 }
@@ -192,13 +167,9 @@ TEST(PlayerEntries, TheChosenOneStaysWhileHisAccountExists)
     EXPECT_EQ(ui::chosen_player(none, {u"Gone"_s, 3.0}), 0U);
     EXPECT_EQ(two.at(2).id, 2.0);
     EXPECT_EQ(two.at(0).id, std::nullopt);
-}
-
-TEST(PlayerEntries, OfTwoWithOneNameTheChosenOneStays)
-{
-    const auto overtaken = ui::player_entries({{2.0, u"Bob"_s, 9}, {1.0, u"Bob"_s, 8}});
-    EXPECT_EQ(ui::chosen_player(overtaken, {u"Bob"_s, 1.0}), 2U);
-    EXPECT_EQ(ui::chosen_player(overtaken, {u"Bob"_s, 3.0}), 1U);
+    const auto of_one_name = ui::player_entries({{2.0, u"Bob"_s, 9}, {1.0, u"Bob"_s, 8}});
+    EXPECT_EQ(ui::chosen_player(of_one_name, {u"Bob"_s, 1.0}), 2U);
+    EXPECT_EQ(ui::chosen_player(of_one_name, {u"Bob"_s, 3.0}), 1U);
 }
 
 TEST(HeroPairs, AHeroWithoutANameShowsHisId)

@@ -16,14 +16,9 @@ namespace {
 
 class TrackerOfTheWindow : public testing::Test {
 protected:
-    honor::HonorSummaryOverlay *tracker() const
+    static honor::HonorSummaryOverlay *tracker()
     {
-        for (QWidget *widget : QApplication::topLevelWidgets()) {
-            auto *found = qobject_cast<honor::HonorSummaryOverlay *>(widget);
-            if (found && found->isVisible())
-                return found;
-        }
-        return nullptr;
+        return shown_windows<honor::HonorSummaryOverlay>().value(0);
     }
     QAction *entry() const { return fixture_.action(u"View/Honor Tracker"_s); }
     bool comes_to_say(const QString &text) const

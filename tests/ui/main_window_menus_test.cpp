@@ -1,9 +1,7 @@
 #include "settings/catalogue.h"
-#include "support/plain_connection.h"
 #include "support/window_fixture.h"
 #include "ui/logo.h"
 
-#include <QApplication>
 #include <QMenu>
 
 #include <gmock/gmock.h>
@@ -117,13 +115,15 @@ TEST_F(Menus, ChosenOptionsAreStored)
     for (const QString &path :
          {u"View/Overlay options/Font size/14 pt"_s,
           u"View/Overlay options/Mode/Compact (1 line)"_s,
-          u"View/Overlay options/Pin to game window"_s, u"View/Tracker options/Font size/8 pt"_s,
+          u"View/Overlay options/Pin to game window"_s,
+          u"View/Overlay options/Let clicks through"_s, u"View/Tracker options/Font size/8 pt"_s,
           u"View/Tracker options/Pin to game window"_s,
           u"View/Tracker options/Pin to game window"_s})
         fixture_.action(path)->trigger();
     EXPECT_EQ(fixture_.setting(u"overlay_font_size"_s), "14");
     EXPECT_EQ(fixture_.setting(u"overlay_mode"_s), "compact1");
     EXPECT_EQ(fixture_.setting(u"overlay_pinned"_s), "1");
+    EXPECT_EQ(fixture_.setting(u"overlay_click_through"_s), "1");
     EXPECT_EQ(fixture_.setting(u"honor_tracker_font_size"_s), "8");
     EXPECT_EQ(fixture_.setting(u"honor_tracker_pinned"_s), "0");
 }
@@ -150,15 +150,6 @@ TEST_F(Menus, AThemeTakesEffectAtOnceAndIsStored)
         window.ensurePolished();
         EXPECT_EQ(window.palette().color(QPalette::Window).name(), back);
     }
-}
-
-TEST_F(Menus, AStoreThatFailsCostsTheSettingOnly)
-{
-    fixture_.open();
-    PlainConnection(fixture_.store.path).rows(u"DROP TABLE settings"_s);
-    fixture_.action(u"View/Theme/Light"_s)->trigger();
-    fixture_.action(u"View/Overlay options/Pin to game window"_s)->trigger();
-    EXPECT_TRUE(checked(u"View/Overlay options/Pin to game window"_s));
 }
 
 TEST(Logo, EverySizeIsAPicture)

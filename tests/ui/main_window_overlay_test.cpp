@@ -14,15 +14,7 @@ namespace {
 
 class OverlayOfTheWindow : public testing::Test {
 protected:
-    ui::OverlayWindow *overlay() const
-    {
-        for (QWidget *widget : QApplication::topLevelWidgets()) {
-            auto *found = qobject_cast<ui::OverlayWindow *>(widget);
-            if (found && found->isVisible())
-                return found;
-        }
-        return nullptr;
-    }
+    static ui::OverlayWindow *overlay() { return shown_windows<ui::OverlayWindow>().value(0); }
     QAction *entry() const { return fixture_.action(u"View/Show Overlay"_s); }
     std::string visible() const { return fixture_.setting(u"overlay_visible"_s); }
     void start()
@@ -51,20 +43,6 @@ TEST_F(OverlayOfTheWindow, OpensAndClosesWithItsEntry)
     EXPECT_FALSE(entry()->isChecked());
     EXPECT_EQ(visible(), "0");
     EXPECT_TRUE(wait_until([&] { return second.isNull(); }));
-}
-
-TEST_F(OverlayOfTheWindow, FollowsTheMenusAndTheFilter)
-{
-    fixture_.open();
-    entry()->trigger();
-    const int high = overlay()->height();
-    fixture_.action(u"View/Overlay options/Mode/Compact (1 line)"_s)->trigger();
-    EXPECT_LT(overlay()->height(), high / 2);
-    const int wide = overlay()->width();
-    fixture_.action(u"View/Overlay options/Font size/26 pt"_s)->trigger();
-    EXPECT_GT(overlay()->width(), wide);
-    fixture_.action(u"View/Overlay options/Let clicks through"_s)->trigger();
-    EXPECT_TRUE(overlay()->windowFlags().testFlag(Qt::WindowTransparentForInput));
 }
 
 TEST_F(OverlayOfTheWindow, ComesBackAtTheNextStartIfItStoodOpenAtTheEnd)

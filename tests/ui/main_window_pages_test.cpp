@@ -1,5 +1,7 @@
 #include "services/keep_cooldown_service.h"
 #include "support/window_fixture.h"
+#include "ui/alerts/barbarian_keep_overlay.h"
+#include "ui/alerts/keep_toast.h"
 #include "ui/items/item_pictures.h"
 #include "ui/parts/emoji_style.h"
 
@@ -9,8 +11,6 @@
 #include <QPainter>
 
 #include <gtest/gtest.h>
-
-#include <algorithm>
 
 using namespace tally;
 using namespace tally::test;
@@ -49,16 +49,10 @@ TEST(MainWindowPages, TheKeepShowsItsBannerAndItsNotices)
 {
     WindowFixture fixture;
     ui::MainWindow &window = fixture.open();
-    const auto shown = [](const char *type) {
-        return std::ranges::count_if(QApplication::topLevelWidgets(),
-                                     [type](const QWidget *widget) {
-                                         return widget->inherits(type) && widget->isVisible();
-                                     });
-    };
     Q_EMIT window.keep_service().keepReady();
-    EXPECT_EQ(shown("tally::ui::BarbarianKeepOverlay"), 1);
+    EXPECT_EQ(shown_windows<ui::BarbarianKeepOverlay>().size(), 1);
     EXPECT_TRUE(services::KeepCooldownService::show_test_notification());
-    EXPECT_EQ(shown("tally::ui::KeepToast"), 1);
+    EXPECT_EQ(shown_windows<ui::KeepToast>().size(), 1);
     fixture.action(u"File/Settings..."_s)->trigger();
     ASSERT_NE(QApplication::activeModalWidget(), nullptr);
     EXPECT_EQ(QApplication::activeModalWidget()->windowTitle(), u"Settings"_s);

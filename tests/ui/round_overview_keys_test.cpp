@@ -20,13 +20,6 @@ struct Meetings {
     std::string marks;                  ///< F free, T tactical, - neither; as the chains stand
 };
 
-void PrintTo(const Meetings &meetings, std::ostream *out)
-{
-    *out << meetings.rule;
-}
-
-class EncountersOf : public testing::TestWithParam<Meetings> {};
-
 std::string marks_of(const std::vector<data::ChainRun> &chains)
 {
     std::vector<data::ChainHead> heads;
@@ -46,60 +39,51 @@ std::string marks_of(const std::vector<data::ChainRun> &chains)
 
 } // namespace
 
-TEST_P(EncountersOf, FollowEachBarbarianThroughTheChains)
+TEST(Encounters, FollowEachBarbarianThroughTheChains)
 {
-    EXPECT_EQ(marks_of(GetParam().chains), GetParam().marks);
+    const Meetings cases[] = {
+        {"no barbarian known",
+         {chain_of(u"b"_s, 200.0, {won_round(), lost_round()}),
+          chain_of(u"a"_s, 100.0, {lost_round(), won_round()})},
+         "----"},
+        {"met again and beaten",
+         {chain_of(u"b"_s, 200.0, {won_round(ct)}), chain_of(u"a"_s, 100.0, {lost_round(ct)})},
+         "FT"},
+        {"beaten first",
+         {chain_of(u"b"_s, 200.0, {lost_round(ct)}), chain_of(u"a"_s, 100.0, {won_round(ct)})},
+         "--"},
+        {"never beaten, the last is no tactic",
+         {chain_of(u"c"_s, 300.0, {lost_round(ct)}), chain_of(u"b"_s, 200.0, {lost_round(ct)}),
+          chain_of(u"a"_s, 100.0, {lost_round(ct)})},
+         "-TT"},
+        {"within one chain, and again later",
+         {chain_of(u"b"_s, 200.0, {won_round(ct)}),
+          chain_of(u"a"_s, 100.0, {won_round(ct), lost_round(ct), won_round(ct), lost_round()})},
+         "F-TF-"},
+        {"another barbarian in between",
+         {chain_of(u"b"_s, 200.0, {won_round(8.0), won_round(ct)}),
+          chain_of(u"a"_s, 100.0, {lost_round(ct)})},
+         "-FT"},
+        {"beaten twice after it got away",
+         {chain_of(u"b"_s, 200.0, {won_round(ct), won_round(ct)}),
+          chain_of(u"a"_s, 100.0, {lost_round(ct)})},
+         "FFT"},
+        {"a chain without a start comes first",
+         {chain_of(u"b"_s, 200.0, {won_round(ct)}),
+          chain_of(u"a"_s, std::nullopt, {lost_round(ct)})},
+         "FT"},
+        {"time decides, not the order of the list",
+         {chain_of(u"a"_s, 100.0, {lost_round(ct)}), chain_of(u"b"_s, 200.0, {won_round(ct)})},
+         "TF"},
+        {"ids count without their fraction",
+         {chain_of(u"b"_s, 200.0, {won_round(7.9)}), chain_of(u"a"_s, 100.0, {lost_round(7.2)})},
+         "FT"},
+        {"ids beyond an int are told apart",
+         {chain_of(u"b"_s, 200.0, {won_round(5e12)}), chain_of(u"a"_s, 100.0, {lost_round(6e12)})},
+         "--"}};
+    for (const auto &[rule, chains, marks] : cases)
+        EXPECT_EQ(marks_of(chains), marks) << rule;
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    , EncountersOf,
-    testing::Values(Meetings{"no barbarian known",
-                             {chain_of(u"b"_s, 200.0, {won_round(), lost_round()}),
-                              chain_of(u"a"_s, 100.0, {lost_round(), won_round()})},
-                             "----"},
-                    Meetings{"met again and beaten",
-                             {chain_of(u"b"_s, 200.0, {won_round(ct)}),
-                              chain_of(u"a"_s, 100.0, {lost_round(ct)})},
-                             "FT"},
-                    Meetings{"beaten first",
-                             {chain_of(u"b"_s, 200.0, {lost_round(ct)}),
-                              chain_of(u"a"_s, 100.0, {won_round(ct)})},
-                             "--"},
-                    Meetings{"never beaten, the last is no tactic",
-                             {chain_of(u"c"_s, 300.0, {lost_round(ct)}),
-                              chain_of(u"b"_s, 200.0, {lost_round(ct)}),
-                              chain_of(u"a"_s, 100.0, {lost_round(ct)})},
-                             "-TT"},
-                    Meetings{
-                        "within one chain, and again later",
-                        {chain_of(u"b"_s, 200.0, {won_round(ct)}),
-                         chain_of(u"a"_s, 100.0,
-                                  {won_round(ct), lost_round(ct), won_round(ct), lost_round()})},
-                        "F-TF-"},
-                    Meetings{"another barbarian in between",
-                             {chain_of(u"b"_s, 200.0, {won_round(8.0), won_round(ct)}),
-                              chain_of(u"a"_s, 100.0, {lost_round(ct)})},
-                             "-FT"},
-                    Meetings{"beaten twice after it got away",
-                             {chain_of(u"b"_s, 200.0, {won_round(ct), won_round(ct)}),
-                              chain_of(u"a"_s, 100.0, {lost_round(ct)})},
-                             "FFT"},
-                    Meetings{"a chain without a start comes first",
-                             {chain_of(u"b"_s, 200.0, {won_round(ct)}),
-                              chain_of(u"a"_s, std::nullopt, {lost_round(ct)})},
-                             "FT"},
-                    Meetings{"time decides, not the order of the list",
-                             {chain_of(u"a"_s, 100.0, {lost_round(ct)}),
-                              chain_of(u"b"_s, 200.0, {won_round(ct)})},
-                             "TF"},
-                    Meetings{"ids count without their fraction",
-                             {chain_of(u"b"_s, 200.0, {won_round(7.9)}),
-                              chain_of(u"a"_s, 100.0, {lost_round(7.2)})},
-                             "FT"},
-                    Meetings{"ids beyond an int are told apart",
-                             {chain_of(u"b"_s, 200.0, {won_round(5e12)}),
-                              chain_of(u"a"_s, 100.0, {lost_round(6e12)})},
-                             "--"}));
 
 TEST(Encounters, ItemsWithoutValueAreNoLoot)
 {

@@ -47,32 +47,6 @@ QStringList names_of(const std::vector<data::LootEntry> &items)
     return names;
 }
 
-struct StatusCase {
-    data::ChainRound round;
-    RoundFlags flags;
-    StyledText expected;
-};
-
-class RoundStatusOf : public testing::TestWithParam<StatusCase> {};
-
-struct TagCase {
-    data::ChainRound round;
-    RoundFlags flags;
-    std::optional<data::FortOfChain> fort;
-    StyledText expected;
-};
-
-class RoundTagOf : public testing::TestWithParam<TagCase> {};
-
-struct TargetCase {
-    std::optional<int> stored_level;
-    std::optional<double> level;
-    std::optional<data::FortOfChain> fort;
-    QString expected;
-};
-
-class FortTargetOf : public testing::TestWithParam<TargetCase> {};
-
 class RoundLookOf : public testing::Test {
 protected:
     ReferenceTables tables;
@@ -82,74 +56,80 @@ constexpr RoundFlags all_flags{.is_free = true, .is_tactical = true, .is_destroy
 
 } // namespace
 
-TEST_P(RoundStatusOf, TheFirstThatAppliesIsShown)
+TEST(RoundStatus, TheFirstThatAppliesIsShown)
 {
-    const auto &[round, flags, expected] = GetParam();
-    EXPECT_EQ(status_text(status_of(round, flags)), expected);
+    const struct {
+        data::ChainRound round;
+        RoundFlags flags;
+        StyledText expected;
+    } cases[] = {
+        {fort_round(1.0), all_flags, {u"Destroyed"_s, u"font-weight: bold; color: #3aa3ff;"_s}},
+        {fort_round(1.0),
+         {.is_tactical = true},
+         {u"Attempt fail"_s, u"font-weight: bold; color: #e67e22;"_s}},
+        {won_round(),
+         {.is_free = true, .is_tactical = true},
+         {u"Victory"_s, u"font-weight: bold; color: #2ecc71;"_s}},
+        {lost_round(),
+         {.is_tactical = true},
+         {u"(tactical)"_s, u"font-weight: bold; color: #f39c12;"_s}},
+        {lost_round(), {}, {u"Escape"_s, u"font-weight: bold; color: #e74c3c;"_s}}};
+    for (const auto &[round, flags, expected] : cases)
+        EXPECT_EQ(status_text(status_of(round, flags)), expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , RoundStatusOf,
-    testing::Values(
-        StatusCase{
-            fort_round(1.0), all_flags, {u"Destroyed"_s, u"font-weight: bold; color: #3aa3ff;"_s}},
-        StatusCase{fort_round(1.0),
-                   {.is_tactical = true},
-                   {u"Attempt fail"_s, u"font-weight: bold; color: #e67e22;"_s}},
-        StatusCase{won_round(),
-                   {.is_free = true, .is_tactical = true},
-                   {u"Victory"_s, u"font-weight: bold; color: #2ecc71;"_s}},
-        StatusCase{lost_round(),
-                   {.is_tactical = true},
-                   {u"(tactical)"_s, u"font-weight: bold; color: #f39c12;"_s}},
-        StatusCase{lost_round(), {}, {u"Escape"_s, u"font-weight: bold; color: #e74c3c;"_s}}));
-
-TEST_P(RoundTagOf, TheFirstThatAppliesIsShown)
+TEST(RoundTag, TheFirstThatAppliesIsShown)
 {
-    const auto &[round, flags, fort, expected] = GetParam();
-    EXPECT_EQ(tag_text(round, flags, fort), expected);
+    const struct {
+        data::ChainRound round;
+        RoundFlags flags;
+        std::optional<data::FortOfChain> fort;
+        StyledText expected;
+    } cases[] = {{fort_round(1.0),
+                  all_flags,
+                  fort_with(5, 37),
+                  {u"💥 37% dmg"_s, u"color: #3aa3ff; font-weight: bold;"_s}},
+                 {fort_round(1.0), {.is_destroyed = true}, fort_with(5, 0), {}},
+                 {fort_round(1.0), {.is_destroyed = true}, std::nullopt, {}},
+                 {fort_round(1.0), {}, fort_with(5, 37), {}},
+                 {round_on_the_way_to_a_fort(),
+                  all_flags,
+                  fort_with(5, 37),
+                  {u"🎁 Free AP"_s, u"color: #4a9a5f; font-weight: bold;"_s}},
+                 {lost_round(),
+                  all_flags,
+                  std::nullopt,
+                  {u"★ FREE AP"_s, u"color: #DAA520; font-weight: bold;"_s}},
+                 {lost_round(),
+                  {.is_tactical = true},
+                  std::nullopt,
+                  {u"★ TACTICAL"_s, u"color: #DAA520; font-weight: bold;"_s}},
+                 {lost_round(), {}, std::nullopt, {}}};
+    for (const auto &[round, flags, fort, expected] : cases)
+        EXPECT_EQ(tag_text(round, flags, fort), expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , RoundTagOf,
-    testing::Values(TagCase{fort_round(1.0),
-                            all_flags,
-                            fort_with(5, 37),
-                            {u"💥 37% dmg"_s, u"color: #3aa3ff; font-weight: bold;"_s}},
-                    TagCase{fort_round(1.0), {.is_destroyed = true}, fort_with(5, 0), {}},
-                    TagCase{fort_round(1.0), {.is_destroyed = true}, std::nullopt, {}},
-                    TagCase{fort_round(1.0), {}, fort_with(5, 37), {}},
-                    TagCase{round_on_the_way_to_a_fort(),
-                            all_flags,
-                            fort_with(5, 37),
-                            {u"🎁 Free AP"_s, u"color: #4a9a5f; font-weight: bold;"_s}},
-                    TagCase{lost_round(),
-                            all_flags,
-                            std::nullopt,
-                            {u"★ FREE AP"_s, u"color: #DAA520; font-weight: bold;"_s}},
-                    TagCase{lost_round(),
-                            {.is_tactical = true},
-                            std::nullopt,
-                            {u"★ TACTICAL"_s, u"color: #DAA520; font-weight: bold;"_s}},
-                    TagCase{lost_round(), {}, std::nullopt, {}}));
-
-TEST_P(FortTargetOf, TheBestKnownLevelIsShown)
+TEST(FortTarget, TheBestKnownLevelIsShown)
 {
-    data::ChainRound round = fort_round(1.0);
-    round.fort_level = GetParam().stored_level;
-    round.level = GetParam().level;
-    EXPECT_EQ(target_text(round, true, GetParam().fort),
-              (StyledText{GetParam().expected, u"color: #3aa3ff; font-weight: 600;"_s}));
+    const struct {
+        std::optional<int> stored_level;
+        std::optional<double> level;
+        std::optional<data::FortOfChain> fort;
+        QString expected;
+    } cases[] = {{4, 5.0, fort_with(6, 1), u"🏰 Fort Lvl 4"_s},
+                 {std::nullopt, 5.9, fort_with(6, 1), u"🏰 Fort Lvl 5"_s},
+                 {std::nullopt, 0.0, fort_with(6, 1), u"🏰 Fort Lvl 6"_s},
+                 {std::nullopt, 1e300, fort_with(6, 1), u"🏰 Fort Lvl 6"_s},
+                 {std::nullopt, std::nullopt, fort_with(0, 1), u"🏰 Fort Lvl ?"_s},
+                 {std::nullopt, -3.0, std::nullopt, u"🏰 Fort Lvl ?"_s}};
+    for (const auto &[stored_level, level, fort, expected] : cases) {
+        data::ChainRound round = fort_round(1.0);
+        round.fort_level = stored_level;
+        round.level = level;
+        EXPECT_EQ(target_text(round, true, fort),
+                  (StyledText{expected, u"color: #3aa3ff; font-weight: 600;"_s}));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    , FortTargetOf,
-    testing::Values(TargetCase{4, 5.0, fort_with(6, 1), u"🏰 Fort Lvl 4"_s},
-                    TargetCase{std::nullopt, 5.9, fort_with(6, 1), u"🏰 Fort Lvl 5"_s},
-                    TargetCase{std::nullopt, 0.0, fort_with(6, 1), u"🏰 Fort Lvl 6"_s},
-                    TargetCase{std::nullopt, 1e300, fort_with(6, 1), u"🏰 Fort Lvl 6"_s},
-                    TargetCase{std::nullopt, std::nullopt, fort_with(0, 1), u"🏰 Fort Lvl ?"_s},
-                    TargetCase{std::nullopt, -3.0, std::nullopt, u"🏰 Fort Lvl ?"_s}));
 
 TEST_F(RoundLookOf, ABarbarianShowsItsOwnLevelBeforeThatOfItsType)
 {

@@ -12,7 +12,6 @@
 #include <QRegularExpression>
 #include <QTabBar>
 #include <QTableView>
-#include <QWidget>
 
 #include <gtest/gtest.h>
 
@@ -126,15 +125,4 @@ TEST(Theme, AFinishedSheetHoldsNoPlaceholder)
     static const QRegularExpression placeholder(u"\\{[a-z_0-9]+\\}"_s);
     for (const int theme : {0, 1})
         EXPECT_FALSE(ui::theme_stylesheet(theme).contains(placeholder));
-}
-
-TEST(Theme, AWidgetTakesTheColoursOfTheTheme)
-{
-    const QWidget widget;
-    for (const auto &[theme, back] : {std::pair(0, u"#1a1c2e"_s), std::pair(1, u"#f0f2f5"_s)}) {
-        ui::apply_to_app(qApp, theme);
-        widget.ensurePolished();
-        EXPECT_EQ(widget.palette().color(QPalette::Window).name(), back);
-    }
-    ui::apply_to_app(nullptr, 0);
 }

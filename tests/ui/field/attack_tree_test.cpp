@@ -24,12 +24,10 @@ class Attacks : public testing::Test {
 protected:
     Attacks() { tree_.resize(1'200, 200); }
 
-    void show(std::vector<std::vector<FieldAttack>> reports,
+    void show(const std::vector<std::vector<FieldAttack>> &reports,
               AttackTree::Place place = AttackTree::Place::Kept)
     {
-        std::vector<FieldAttack> attacks;
-        for (const auto &report : reports)
-            attacks.insert(attacks.end(), report.begin(), report.end());
+        const std::vector<FieldAttack> attacks = all_of(reports);
         tree_.show_attacks(attacks, field_rows(attacks), place);
         tree_.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&tree_));

@@ -28,6 +28,14 @@ inline ui::FieldAttack attack_of(Columns columns)
     return ui::attack_in(attack_row(columns), heroes);
 }
 
+inline std::vector<ui::FieldAttack> all_of(const std::vector<std::vector<ui::FieldAttack>> &reports)
+{
+    std::vector<ui::FieldAttack> attacks;
+    for (const auto &report : reports)
+        attacks.insert(attacks.end(), report.begin(), report.end());
+    return attacks;
+}
+
 /// Attacks of one report of one tour.
 inline std::vector<ui::FieldAttack> report_of(int attacks, const QString &name, double time = 100.0)
 {

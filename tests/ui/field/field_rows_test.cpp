@@ -28,14 +28,6 @@ std::string line(const FieldRow &row)
     return texts.join(u'|').toStdString();
 }
 
-std::vector<FieldAttack> all_of(std::initializer_list<std::vector<FieldAttack>> reports)
-{
-    std::vector<FieldAttack> attacks;
-    for (const auto &report : reports)
-        attacks.insert(attacks.end(), report.begin(), report.end());
-    return attacks;
-}
-
 } // namespace
 
 TEST(FieldRows, GroupAttacksByTourAndReportInTheOrderTheyComeIn)

@@ -40,6 +40,15 @@ TEST(SummaryCard, StandsOutFromItsGround)
     EXPECT_EQ(colour_at(picture, 5, 5), QColor(Qt::white));
 }
 
+QList<QRect> places(QLayout &layout, const QRect &rect)
+{
+    layout.setGeometry(rect);
+    QList<QRect> places;
+    for (int i = 0; i < layout.count(); ++i)
+        places << layout.itemAt(i)->geometry();
+    return places;
+}
+
 class Flow : public testing::Test {
 protected:
     void fill(FlowLayout &layout, const QList<QSize> &sizes)
@@ -50,15 +59,6 @@ protected:
             layout.addWidget(item);
         }
     }
-    static QList<QRect> places(FlowLayout &layout, const QRect &rect)
-    {
-        layout.setGeometry(rect);
-        QList<QRect> places;
-        for (int i = 0; i < layout.count(); ++i)
-            places << layout.itemAt(i)->geometry();
-        return places;
-    }
-
     QWidget parent_;
 };
 
@@ -126,13 +126,9 @@ protected:
         cards_.setContentsMargins(0, 0, 0, 0);
     }
 
-    static QList<QRect> places(QLayout &layout, int width)
+    QList<QRect> places_of_cards(int width)
     {
-        layout.setGeometry({0, 0, width, layout.heightForWidth(width)});
-        QList<QRect> places;
-        for (int i = 0; i < layout.count(); ++i)
-            places << layout.itemAt(i)->geometry();
-        return places;
+        return places(cards_, {0, 0, width, cards_.heightForWidth(width)});
     }
 
     QWidget cards_parent_;
@@ -144,7 +140,7 @@ protected:
 TEST_F(Cards, StandAsARowOfEqualStretchWhereTheyFit)
 {
     for (const int width : {394, 450, 700, 1'000}) {
-        const QList<QRect> cards = places(cards_, width);
+        const QList<QRect> cards = places_of_cards(width);
         row_.setGeometry({0, 0, width, 40});
         for (int i = 0; i < cards.size(); ++i) {
             EXPECT_NEAR(cards[i].left(), row_.itemAt(i)->geometry().left(), 2) << width << ' ' << i;
@@ -156,11 +152,11 @@ TEST_F(Cards, StandAsARowOfEqualStretchWhereTheyFit)
 TEST_F(Cards, StandInEqualRowsWhereTheyDoNot)
 {
     EXPECT_EQ(cards_.heightForWidth(393), 40 + 6 + 40);
-    EXPECT_EQ(places(cards_, 393), (QList<QRect>{{0, 0, 127, 40},
-                                                 {133, 0, 127, 40},
-                                                 {266, 0, 127, 40},
-                                                 {0, 46, 127, 40},
-                                                 {133, 46, 127, 40}}));
+    EXPECT_EQ(places_of_cards(393), (QList<QRect>{{0, 0, 127, 40},
+                                                  {133, 0, 127, 40},
+                                                  {266, 0, 127, 40},
+                                                  {0, 46, 127, 40},
+                                                  {133, 46, 127, 40}}));
     EXPECT_EQ(cards_.heightForWidth(371), 3 * 40 + 2 * 6);
     EXPECT_EQ(cards_.heightForWidth(20), 5 * 40 + 4 * 6) << "narrower than a card";
     EXPECT_EQ(cards_.minimumSize(), QSize(120, 40));

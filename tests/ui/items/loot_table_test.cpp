@@ -95,30 +95,26 @@ QPixmap painted(const QStyledItemDelegate &delegate, const QVariant &rate, bool 
     return pixmap;
 }
 
-struct RateCase {
-    double rate;
-    int width;
-    const char *colour;
-};
-
-class DropRateBar : public testing::TestWithParam<RateCase> {};
-
-TEST_P(DropRateBar, HasTheWidthAndColourOfItsRate)
+TEST(DropRateBar, HasTheWidthAndColourOfItsRate)
 {
-    const auto &[rate, width, colour] = GetParam();
-    const QColor bar{QLatin1StringView(colour)};
-    const QRect box = box_of(painted(DropRateDelegate(), rate),
-                             [&](const QColor &pixel) { return pixel == bar; });
-    EXPECT_EQ(box, width > 0 ? QRect(track_left, 4, width, 22) : QRect());
+    const struct {
+        double rate;
+        int width;
+        QColor colour;
+    } cases[] = {{100, track_width, u"#2ecc71"_s},
+                 {1e300, track_width, u"#2ecc71"_s},
+                 {30, 55, u"#2ecc71"_s},
+                 {29.99, 55, u"#f1c40f"_s},
+                 {10, 18, u"#f1c40f"_s},
+                 {9.99, 18, u"#e67e22"_s},
+                 {0, 0, u"#e67e22"_s},
+                 {std::numeric_limits<double>::quiet_NaN(), 0, u"#e67e22"_s}};
+    for (const auto &[rate, width, colour] : cases) {
+        const QRect box = box_of(painted(DropRateDelegate(), rate),
+                                 [&bar = colour](const QColor &pixel) { return pixel == bar; });
+        EXPECT_EQ(box, width > 0 ? QRect(track_left, 4, width, 22) : QRect()) << rate;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rates, DropRateBar,
-    testing::Values(RateCase{100, track_width, "#2ecc71"}, RateCase{1e300, track_width, "#2ecc71"},
-                    RateCase{30, 55, "#2ecc71"}, RateCase{29.99, 55, "#f1c40f"},
-                    RateCase{10, 18, "#f1c40f"}, RateCase{9.99, 18, "#e67e22"},
-                    RateCase{0, 0, "#e67e22"},
-                    RateCase{std::numeric_limits<double>::quiet_NaN(), 0, "#e67e22"}));
 
 TEST(DropRate, TheTextIsThatOfTheClampedRate)
 {

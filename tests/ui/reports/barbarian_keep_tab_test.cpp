@@ -8,8 +8,6 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr double hour = 3600.0;
-
 class KeepPage : public ReportPage<ui::BarbarianKeepTab> {
 protected:
     void open_page()
@@ -52,9 +50,7 @@ TEST_F(KeepPage, OpensAKillWithEverybodysShare)
     open_page();
     double_click(kills(), 0);
     EXPECT_EQ(dialog().windowTitle(), u"Keep Kill — Bloodfist Bargha"_s);
-    QStringList texts;
-    for (const QLabel *label : dialog().findChildren<QLabel *>())
-        texts << label->text();
+    const QStringList texts = dialog_texts();
     EXPECT_TRUE(texts.contains(u"<Bob>"_s));
     EXPECT_TRUE(
         texts.join(u'\n').contains(u"2025-03-01 11:00:00 UTC &nbsp;·&nbsp; 2 participants"));

@@ -11,8 +11,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr double hour = 3600.0;
-
 class BaulurRun : public ReportPage<ui::BaulurRunTab> {
 protected:
     BaulurRun()

@@ -8,8 +8,6 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr double hour = 3600.0;
-
 class FortRally : public ReportPage<ui::FortRallyTab> {
 protected:
     void add_fort(const QString &file, double time, int level, double pieces)
@@ -70,10 +68,7 @@ TEST_F(FortRally, ShowsTheBattleBesideTheReport)
     reports.select_key(u"alone"_s);
     QTest::keyClick(&reports, Qt::Key_Return);
     EXPECT_EQ(dialog().findChild<ui::ItemRowTable *>()->model()->rowCount(), 0);
-    QStringList texts;
-    for (const QLabel *label : dialog().findChildren<QLabel *>())
-        texts << label->text();
-    EXPECT_TRUE(texts.join(u'\n').contains(u"No paired battle report found"));
+    EXPECT_TRUE(dialog_texts().join(u'\n').contains(u"No paired battle report found"));
     close_dialog();
 }
 
