@@ -6,6 +6,7 @@
 #include "settings/settings.h"
 #include "ui/parts/message_box.h"
 #include "ui/parts/plain_label.h"
+#include "ui/settings/folder_probe.h"
 #include "ui/settings/settings_notes.h"
 
 #include <QCheckBox>
@@ -55,7 +56,7 @@ QWidget *in_a_row(std::initializer_list<QWidget *> widgets)
 
 SettingsDialog::SettingsDialog(Settings *settings, services::KeepCooldownService *service,
                                QWidget *parent)
-    : QDialog(parent), settings_(settings), service_(service)
+    : QDialog(parent), settings_(settings), service_(service), folder_probe_(new FolderProbe(this))
 {
     setWindowTitle(QStringLiteral("Settings"));
     setModal(true);
@@ -72,7 +73,9 @@ SettingsDialog::SettingsDialog(Settings *settings, services::KeepCooldownService
     connect(buttons, &QDialogButtonBox::accepted, this, &SettingsDialog::on_ok);
     connect(buttons, &QDialogButtonBox::rejected, this, &SettingsDialog::reject);
     layout->addWidget(buttons);
-    show_folder_note();
+    connect(folder_probe_, &FolderProbe::looked, this,
+            [this](const QString &, bool is_there) { show_folder_note(is_there); });
+    look_for_folder();
 }
 
 QFormLayout *SettingsDialog::new_folder_form()
@@ -81,7 +84,7 @@ QFormLayout *SettingsDialog::new_folder_form()
     mailcache_edit_ = new QLineEdit(settings_->get_or(settings::mailcache_dir, default_dir));
     mailcache_edit_->setPlaceholderText(default_dir);
     mailcache_edit_->setAccessibleName(QStringLiteral("Game mailcache folder"));
-    connect(mailcache_edit_, &QLineEdit::textChanged, this, &SettingsDialog::show_folder_note);
+    connect(mailcache_edit_, &QLineEdit::textChanged, this, &SettingsDialog::look_for_folder);
     mailcache_note_ = new_note();
     auto *browse = new QPushButton(QStringLiteral("Browse..."));
     connect(browse, &QPushButton::clicked, this, &SettingsDialog::browse_mailcache);
@@ -130,10 +133,15 @@ QGroupBox *SettingsDialog::new_keep_group()
     return group;
 }
 
-void SettingsDialog::show_folder_note()
+void SettingsDialog::look_for_folder()
+{
+    folder_probe_->look(mailcache_edit_->text().trimmed());
+}
+
+void SettingsDialog::show_folder_note(bool is_there)
 {
     const FolderNote note =
-        folder_note(mailcache_edit_->text(), settings_->get(settings::mailcache_dir));
+        folder_note(mailcache_edit_->text(), settings_->get(settings::mailcache_dir), is_there);
     mailcache_note_->setText(note.text);
     mailcache_note_->setVisible(!note.text.isEmpty());
     mailcache_edit_->setAccessibleDescription(note.text);

@@ -18,6 +18,8 @@ class KeepCooldownService;
 
 namespace tally::ui {
 
+class FolderProbe;
+
 /// The settings that have no menu entry: the folder of the game's mails, and the warnings of the
 /// barbarian keep.
 class SettingsDialog : public QDialog {
@@ -38,10 +40,12 @@ private Q_SLOTS:
 private:
     QFormLayout *new_folder_form();
     QGroupBox *new_keep_group();
-    void show_folder_note();
+    void look_for_folder();
+    void show_folder_note(bool is_there);
 
     Settings *settings_;
     services::KeepCooldownService *service_;
+    FolderProbe *folder_probe_;
     QLineEdit *mailcache_edit_ = nullptr;
     QLabel *mailcache_note_ = nullptr;
     QSpinBox *cooldown_spin_ = nullptr;

@@ -20,12 +20,12 @@ QString enumeration(const QList<int> &numbers)
 
 } // namespace
 
-FolderNote folder_note(const QString &typed, const QString &stored)
+FolderNote folder_note(const QString &typed, const QString &stored, bool is_there)
 {
     const QString folder = typed.trimmed();
     if (folder.isEmpty())
         return {stored.isEmpty() ? QString() : QStringLiteral("Stays: %1").arg(stored), false};
-    if (!QFileInfo(folder).isDir())
+    if (!is_there)
         return {QStringLiteral("This folder does not exist."), true};
     if (QDir::cleanPath(folder) == QDir::cleanPath(stored))
         return {};

@@ -14,7 +14,8 @@ struct FolderNote {
     bool operator==(const FolderNote &) const = default;
 };
 /// \param stored the folder that is used now
-FolderNote folder_note(const QString &typed, const QString &stored);
+/// \param is_there whether the typed one exists
+FolderNote folder_note(const QString &typed, const QString &stored, bool is_there);
 
 /// How a list of hours is understood: "warns 5, 3 and 1 h before".
 QString hours_note(const QString &typed);

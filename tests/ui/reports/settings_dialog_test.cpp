@@ -3,6 +3,7 @@
 #include "settings/settings.h"
 #include "support/print_qt.h"
 #include "support/temp_store.h"
+#include "ui/settings/folder_probe.h"
 #include "ui/settings/settings_dialog.h"
 #include "ui/settings/settings_notes.h"
 
@@ -14,6 +15,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QTest>
@@ -132,15 +134,34 @@ TEST(SettingsNotes, SayHowHoursAreUnderstood)
         EXPECT_EQ(hours_note(typed), note);
 }
 
+TEST(FolderProbe, DoesNotWaitForAFolderThatDoesNotAnswerAndThenLooksForTheLastOne)
+{
+    QSemaphore answers;
+    QStringList looked_for;
+    FolderProbe probe(nullptr, [&](const QString &folder) {
+        answers.acquire();
+        looked_for << folder;
+        return folder == u"here"_s;
+    });
+    const QSignalSpy looked(&probe, &FolderProbe::looked);
+    for (const QString &typed : {u"//h"_s, u"//he"_s, u"here"_s})
+        probe.look(typed);
+    EXPECT_EQ(looked.count(), 0);
+    answers.release(2);
+    ASSERT_TRUE(QTest::qWaitFor([&looked] { return looked.count() > 0; }));
+    EXPECT_EQ(looked, (QList<QVariantList>{{u"here"_s, true}}));
+    EXPECT_EQ(looked_for, (QStringList{u"//h"_s, u"here"_s}));
+}
+
 TEST(SettingsNotes, MarkAFolderThatIsNotThere)
 {
     const QTemporaryDir folder;
     const QString here = folder.path();
-    EXPECT_EQ(folder_note(here + u"/"_s, here), FolderNote{});
-    EXPECT_EQ(folder_note(here + u"/gone"_s, here),
+    EXPECT_EQ(folder_note(here + u"/"_s, here, true), FolderNote{});
+    EXPECT_EQ(folder_note(here + u"/gone"_s, here, false),
               (FolderNote{u"This folder does not exist."_s, true}));
     EXPECT_EQ(
-        folder_note(u' ' + here, u"/other"_s),
+        folder_note(u' ' + here, u"/other"_s, true),
         (FolderNote{u"Watched from the next start on. File → Reimport mailcache... brings its "
                     "mails now."_s,
                     false}));
