@@ -35,7 +35,10 @@ QPixmap taken(QWidget *dialog)
         return {};
     settle();
     const QPixmap picture = dialog->grab();
+    QWidget *below = dialog->parentWidget();
     dialog->close();
+    if (below)
+        below->activateWindow(); // as a window manager does
     return picture;
 }
 
