@@ -40,6 +40,7 @@ constexpr int chain_count = 300;
 constexpr int rounds_a_chain = 10;
 constexpr int openings = 5;
 constexpr double frame_milliseconds = 16.7;
+constexpr int most_rounds_with_a_goal = 200'000; // of one pair, 20,000 chains
 
 void load_reference(const QDir &folder)
 {
@@ -318,7 +319,8 @@ void bench_years(const QString &folder, const QString &icon_dir, int rounds)
         std::printf("%d rounds: click to shown %.1f ms\n", rounds, times.back());
     }
     const std::string name = "rounds_of_" + std::to_string(rounds);
-    print_figure(name + "_click_to_shown_milliseconds", median(times), Goal::at_most, 100);
+    if (rounds <= most_rounds_with_a_goal)
+        print_figure(name + "_click_to_shown_milliseconds", median(times), Goal::at_most, 100);
     scroll_at_the_end(name, *window);
 }
 
