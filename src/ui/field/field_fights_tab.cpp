@@ -115,9 +115,10 @@ void FieldFightsTab::on_row_double_click(QTreeWidgetItem *item, int /*col*/)
     opened_.ask([file_name = attack.at(0).toString(), id = data::number_in(attack.at(1))](
                     const data::TallyDb &db,
                     const queries::IsOutdated &) { return db.field_attack(file_name, id); },
-                [this](const std::optional<QVariantMap> &row) {
+                [this, had_keyboard = has_keyboard()](const std::optional<QVariantMap> &row) {
                     if (row)
-                        open_quietly(*new FieldFightDetailsWindow(*row, around_, window()));
+                        open_late(*new FieldFightDetailsWindow(*row, around_, window()),
+                                  had_keyboard);
                 });
 }
 

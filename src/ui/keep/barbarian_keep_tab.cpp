@@ -103,23 +103,27 @@ void BarbarianKeepTab::on_row_activated(const QModelIndex &index)
     const QString file_name = view_->key_of(index);
     if (file_name.isEmpty())
         return;
-    details_.ask([file_name](const data::TallyDb &db,
-                             const queries::IsOutdated &) { return db.trial_detail(file_name); },
-                 [this](const std::optional<data::TrialDetail> &detail) { show_details(detail); },
-                 [this](const QString &failure) {
-                     show_late_box(QMessageBox::Warning, QStringLiteral("Error"),
-                                   QStringLiteral("Failed to load kill details: %1").arg(failure),
-                                   this);
-                 });
+    details_.ask(
+        [file_name](const data::TallyDb &db, const queries::IsOutdated &) {
+            return db.trial_detail(file_name);
+        },
+        [this, had_keyboard = has_keyboard()](const std::optional<data::TrialDetail> &detail) {
+            show_details(detail, had_keyboard);
+        },
+        [this](const QString &failure) {
+            show_box(QMessageBox::Warning, QStringLiteral("Error"),
+                     QStringLiteral("Failed to load kill details: %1").arg(failure), this);
+        });
 }
 
-void BarbarianKeepTab::show_details(const std::optional<data::TrialDetail> &detail)
+void BarbarianKeepTab::show_details(const std::optional<data::TrialDetail> &detail,
+                                    bool had_keyboard)
 {
     if (detail)
-        open_quietly(*new BarbarianKeepDetailsDialog(*detail, icon_dir_, this));
+        open_late(*new BarbarianKeepDetailsDialog(*detail, icon_dir_, this), had_keyboard);
     else
-        show_late_box(QMessageBox::Information, QStringLiteral("No data"),
-                      QStringLiteral("Details for this kill are no longer available."), this);
+        show_box(QMessageBox::Information, QStringLiteral("No data"),
+                 QStringLiteral("Details for this kill are no longer available."), this);
 }
 
 } // namespace tally::ui

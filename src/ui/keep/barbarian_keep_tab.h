@@ -37,7 +37,7 @@ private:
     void load_table();
     void show_band(const KeepBand &band);
     void show_figures(const KeepFigures &figures);
-    void show_details(const std::optional<data::TrialDetail> &detail);
+    void show_details(const std::optional<data::TrialDetail> &detail, bool had_keyboard);
 
     services::KeepCooldownService *service_;
     QString icon_dir_;

@@ -49,11 +49,24 @@ private:
 void open_quietly(QWidget &window, Qt::WindowModality modality)
 {
     // On X11 a modal window takes the keyboard whatever its attributes say.
-    const bool is_quiet = !QApplication::activeWindow() && window.parentWidget();
+    const bool is_quiet = !has_keyboard() && window.parentWidget();
     window.setAttribute(Qt::WA_ShowWithoutActivating, is_quiet);
     window.setWindowModality(is_quiet ? Qt::NonModal : modality);
     if (is_quiet)
         new LateModality(window, modality);
+    window.show();
+}
+
+bool has_keyboard()
+{
+    return QApplication::activeWindow();
+}
+
+void open_late(QWidget &window, bool had_keyboard, Qt::WindowModality modality)
+{
+    if (had_keyboard)
+        return open_quietly(window, modality);
+    window.setWindowModality(modality);
     window.show();
 }
 
