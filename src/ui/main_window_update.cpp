@@ -109,7 +109,7 @@ void MainWindow::offer_update(const QJsonObject &record, bool manual)
     update_dialog_ = new UpdateDialog(record, &around_.db, QCoreApplication::applicationFilePath(),
                                       has_expired, this, std::move(setup));
     connect(update_dialog_, &QDialog::finished, this, &MainWindow::on_update_dialog_finished);
-    open_quietly(*update_dialog_, Qt::ApplicationModal);
+    open_quietly(*update_dialog_);
 }
 
 void MainWindow::on_update_dialog_finished()

@@ -25,7 +25,7 @@ void open_window(queries::StoreQueries &queries, const HeroPairChoice &pair,
     auto *window =
         new RoundOverviewWindow(queries, master.hero_name(pair.hero_1),
                                 master.hero_name(pair.hero_2), std::move(heads), icon_dir, parent);
-    open_late(*window, had_keyboard, Qt::ApplicationModal);
+    open_late(*window, had_keyboard);
 }
 
 } // namespace

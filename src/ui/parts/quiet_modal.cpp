@@ -46,8 +46,10 @@ private:
 
 } // namespace
 
-void open_quietly(QWidget &window, Qt::WindowModality modality)
+void open_quietly(QWidget &window)
 {
+    const Qt::WindowModality modality =
+        window.isModal() ? window.windowModality() : Qt::WindowModal;
     // On X11 a modal window takes the keyboard whatever its attributes say.
     const bool is_quiet = !has_keyboard() && window.parentWidget();
     window.setAttribute(Qt::WA_ShowWithoutActivating, is_quiet);
@@ -62,12 +64,12 @@ bool has_keyboard()
     return QApplication::activeWindow();
 }
 
-void open_late(QWidget &window, bool had_keyboard, Qt::WindowModality modality)
+void open_late(QWidget &window, bool had_keyboard)
 {
     if (had_keyboard)
-        return open_quietly(window, modality);
-    window.setWindowModality(modality);
-    window.show();
+        open_quietly(window);
+    else
+        window.show();
 }
 
 } // namespace tally::ui

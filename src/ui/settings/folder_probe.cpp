@@ -57,7 +57,7 @@ void FolderProbe::tell(bool is_there)
     looking_ = false;
     if (looking_for_ != wanted_)
         return begin();
-    Q_EMIT looked(looking_for_, is_there);
+    Q_EMIT looked(is_there);
 }
 
 } // namespace tally::ui

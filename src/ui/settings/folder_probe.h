@@ -25,7 +25,7 @@ public:
     void look(const QString &folder);
 
 Q_SIGNALS:
-    void looked(const QString &folder, bool is_there); ///< of the last that was asked for
+    void looked(bool is_there); ///< the last folder that was asked for
 
 private:
     void begin();

@@ -73,8 +73,7 @@ SettingsDialog::SettingsDialog(Settings *settings, services::KeepCooldownService
     connect(buttons, &QDialogButtonBox::accepted, this, &SettingsDialog::on_ok);
     connect(buttons, &QDialogButtonBox::rejected, this, &SettingsDialog::reject);
     layout->addWidget(buttons);
-    connect(folder_probe_, &FolderProbe::looked, this,
-            [this](const QString &, bool is_there) { show_folder_note(is_there); });
+    connect(folder_probe_, &FolderProbe::looked, this, &SettingsDialog::show_folder_note);
     look_for_folder();
 }
 
